@@ -1,0 +1,79 @@
+// The small types of the host's extension interface: points, regions, the command record, record keys.
+//
+// All of them are host formats: little-endian, packed to 2 bytes, every size and offset pinned below.
+#pragma once
+
+#include <cstddef>
+
+// The interface version: the last argument of every host call, and this extension's answer to the version call.
+inline constexpr unsigned int kInterfaceVersion = 0x19300000;
+
+#pragma pack(push, 2)
+
+// A point in the music.
+struct EMUSICPOINT {
+  unsigned short stafflist;  // the staff list that `slot` counts in; 0 is the document's global list
+  short slot;                // the staff's place in that list
+  short measure;
+  int position;  // within the measure, in duration units (1024 a quarter note)
+};
+
+// A stretch of music. The host's own record may go on behind these two points.
+struct EREGION {
+  EMUSICPOINT start;
+  EMUSICPOINT end;  // its slot and measure are inside the region
+};
+
+// One menu command, filled by the extension when the host enumerates its commands.
+struct EMENUCOMMAND {
+  unsigned short text[3][128];  // UTF-16, each ended by a zero unit
+  int active;                   // 1
+};
+
+// What the host measures of a text: ten 64-bit fields that only the host understands.
+struct ETEXTMETRICS {
+  long long host[10];
+};
+
+#pragma pack(pop)
+
+// The key of a data record. The record's tag decides which view is read.
+struct EDataID {
+  union {
+    struct {
+      unsigned short cmper;
+      short subIndex;
+    } other;
+    struct {
+      unsigned short cmper;
+      unsigned short secondCmper;
+      union {
+        short subIndex;
+        int extraValue;  // for the staff spec in force at a point only
+      };
+    } detail;
+    struct {
+      int entryNum;
+      short subIndex;
+    } entryDetail;
+    struct {
+      int entryNum;
+    } entry;
+    struct {
+      short instance;
+    } global;
+  };
+};
+
+static_assert(sizeof(short) == 2 && sizeof(int) == 4 && sizeof(long) == 8 && sizeof(void*) == 8, "an LP64 platform");
+static_assert(sizeof(EMUSICPOINT) == 10, "EMUSICPOINT size");
+static_assert(offsetof(EMUSICPOINT, slot) == 2 && offsetof(EMUSICPOINT, measure) == 4, "EMUSICPOINT offsets");
+static_assert(offsetof(EMUSICPOINT, position) == 6, "EMUSICPOINT::position");
+static_assert(sizeof(EREGION) == 20 && offsetof(EREGION, end) == 10, "EREGION layout");
+static_assert(sizeof(EMENUCOMMAND) == 772 && offsetof(EMENUCOMMAND, active) == 768, "EMENUCOMMAND layout");
+static_assert(sizeof(ETEXTMETRICS) == 80, "ETEXTMETRICS size");
+static_assert(sizeof(EDataID) == 8 && alignof(EDataID) == 4, "EDataID layout");
+static_assert(offsetof(EDataID, other.subIndex) == 2, "EDataID::other");
+static_assert(offsetof(EDataID, detail.secondCmper) == 2 && offsetof(EDataID, detail.subIndex) == 4, "EDataID::detail");
+static_assert(offsetof(EDataID, detail.extraValue) == 4, "EDataID::detail.extraValue");
+static_assert(offsetof(EDataID, entryDetail.subIndex) == 4, "EDataID::entryDetail");

@@ -1,0 +1,57 @@
+# sok_add_extension(NAME SOURCES file... INFO_PLIST file RESOURCES folder [OUTPUT_DIRECTORY folder])
+#
+# Builds a loadable extension bundle, NAME.bundle, in the macOS layout: Contents/Info.plist, Contents/MacOS/NAME and
+# Contents/Resources with what stands in the RESOURCES folder (the <language>.lproj folders). The kit's entry points
+# are compiled in; nothing but the host's interface is visible from outside.
+
+set(SOK_EXTENSION_ENTRY_POINTS "${CMAKE_CURRENT_LIST_DIR}/../SokExtShared/SokEDK/Source/extension/entry_points.cpp")
+set(SOK_EXTENSION_EXPORTS "${CMAKE_CURRENT_LIST_DIR}/extension_exports")
+
+# Lays a module library out as NAME.bundle below `folder`, with an Info.plist and the files of a resources folder.
+function(sok_bundle_layout target folder info_plist resources)
+  set(contents "${folder}/${target}.bundle/Contents")
+  set_target_properties(${target} PROPERTIES
+    PREFIX "" SUFFIX "" OUTPUT_NAME ${target} LIBRARY_OUTPUT_DIRECTORY "${contents}/MacOS"
+    SOK_BUNDLE "${folder}/${target}.bundle")
+  file(GLOB_RECURSE resource_files CONFIGURE_DEPENDS "${resources}/*.strings")
+  set(copies COMMAND ${CMAKE_COMMAND} -E copy_if_different "${info_plist}" "${contents}/Info.plist")
+  foreach(file IN LISTS resource_files)
+    file(RELATIVE_PATH name "${resources}" "${file}")
+    get_filename_component(language "${name}" DIRECTORY)
+    list(APPEND copies COMMAND ${CMAKE_COMMAND} -E make_directory "${contents}/Resources/${language}"
+                       COMMAND ${CMAKE_COMMAND} -E copy_if_different "${file}" "${contents}/Resources/${name}")
+  endforeach()
+  set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${target}.resources")
+  add_custom_command(OUTPUT "${stamp}" COMMAND ${CMAKE_COMMAND} -E make_directory "${contents}" ${copies}
+    COMMAND ${CMAKE_COMMAND} -E touch "${stamp}" DEPENDS "${info_plist}" ${resource_files} VERBATIM)
+  add_custom_target(${target}_resources ALL DEPENDS "${stamp}")
+  add_dependencies(${target} ${target}_resources)
+endfunction()
+
+# Hides everything but the names listed in `exports` (.map for GNU linkers, .exp for Apple's) and binds the module's
+# own calls to itself: a wrapper and its host function share a name, and a visible wrapper could be found in the
+# host's place, or by itself.
+function(sok_export_only target exports)
+  if(APPLE)
+    target_link_options(${target} PRIVATE "LINKER:-exported_symbols_list,${exports}.exp")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${exports}.exp")
+  else()
+    target_link_options(${target} PRIVATE "LINKER:-Bsymbolic" "LINKER:--version-script,${exports}.map")
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS "${exports}.map")
+  endif()
+endfunction()
+
+function(sok_add_extension name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "INFO_PLIST;RESOURCES;OUTPUT_DIRECTORY" "SOURCES")
+  if(NOT arg_OUTPUT_DIRECTORY)
+    set(arg_OUTPUT_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
+  endif()
+  get_filename_component(arg_INFO_PLIST "${arg_INFO_PLIST}" ABSOLUTE)
+  get_filename_component(arg_RESOURCES "${arg_RESOURCES}" ABSOLUTE)
+  add_library(${name} MODULE ${arg_SOURCES} "${SOK_EXTENSION_ENTRY_POINTS}")
+  target_compile_features(${name} PRIVATE cxx_std_20)
+  set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_link_libraries(${name} PRIVATE SokEDK::SokEDK)
+  sok_export_only(${name} "${SOK_EXTENSION_EXPORTS}")
+  sok_bundle_layout(${name} "${arg_OUTPUT_DIRECTORY}" "${arg_INFO_PLIST}" "${arg_RESOURCES}")
+endfunction()

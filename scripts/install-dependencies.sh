@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Installs what building and testing need, from Debian's packages. Does nothing where everything is there.
+set -euo pipefail
+
+packages=(
+  g++ clang cmake ninja-build pkg-config
+  libpugixml-dev libzip-dev libcli11-dev nlohmann-json3-dev
+  libgtest-dev libbenchmark-dev libicu-dev
+  libc++-14-dev libc++abi-14-dev libclang-rt-14-dev
+  libxml2-utils python3
+)
+missing=()
+for package in "${packages[@]}" "$@"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+echo "Installing: ${missing[*]}" >&2
+"${as_root[@]}" apt-get update -qq
+DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
