@@ -1,0 +1,47 @@
+#include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "SokExtShared/SokEDK/Source/sonkelpdk/assertion_report.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/binding.h"
+
+namespace {
+
+constexpr unsigned int kFretInstrumentTag = 0x4F156649;
+constexpr unsigned int kFirstVersionWithPreferences = 0x08000000;  // older callers see the records as the host has them
+
+using LoadFunction = decltype(SX_LoadEData);
+
+// The first of the two host loads of a fret-instrument record, of which the host may say that it failed although it
+// filled the record. Returns true when that load was answered with success and the record is to be asked for again.
+bool LoadFretInstrument(LoadFunction* load, const EDataID* id, void* buffer, int* size, unsigned int version,
+                        short& result) {
+  if (size == nullptr || static_cast<unsigned int>(*size) < sizeof(EDTFretInstrument25_3)) {
+    ReportAssertion("*size >= sizeof(EDTFretInstrument25_3)", "SokExtShared/SokEDK/Source/sonkelpdk", 1442,
+                    "SX_LoadEData");
+  }
+  std::memset(buffer, 0, sizeof(EDTFretInstrument25_3));
+  result = 0;
+  if (load == nullptr) return false;
+  if (load(kFretInstrumentTag, id, buffer, size, version) != 0) return true;
+  const auto* const bytes = static_cast<const unsigned char*>(buffer);
+  result = std::any_of(bytes, bytes + sizeof(EDTFretInstrument25_3), [](unsigned char byte) { return byte != 0; });
+  return false;
+}
+
+}  // namespace
+
+short SX_LoadEData(unsigned int tag, const EDataID* id, void* buffer, int* size, unsigned int version) {
+  SX_BIND(SX_LoadEData);
+  short result = 0;
+  if (tag == kFretInstrumentTag && buffer != nullptr) {
+    if (!LoadFretInstrument(fpProc, id, buffer, size, version, result)) return result;
+  }
+  return fpProc != nullptr ? fpProc(tag, id, buffer, size, version) : short{0};
+}
+
+short SX_SaveEData(unsigned int tag, const EDataID* id, const void* buffer, int size, unsigned int version) {
+  SX_BIND(SX_SaveEData);
+  return fpProc != nullptr ? fpProc(tag, id, buffer, size, version) : short{0};
+}
