@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
   g++ clang cmake ninja-build pkg-config
   libpugixml-dev libzip-dev libcli11-dev nlohmann-json3-dev
-  libgtest-dev libbenchmark-dev libicu-dev
+  libgtest-dev googletest libbenchmark-dev libicu-dev
   libc++-14-dev libc++abi-14-dev libclang-rt-14-dev
   libxml2-utils python3
 )
