@@ -89,8 +89,8 @@ class Document {
   short EntryCount(const FramePlace& place) const;
   void CopyEntries(const FramePlace& place, EXENTRY* entries) const;  // EntryCount() of them
 
-  // Replaces the entries of a frame. An entry whose number is 0 or less, or repeats one of the same frame, gets a new
-  // number. False for a place that does not exist and for more than 32767 entries.
+  // Replaces the entries of a frame. An entry whose number is 0 or less, or belongs to another entry of the document,
+  // gets a new number. False for a place that does not exist, more than 32767 entries, or a note count outside 0 to 12.
   bool SetEntries(const FramePlace& place, std::vector<EXENTRY> entries);
 
   // Calls `visit` for every frame that has been set, in order of instrument, measure and layer.
@@ -98,7 +98,7 @@ class Document {
   void ForEachSetFrame(const FrameVisitor& visit) const;
 
   // A number that no entry has.
-  int NewEntryNumber() { return ++last_entry_number_; }
+  int NewEntryNumber();
 
   // Where an entry stands; none when no frame holds the number.
   std::optional<EntrySource::Position> FindEntry(int number) const;
@@ -117,15 +117,15 @@ class Document {
   bool dirty = false;  // has changes that are not saved
 
  private:
-  using Entries_ = std::vector<EXENTRY>;
-  const Entries_* FindSet(const FramePlace& place) const;
+  const std::vector<EXENTRY>* FindSet(const FramePlace& place) const;
 
   std::map<unsigned short, std::vector<short>> staff_lists_ = {{0, {}}};
   short staff_count_ = 0;
   std::vector<int> measure_durations_;
   bool layer_shown_[kLayers] = {true, true, true, true};
   const EntrySource* source_ = nullptr;
-  std::unordered_map<std::uint64_t, Entries_> set_frames_;
+  std::unordered_map<std::uint64_t, std::vector<EXENTRY>> set_frames_;  // by packed place
+  std::unordered_map<int, std::uint64_t> number_places_;  // of the entries in set_frames_
   int last_entry_number_ = 0;
   std::vector<std::string> fonts_;
   std::vector<std::string> parts_ = {"Score"};
