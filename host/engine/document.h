@@ -99,6 +99,7 @@ class Document {
 
   // A number that no entry has.
   int NewEntryNumber();
+  int LastEntryNumber() const { return last_entry_number_; }  // no entry has a higher one
 
   // Where an entry stands; none when no frame holds the number.
   std::optional<EntrySource::Position> FindEntry(int number) const;

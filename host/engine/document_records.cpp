@@ -1,0 +1,91 @@
+#include "host/engine/document_records.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace sok {
+
+namespace {
+
+constexpr unsigned int kStaffSpecInForce = 0x534F5343;  // 'SOSC'
+constexpr unsigned int kStaffSpec = 0x534F4953;         // 'SOIS'
+constexpr unsigned int kEntry = 0x65746545;             // 'eteE'
+
+constexpr int kEntryRecordSize = 52;
+constexpr size_t kEntryNumberEnd = offsetof(EXENTRY, duration);
+constexpr size_t kEntryViewEnd = offsetof(EXENTRY, notes) + 3 * sizeof(EXNOTE);
+
+bool Changed(Document& document, bool done) {
+  document.dirty = document.dirty || done;
+  return done;
+}
+
+bool LoadEntry(const Document& document, int number, void* buffer, int* size) {
+  const auto position = document.FindEntry(number);
+  if (!position || (buffer != nullptr && (size == nullptr || *size < 0))) return false;
+  if (buffer != nullptr) {
+    const std::vector<EXENTRY> entries = document.Entries(position->place);
+    unsigned char record[kEntryRecordSize] = {};
+    std::memcpy(record, &entries[static_cast<size_t>(position->index)], kEntryViewEnd);
+    std::memcpy(buffer, record, static_cast<size_t>(std::min(*size, kEntryRecordSize)));
+  }
+  if (size != nullptr) *size = kEntryRecordSize;
+  return true;
+}
+
+bool SaveEntry(Document& document, int number, const void* buffer, int size) {
+  const auto position = document.FindEntry(number);
+  if (!position || buffer == nullptr || size < static_cast<int>(kEntryViewEnd)) return false;
+  std::vector<EXENTRY> entries = document.Entries(position->place);
+  std::memcpy(reinterpret_cast<unsigned char*>(&entries[static_cast<size_t>(position->index)]) + kEntryNumberEnd,
+              static_cast<const unsigned char*>(buffer) + kEntryNumberEnd, kEntryViewEnd - kEntryNumberEnd);
+  return document.SetEntries(position->place, std::move(entries));
+}
+
+bool StepEntry(const Document& document, EDataID& id, int step, void* buffer, int size) {
+  const int last = document.LastEntryNumber();
+  const int from = std::clamp(id.entry.entryNum, step > 0 ? 0 : 1, step > 0 ? last : last + 1);
+  for (int number = from + step; number >= 1 && number <= last; number += step) {
+    if (!document.FindEntry(number)) continue;
+    id.entry.entryNum = number;
+    return LoadEntry(document, number, size < 0 ? nullptr : buffer, &size);
+  }
+  return false;
+}
+
+}  // namespace
+
+bool LoadRecord(const Document& document, unsigned int tag, const EDataID& id, void* buffer, int* size) {
+  if (tag == kEntry) return LoadEntry(document, id.entry.entryNum, buffer, size);
+  if (tag != kStaffSpecInForce) return document.records.Load(tag, id, buffer, size);
+  EDataID staff = {};
+  staff.other = {id.detail.cmper, 0};
+  return document.records.Load(kStaffSpec, staff, buffer, size);
+}
+
+bool SaveRecord(Document& document, unsigned int tag, const EDataID& id, const void* buffer, int size) {
+  if (tag == kStaffSpecInForce) return false;
+  if (tag == kEntry) return Changed(document, SaveEntry(document, id.entry.entryNum, buffer, size));
+  return Changed(document, document.records.Save(tag, id, buffer, size));
+}
+
+bool CreateRecord(Document& document, unsigned int tag, EDataID& id, const void* buffer, int size) {
+  if (tag == kStaffSpecInForce || tag == kEntry) return false;
+  return Changed(document, document.records.Create(tag, id, buffer, size));
+}
+
+bool DeleteRecord(Document& document, unsigned int tag, const EDataID& id) {
+  return Changed(document, document.records.Delete(tag, id));
+}
+
+bool PreviousRecord(const Document& document, unsigned int tag, EDataID& id, void* buffer, int size) {
+  if (tag == kEntry) return StepEntry(document, id, -1, buffer, size);
+  return document.records.Previous(tag, id, buffer, size);
+}
+
+bool NextRecord(const Document& document, unsigned int tag, EDataID& id, void* buffer, int size) {
+  if (tag == kEntry) return StepEntry(document, id, 1, buffer, size);
+  return document.records.Next(tag, id, buffer, size);
+}
+
+}  // namespace sok

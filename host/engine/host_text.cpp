@@ -1,0 +1,54 @@
+#include "host/engine/host_text.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+
+namespace sok {
+
+namespace {
+
+// Releases `string`; null gives an empty text.
+std::string TakeBytes(CFStringRef string, CFStringEncoding encoding) {
+  if (string == nullptr) return {};
+  const CFRange all = {0, CFStringGetLength(string)};
+  std::string bytes(static_cast<size_t>(CFStringGetMaximumSizeForEncoding(all.length, encoding)), '\0');
+  CFIndex used = 0;
+  CFStringGetBytes(string, all, encoding, '?', false, reinterpret_cast<UInt8*>(bytes.data()),
+                   static_cast<CFIndex>(bytes.size()), &used);
+  CFRelease(string);
+  bytes.resize(static_cast<size_t>(used));
+  return bytes;
+}
+
+CFStringRef FromBytes(const char* text, CFStringEncoding encoding) {
+  return CFStringCreateWithCString(kCFAllocatorDefault, text, encoding);
+}
+
+}  // namespace
+
+std::string Utf8FromMacRoman(const char* text) {
+  if (text == nullptr) return {};
+  return TakeBytes(FromBytes(text, kCFStringEncodingMacRoman), kCFStringEncodingUTF8);
+}
+
+std::string Utf8FromUtf16(const unsigned short* text) {
+  if (text == nullptr) return {};
+  CFIndex length = 0;
+  while (text[length] != 0) ++length;
+  return TakeBytes(CFStringCreateWithCharacters(kCFAllocatorDefault, text, length), kCFStringEncodingUTF8);
+}
+
+std::string MacRomanFromUtf8(const std::string& text) {
+  return TakeBytes(FromBytes(text.c_str(), kCFStringEncodingUTF8), kCFStringEncodingMacRoman);
+}
+
+std::u16string Utf16FromUtf8(const std::string& text) {
+  const CFStringRef string = FromBytes(text.c_str(), kCFStringEncodingUTF8);
+  if (string == nullptr) return {};
+  const CFRange all = {0, CFStringGetLength(string)};
+  std::u16string units(static_cast<size_t>(all.length), u'\0');
+  CFStringGetCharacters(string, all, reinterpret_cast<UniChar*>(units.data()));
+  CFRelease(string);
+  return units;
+}
+
+}  // namespace sok
