@@ -1,0 +1,191 @@
+#include "host/engine/record_store.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+namespace {
+
+using sok::KeyView;
+using sok::RecordStore;
+using Fields = std::vector<long>;
+
+constexpr unsigned int Tag(const char (&text)[5]) {
+  unsigned int tag = 0;
+  for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<unsigned char>(text[i]);
+  return tag;
+}
+
+struct ViewCase {
+  unsigned int tag;
+  KeyView view;
+};
+constexpr ViewCase kViews[] = {
+    {Tag("ot21"), KeyView::kOther},          {Tag("SOIS"), KeyView::kOther},     {Tag("txbl"), KeyView::kOther},
+    {Tag("O\x08Sx"), KeyView::kOther},       {Tag("SDNG"), KeyView::kDetail},    {Tag("dtmt"), KeyView::kDetail},
+    {Tag("D\x03" "Cx"), KeyView::kDetail},   {Tag("SOSC"), KeyView::kDetailExtra}, {Tag("edEx"), KeyView::kEntryDetail},
+    {Tag("E\x02" "Ah"), KeyView::kEntryDetail}, {Tag("eteE"), KeyView::kEntry},  {Tag("pfLA"), KeyView::kGlobal},
+};
+
+TEST(RecordTags, DecideTheView) {
+  for (const ViewCase& c : kViews) EXPECT_EQ(sok::ViewOf(c.tag), c.view) << std::hex << c.tag;
+}
+
+Fields FieldsOf(KeyView view, const EDataID& id) {
+  switch (view) {
+    case KeyView::kOther: return {id.other.cmper, id.other.subIndex};
+    case KeyView::kDetail: return {id.detail.cmper, id.detail.secondCmper, id.detail.subIndex};
+    case KeyView::kDetailExtra: return {id.detail.cmper, id.detail.secondCmper, id.detail.extraValue};
+    case KeyView::kEntryDetail: return {id.entryDetail.entryNum, id.entryDetail.subIndex};
+    case KeyView::kEntry: return {id.entry.entryNum};
+    case KeyView::kGlobal: break;
+  }
+  return {id.global.instance};
+}
+
+// The same rules over keys that are lists of numbers.
+struct Model {
+  std::map<unsigned int, std::map<Fields, std::string>> records;
+
+  bool Create(unsigned int tag, KeyView view, Fields& key, const std::string& bytes) {
+    auto& table = records[tag];
+    const bool has_entry = view == KeyView::kEntryDetail || view == KeyView::kEntry;
+    const bool ends_signed = view != KeyView::kDetailExtra;
+    Fields chosen = key;
+    for (size_t i = has_entry ? 1 : 0; i < key.size(); ++i) {
+      const bool is_signed = i + 1 == key.size();
+      if (is_signed ? !ends_signed || key[i] != -1 : key[i] != 0xFFFF) continue;
+      chosen[i] = is_signed ? 0 : 1;
+      for (const auto& [used, _] : table) {
+        const bool same = std::equal(used.begin(), used.begin() + static_cast<long>(i), chosen.begin());
+        if (same && used[i] >= chosen[i] && used[i] < 0xFFFE) chosen[i] = used[i] + 1;
+      }
+    }
+    if (!table.emplace(chosen, bytes).second) return false;
+    key = chosen;
+    return true;
+  }
+
+  bool Delete(unsigned int tag, KeyView view, const Fields& key) {
+    auto& table = records[tag];
+    if (table.erase(key) == 0) return false;
+    if (view == KeyView::kEntry || view == KeyView::kGlobal) return true;
+    std::map<Fields, std::string> moved;
+    for (const auto& [used, bytes] : table) {
+      Fields place = used;
+      if (std::equal(key.begin(), key.end() - 1, used.begin()) && used.back() > key.back()) --place.back();
+      moved[place] = bytes;
+    }
+    table = moved;
+    return true;
+  }
+};
+
+// Few numbers, so that keys meet; the odd ones are those where signs and choices matter.
+EDataID RandomKey(KeyView view, std::mt19937& random) {
+  static constexpr unsigned short kNumbers[] = {0, 1, 2, 0x7FFF, 0x8000, 0xFFFE, 0xFFFF};
+  static constexpr int kEntries[] = {-1, 0, 1, 0xFFFF, 0x7FFFFFFF};
+  static constexpr short kSubIndexes[] = {-1, -1, 0, 1, 2, 3};
+  EDataID id = {};
+  const short sub = kSubIndexes[random() % std::size(kSubIndexes)];
+  if (view == KeyView::kOther) {
+    id.other = {kNumbers[random() % 7], sub};
+  } else if (view == KeyView::kDetail || view == KeyView::kDetailExtra) {
+    id.detail.cmper = kNumbers[random() % 7];
+    id.detail.secondCmper = kNumbers[random() % 7];
+    id.detail.extraValue = sub;
+  } else if (view == KeyView::kGlobal) {
+    id.global.instance = sub;
+  } else {
+    id.entryDetail = {kEntries[random() % 5], sub};
+  }
+  return id;
+}
+
+// A wrong order, a key field packed in the wrong place, or a move that reaches the next number shows here.
+TEST(RecordStore, BehavesAsTheModelUnderRandomOperations) {
+  std::mt19937 random(7);
+  RecordStore store;
+  Model model;
+  for (int step = 0; step < 20000; ++step) {
+    const auto& [tag, view] = kViews[random() % std::size(kViews)];
+    EDataID id = RandomKey(view, random);
+    Fields key = FieldsOf(view, id);
+    auto& table = model.records[tag];
+    std::string bytes(random() % 5, static_cast<char>('a' + random() % 26));
+    std::string buffer(3, '?');
+    const auto cut = [](const std::string& text) { return (text + "???").substr(0, 3); };
+    SCOPED_TRACE(step);
+    switch (random() % 6) {
+      case 0:
+        ASSERT_TRUE(store.Save(tag, id, bytes.data(), static_cast<int>(bytes.size())));
+        table[key] = bytes;
+        break;
+      case 1:
+        ASSERT_EQ(store.Create(tag, id, bytes.data(), static_cast<int>(bytes.size())), model.Create(tag, view, key, bytes));
+        break;
+      case 2: ASSERT_EQ(store.Delete(tag, id), model.Delete(tag, view, key)); break;
+      case 3: {
+        int size = 3;
+        ASSERT_EQ(store.Load(tag, id, buffer.data(), &size), table.contains(key));
+        ASSERT_EQ(buffer, table.contains(key) ? cut(table[key]) : "???");
+        ASSERT_EQ(size, table.contains(key) ? static_cast<int>(table[key].size()) : 3);
+        break;
+      }
+      default: {
+        const bool forward = random() % 2 == 0;
+        auto at = forward ? table.upper_bound(key) : table.lower_bound(key);
+        const bool found = forward ? at != table.end() : at != table.begin();
+        ASSERT_EQ(forward ? store.Next(tag, id, buffer.data(), 3) : store.Previous(tag, id, buffer.data(), 3), found);
+        if (!found) break;
+        if (!forward) --at;
+        key = at->first;
+        ASSERT_EQ(buffer, cut(at->second));
+      }
+    }
+    ASSERT_EQ(FieldsOf(view, id), key);
+  }
+  std::map<unsigned int, std::map<Fields, std::string>> stored;
+  store.ForEach([&](unsigned int tag, const EDataID& id, std::span<const unsigned char> bytes) {
+    stored[tag][FieldsOf(sok::ViewOf(tag), id)] = std::string(bytes.begin(), bytes.end());
+  });
+  std::erase_if(model.records, [](const auto& table) { return table.second.empty(); });
+  EXPECT_EQ(stored, model.records);
+}
+
+// After the highest number a gap is found, and 0xFFFE, where the document's own records stand, is never given away.
+TEST(RecordStore, ChoosesAGapWhenTheHighestNumberIsTaken) {
+  RecordStore store;
+  EDataID id = {};
+  for (const unsigned short taken : std::initializer_list<unsigned short>{1, 2, 4, 0xFFFD, 0xFFFE}) {
+    id.other = {taken, 0};
+    ASSERT_TRUE(store.Save(Tag("SOTX"), id, nullptr, 0));
+  }
+  id.other = {0xFFFF, 0};
+  ASSERT_TRUE(store.Create(Tag("SOTX"), id, nullptr, 0));
+  EXPECT_EQ(id.other.cmper, 3);
+  for (int i = 0; i < 0x8000; ++i) {
+    id.other = {9, -1};
+    ASSERT_TRUE(store.Create(Tag("SOTX"), id, nullptr, 0));
+  }
+  id.other = {9, -1};
+  EXPECT_FALSE(store.Create(Tag("SOTX"), id, nullptr, 0));  // every subIndex is taken
+  EXPECT_EQ(id.other.subIndex, -1);
+}
+
+TEST(RecordStore, RefusesWhatItCannotReadOrFill) {
+  RecordStore store;
+  EDataID id = {};
+  char byte = 'x';
+  int size = -1;
+  EXPECT_FALSE(store.Save(Tag("ot21"), id, &byte, -1));
+  EXPECT_FALSE(store.Create(Tag("ot21"), id, nullptr, 1));
+  ASSERT_TRUE(store.Save(Tag("ot21"), id, &byte, 1));
+  EXPECT_FALSE(store.Load(Tag("ot21"), id, &byte, nullptr));
+  EXPECT_FALSE(store.Load(Tag("ot21"), id, &byte, &size));
+  EXPECT_TRUE(store.Load(Tag("ot21"), id, nullptr, &size));  // the size only, whatever stood there
+  EXPECT_EQ(size, 1);
+}
+
+}  // namespace
