@@ -39,29 +39,35 @@ struct ETEXTMETRICS {
 
 // The key of a data record. The record's tag decides which view is read.
 struct EDataID {
+  struct Other {
+    unsigned short cmper;
+    short subIndex;
+  };
+  struct Detail {
+    unsigned short cmper;
+    unsigned short secondCmper;
+    union {
+      short subIndex;
+      int extraValue;  // for the staff spec in force at a point only
+    };
+  };
+  struct EntryDetail {
+    int entryNum;
+    short subIndex;
+  };
+  struct Entry {
+    int entryNum;
+  };
+  struct Global {
+    short instance;
+  };
+
   union {
-    struct {
-      unsigned short cmper;
-      short subIndex;
-    } other;
-    struct {
-      unsigned short cmper;
-      unsigned short secondCmper;
-      union {
-        short subIndex;
-        int extraValue;  // for the staff spec in force at a point only
-      };
-    } detail;
-    struct {
-      int entryNum;
-      short subIndex;
-    } entryDetail;
-    struct {
-      int entryNum;
-    } entry;
-    struct {
-      short instance;
-    } global;
+    Other other;
+    Detail detail;
+    EntryDetail entryDetail;
+    Entry entry;
+    Global global;
   };
 };
 
