@@ -111,7 +111,7 @@ class Document {
 
   // Part 0 is the score; parts are numbered from 1 in the order in which they are added.
   short AddPart(std::string_view name);
-  short PartCount() const;  // without the score
+  short PartCount() const;                        // without the score
   const std::string* PartName(short part) const;  // null: no such part
 
   short current_part = 0;
@@ -126,7 +126,7 @@ class Document {
   bool layer_shown_[kLayers] = {true, true, true, true};
   const EntrySource* source_ = nullptr;
   std::unordered_map<std::uint64_t, std::vector<EXENTRY>> set_frames_;  // by packed place
-  std::unordered_map<int, std::uint64_t> number_places_;  // of the entries in set_frames_
+  std::unordered_map<int, std::uint64_t> number_places_;                // of the entries in set_frames_
   int last_entry_number_ = 0;
   std::vector<std::string> fonts_;
   std::vector<std::string> parts_ = {"Score"};

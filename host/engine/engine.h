@@ -14,6 +14,11 @@ namespace sok {
 
 class Engine {
  public:
+  Engine() = default;
+  ~Engine() { Attach(nullptr); }
+  Engine(const Engine&) = delete;
+  Engine& operator=(const Engine&) = delete;
+
   // Releases the frames that are still out and forgets open edits.
   void Attach(Session* session);
   Session* session() const { return session_; }

@@ -32,7 +32,7 @@ void Describe(HostCall& call, bool as_text, const FrameArgument& frame) {
   call.frame = frame.frame;
   if (!as_text) return;
   if (frame.frame == nullptr) return Append(call, "null");
-  if (!frame.readable) return Append(call, "unknown");
+  if (!frame.any && !gEngine.IsOut(frame.frame)) return Append(call, "unknown");
   const FramePlace place = PlaceOf(*frame.frame);
   Append(call, std::to_string(place.instrument) + "," + std::to_string(place.measure) + "," +
                    std::to_string(place.layer) + " " + std::to_string(frame.frame->count));

@@ -29,9 +29,9 @@ struct ChosenField {
   std::uint64_t first;
   std::uint64_t last;
 };
-constexpr std::uint64_t kFirstSubIndex = 0x8000;  // 0, biased
+constexpr std::uint64_t kFirstSubIndex = 0x8000;    // 0, biased
 constexpr std::uint64_t kRequestSubIndex = 0x7FFF;  // -1, biased
-constexpr std::uint64_t kLastNumber = 0xFFFD;  // 0xFFFE holds the document's own records, 0xFFFF asks for a choice
+constexpr std::uint64_t kLastNumber = 0xFFFD;       // 0xFFFE holds the document's own records, 0xFFFF asks for a choice
 
 constexpr ChosenField NumberAt(int shift) { return {shift, kChosenNumber, 1, kLastNumber}; }
 constexpr ChosenField SubIndexAt(int shift) { return {shift, kRequestSubIndex, kFirstSubIndex, 0xFFFF}; }
@@ -43,12 +43,18 @@ std::span<const ChosenField> ChosenFields(KeyView view) {
   static constexpr ChosenField entry_detail[] = {SubIndexAt(0)};
   static constexpr ChosenField global[] = {SubIndexAt(kHalf)};
   switch (view) {
-    case KeyView::kOther: return other;
-    case KeyView::kDetail: return detail;
-    case KeyView::kDetailExtra: return std::span(detail).first(2);
-    case KeyView::kEntryDetail: return entry_detail;
-    case KeyView::kGlobal: return global;
-    case KeyView::kEntry: break;
+    case KeyView::kOther:
+      return other;
+    case KeyView::kDetail:
+      return detail;
+    case KeyView::kDetailExtra:
+      return std::span(detail).first(2);
+    case KeyView::kEntryDetail:
+      return entry_detail;
+    case KeyView::kGlobal:
+      return global;
+    case KeyView::kEntry:
+      break;
   }
   return {};
 }
@@ -92,12 +98,18 @@ void CopyOut(const RecordStore::Bytes& record, void* buffer, int size) {
 KeyView ViewOf(unsigned int tag) {
   if (tag == kStaffSpecInForce) return KeyView::kDetailExtra;
   switch (tag >> 16) {
-    case 0x7066: return KeyView::kGlobal;       // 'pf'
-    case 0x5344: return KeyView::kDetail;       // 'SD'
-    case 0x6474: return KeyView::kDetail;       // 'dt'
-    case 0x6564: return KeyView::kEntryDetail;  // 'ed'
-    case 0x6574: return KeyView::kEntry;        // 'et'
-    default: break;
+    case 0x7066:
+      return KeyView::kGlobal;  // 'pf'
+    case 0x5344:
+      return KeyView::kDetail;  // 'SD'
+    case 0x6474:
+      return KeyView::kDetail;  // 'dt'
+    case 0x6564:
+      return KeyView::kEntryDetail;  // 'ed'
+    case 0x6574:
+      return KeyView::kEntry;  // 'et'
+    default:
+      break;
   }
   const bool numbered = ((tag >> 16) & 0xFF) < 0x20;  // a letter followed by a small number
   if (numbered && tag >> 24 == 'D') return KeyView::kDetail;
@@ -106,14 +118,22 @@ KeyView ViewOf(unsigned int tag) {
 }
 
 PackedKey PackKey(KeyView view, const EDataID& id) {
-  const auto numbers = [&] { return PackedKey{id.detail.cmper} << (kHalf + kWord) | PackedKey{id.detail.secondCmper} << kHalf; };
+  const auto numbers = [&] {
+    return PackedKey{id.detail.cmper} << (kHalf + kWord) | PackedKey{id.detail.secondCmper} << kHalf;
+  };
   switch (view) {
-    case KeyView::kOther: return PackedKey{id.other.cmper} << kHalf | Biased(id.other.subIndex);
-    case KeyView::kDetail: return numbers() | Biased(id.detail.subIndex);
-    case KeyView::kDetailExtra: return numbers() | Biased(id.detail.extraValue);
-    case KeyView::kEntryDetail: return Biased(id.entryDetail.entryNum) << kHalf | Biased(id.entryDetail.subIndex);
-    case KeyView::kEntry: return Biased(id.entry.entryNum) << kHalf;
-    case KeyView::kGlobal: return Biased(id.global.instance) << kHalf;
+    case KeyView::kOther:
+      return PackedKey{id.other.cmper} << kHalf | Biased(id.other.subIndex);
+    case KeyView::kDetail:
+      return numbers() | Biased(id.detail.subIndex);
+    case KeyView::kDetailExtra:
+      return numbers() | Biased(id.detail.extraValue);
+    case KeyView::kEntryDetail:
+      return Biased(id.entryDetail.entryNum) << kHalf | Biased(id.entryDetail.subIndex);
+    case KeyView::kEntry:
+      return Biased(id.entry.entryNum) << kHalf;
+    case KeyView::kGlobal:
+      return Biased(id.global.instance) << kHalf;
   }
   return 0;
 }
@@ -138,8 +158,12 @@ void UnpackKey(KeyView view, PackedKey key, EDataID& id) {
       id.entryDetail.entryNum = UnbiasedInt(key >> kHalf);
       id.entryDetail.subIndex = UnbiasedShort(key);
       break;
-    case KeyView::kEntry: id.entry.entryNum = UnbiasedInt(key >> kHalf); break;
-    case KeyView::kGlobal: id.global.instance = UnbiasedShort(key >> kHalf); break;
+    case KeyView::kEntry:
+      id.entry.entryNum = UnbiasedInt(key >> kHalf);
+      break;
+    case KeyView::kGlobal:
+      id.global.instance = UnbiasedShort(key >> kHalf);
+      break;
   }
 }
 
@@ -169,16 +193,13 @@ bool RecordStore::Create(unsigned int tag, EDataID& id, const void* buffer, int 
   if (!Readable(buffer, size)) return false;
   const KeyView view = ViewOf(tag);
   PackedKey key = PackKey(view, id);
-  if (const Table* const table = Find(tag); table != nullptr) {
-    for (const ChosenField& field : ChosenFields(view)) {
-      if ((key >> field.shift & 0xFFFF) == field.request && !ChooseField(*table, field, key)) return false;
-    }
-    if (table->contains(key)) return false;
-  } else {
-    for (const ChosenField& field : ChosenFields(view)) {
-      if ((key >> field.shift & 0xFFFF) == field.request) ChooseField({}, field, key);
-    }
+  static const Table none;
+  const Table* const found = Find(tag);
+  const Table& table = found != nullptr ? *found : none;
+  for (const ChosenField& field : ChosenFields(view)) {
+    if ((key >> field.shift & 0xFFFF) == field.request && !ChooseField(table, field, key)) return false;
   }
+  if (table.contains(key)) return false;
   tables_[tag].emplace(key, Copy(buffer, size));
   UnpackKey(view, key, id);
   return true;

@@ -19,14 +19,22 @@ std::string FourCharacters(unsigned int tag) {
 }
 
 std::string KeyText(unsigned int tag, const EDataID& id) {
-  const auto join = [](auto first, auto... rest) { return (std::to_string(first) + ... + ("," + std::to_string(rest))); };
+  const auto join = [](auto first, auto... rest) {
+    return (std::to_string(first) + ... + ("," + std::to_string(rest)));
+  };
   switch (ViewOf(tag)) {
-    case KeyView::kOther: return join(id.other.cmper, id.other.subIndex);
-    case KeyView::kDetail: return join(id.detail.cmper, id.detail.secondCmper, id.detail.subIndex);
-    case KeyView::kDetailExtra: return join(id.detail.cmper, id.detail.secondCmper, id.detail.extraValue);
-    case KeyView::kEntryDetail: return join(id.entryDetail.entryNum, id.entryDetail.subIndex);
-    case KeyView::kEntry: return join(id.entry.entryNum);
-    case KeyView::kGlobal: return join(id.global.instance);
+    case KeyView::kOther:
+      return join(id.other.cmper, id.other.subIndex);
+    case KeyView::kDetail:
+      return join(id.detail.cmper, id.detail.secondCmper, id.detail.subIndex);
+    case KeyView::kDetailExtra:
+      return join(id.detail.cmper, id.detail.secondCmper, id.detail.extraValue);
+    case KeyView::kEntryDetail:
+      return join(id.entryDetail.entryNum, id.entryDetail.subIndex);
+    case KeyView::kEntry:
+      return join(id.entry.entryNum);
+    case KeyView::kGlobal:
+      return join(id.global.instance);
   }
   return {};
 }

@@ -16,12 +16,12 @@ struct HostCall {
   const char* name = "";
   unsigned int version = 0;
   unsigned int tag = 0;
-  const EDataID* id = nullptr;     // as the caller gave it; stepped and created keys are written back before After()
-  void* buffer = nullptr;          // record buffers that the call fills
-  int* size = nullptr;             // what a load was given and answers
-  EXTGF2005a* frame = nullptr;     // the frame handed over; after SX_LoadTGF the frame handed out
-  long result = 0;                 // the answer; pointers as numbers, 0 where the call answers nothing
-  std::string arguments;           // all arguments but the version as text, when the observer wants them
+  const EDataID* id = nullptr;  // as the caller gave it; stepped and created keys are written back before After()
+  void* buffer = nullptr;       // record buffers that the call fills
+  int* size = nullptr;          // what a load was given and answers
+  EXTGF2005a* frame = nullptr;  // the frame handed over; after SX_LoadTGF the frame handed out
+  long result = 0;              // the answer; pointers as numbers, 0 where the call answers nothing
+  std::string arguments;        // all arguments but the version as text, when the observer wants them
 };
 
 // The arguments as text: numbers in decimal, separated by blanks. Record calls: the tag (FourCharacters), the key's
@@ -60,5 +60,4 @@ extern "C" {
 // The engine's one export beside the host entry points. Host calls work on `session` from now on, or answer 0 with
 // null. Frames that are still out are released.
 void SonkelEngineAttach(sok::Session* session);
-
 }

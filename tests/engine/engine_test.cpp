@@ -24,7 +24,7 @@ EXENTRY Entry(int number, unsigned short duration, unsigned int flags = kEntryIs
 
 std::vector<int> Numbers(const std::vector<EXENTRY>& entries) {
   std::vector<int> numbers;
-  for (const EXENTRY& entry : entries) numbers.push_back(entry.number);
+  for (const EXENTRY& entry : entries) numbers.push_back(int{entry.number});
   return numbers;
 }
 
@@ -48,9 +48,9 @@ struct PlaceCase {
   bool exists;
 };
 constexpr PlaceCase kPlaces[] = {
-    {0, 1, 1, 0, true},  {0, 3, 4, 3, true},   {0, 0, 1, 0, false},  {0, 4, 1, 0, false},  {0, -1, 1, 0, false},
-    {0, 1, 0, 0, false}, {0, 1, 5, 0, false},  {0, 1, -1, 0, false}, {0, 1, 1, 4, false},  {0, 1, 1, -1, false},
-    {7, 2, 1, 0, true},  {7, 3, 1, 0, false},  {8, 1, 1, 0, false},
+    {0, 1, 1, 0, true},  {0, 3, 4, 3, true},  {0, 0, 1, 0, false},  {0, 4, 1, 0, false}, {0, -1, 1, 0, false},
+    {0, 1, 0, 0, false}, {0, 1, 5, 0, false}, {0, 1, -1, 0, false}, {0, 1, 1, 4, false}, {0, 1, 1, -1, false},
+    {7, 2, 1, 0, true},  {7, 3, 1, 0, false}, {8, 1, 1, 0, false},
 };
 
 TEST_F(Engine, EveryExistingPlaceHasAFrameAndOnlyThose) {
@@ -101,8 +101,8 @@ TEST_F(Engine, InsertsAndDeletesWithinTheFrameOnly) {
   ASSERT_EQ(SX_InsertEXENTRY(frame, 1, 32765, kVersion), 1);
   EXPECT_EQ(SX_InsertEXENTRY(frame, 0, 1, kVersion), 0);  // full
   EXPECT_EQ(frame->entries[1].duration, 0);
-  EXPECT_EQ(frame->entries[1].number, 3);  // the first two numbers went to the ends
-  EXPECT_EQ(frame->entries[32766].number, 2);
+  EXPECT_EQ(int{frame->entries[1].number}, 3);  // the first two numbers went to the ends
+  EXPECT_EQ(int{frame->entries[32766].number}, 2);
   for (const auto& [index, count] : {std::pair{-1, 1}, {32766, 2}, {0, 0}, {32767, 1}}) {
     EXPECT_EQ(SX_DeleteEXENTRY(frame, static_cast<short>(index), static_cast<short>(count), kVersion), 0);
   }
@@ -249,10 +249,10 @@ TEST_F(Engine, IsWatchedRefusedAndAltered) {
   EXPECT_TRUE(Load(0, 1, 1, 0) == nullptr);  // taken back
   EXPECT_EQ(SX_GetMaxLayers(kVersion), 0);
   EXPECT_EQ(host.session.frames_held, 0);
-  EXPECT_EQ(host.calls, (std::vector<std::string>{
-                            "SX_SaveEData ot21 65534,0 12 -> 1", "SX_LoadEData ot21 65534,0 12 -> 1",
-                            "SX_LoadTGF 0 1 1 0 1 -> null", "SX_LoadTGF 0 1 1 0 1 -> frame", "SX_FreeTGF 1,1,0 0 -> 1",
-                            "SX_LoadTGF 0 1 1 0 1 -> null", "SX_GetMaxLayers -> 0"}));
+  EXPECT_EQ(host.calls, (std::vector<std::string>{"SX_SaveEData ot21 65534,0 12 -> 1",
+                                                  "SX_LoadEData ot21 65534,0 12 -> 1", "SX_LoadTGF 0 1 1 0 1 -> null",
+                                                  "SX_LoadTGF 0 1 1 0 1 -> frame", "SX_FreeTGF 1,1,0 0 -> 1",
+                                                  "SX_LoadTGF 0 1 1 0 1 -> null", "SX_GetMaxLayers -> 0"}));
 }
 
 // A wrapper's own namesake or a helper that became visible would change what an extension binds to.

@@ -22,10 +22,22 @@ struct ViewCase {
   KeyView view;
 };
 constexpr ViewCase kViews[] = {
-    {Tag("ot21"), KeyView::kOther},          {Tag("SOIS"), KeyView::kOther},     {Tag("txbl"), KeyView::kOther},
-    {Tag("O\x08Sx"), KeyView::kOther},       {Tag("SDNG"), KeyView::kDetail},    {Tag("dtmt"), KeyView::kDetail},
-    {Tag("D\x03" "Cx"), KeyView::kDetail},   {Tag("SOSC"), KeyView::kDetailExtra}, {Tag("edEx"), KeyView::kEntryDetail},
-    {Tag("E\x02" "Ah"), KeyView::kEntryDetail}, {Tag("eteE"), KeyView::kEntry},  {Tag("pfLA"), KeyView::kGlobal},
+    {Tag("ot21"), KeyView::kOther},
+    {Tag("SOIS"), KeyView::kOther},
+    {Tag("txbl"), KeyView::kOther},
+    {Tag("O\x08Sx"), KeyView::kOther},
+    {Tag("SDNG"), KeyView::kDetail},
+    {Tag("dtmt"), KeyView::kDetail},
+    {Tag("D\x03"
+         "Cx"),
+     KeyView::kDetail},
+    {Tag("SOSC"), KeyView::kDetailExtra},
+    {Tag("edEx"), KeyView::kEntryDetail},
+    {Tag("E\x02"
+         "Ah"),
+     KeyView::kEntryDetail},
+    {Tag("eteE"), KeyView::kEntry},
+    {Tag("pfLA"), KeyView::kGlobal},
 };
 
 TEST(RecordTags, DecideTheView) {
@@ -34,12 +46,18 @@ TEST(RecordTags, DecideTheView) {
 
 Fields FieldsOf(KeyView view, const EDataID& id) {
   switch (view) {
-    case KeyView::kOther: return {id.other.cmper, id.other.subIndex};
-    case KeyView::kDetail: return {id.detail.cmper, id.detail.secondCmper, id.detail.subIndex};
-    case KeyView::kDetailExtra: return {id.detail.cmper, id.detail.secondCmper, id.detail.extraValue};
-    case KeyView::kEntryDetail: return {id.entryDetail.entryNum, id.entryDetail.subIndex};
-    case KeyView::kEntry: return {id.entry.entryNum};
-    case KeyView::kGlobal: break;
+    case KeyView::kOther:
+      return {id.other.cmper, id.other.subIndex};
+    case KeyView::kDetail:
+      return {id.detail.cmper, id.detail.secondCmper, id.detail.subIndex};
+    case KeyView::kDetailExtra:
+      return {id.detail.cmper, id.detail.secondCmper, id.detail.extraValue};
+    case KeyView::kEntryDetail:
+      return {id.entryDetail.entryNum, id.entryDetail.subIndex};
+    case KeyView::kEntry:
+      return {id.entry.entryNum};
+    case KeyView::kGlobal:
+      break;
   }
   return {id.global.instance};
 }
@@ -123,9 +141,12 @@ TEST(RecordStore, BehavesAsTheModelUnderRandomOperations) {
         table[key] = bytes;
         break;
       case 1:
-        ASSERT_EQ(store.Create(tag, id, bytes.data(), static_cast<int>(bytes.size())), model.Create(tag, view, key, bytes));
+        ASSERT_EQ(store.Create(tag, id, bytes.data(), static_cast<int>(bytes.size())),
+                  model.Create(tag, view, key, bytes));
         break;
-      case 2: ASSERT_EQ(store.Delete(tag, id), model.Delete(tag, view, key)); break;
+      case 2:
+        ASSERT_EQ(store.Delete(tag, id), model.Delete(tag, view, key));
+        break;
       case 3: {
         int size = 3;
         ASSERT_EQ(store.Load(tag, id, buffer.data(), &size), table.contains(key));

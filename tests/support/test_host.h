@@ -29,7 +29,8 @@ class TestHost : public sok::CallObserver {
   sok::Document document;
   sok::Session session;
 
-  // Every call in order, refused ones too: "SX_LoadEData ot21 65534,0 12 -> 1". Frames handed out are "frame" or "null".
+  // Every call in order, refused ones too: "SX_LoadEData ot21 65534,0 12 -> 1". Frames handed out are "frame" or
+  // "null".
   std::vector<std::string> calls;
 
   // True for a call that the host refuses: it does nothing and answers 0 or null.
