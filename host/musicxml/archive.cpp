@@ -1,0 +1,175 @@
+#include "host/musicxml/archive.h"
+
+#include <zip.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <pugixml.hpp>
+#include <stdexcept>
+
+namespace sok {
+namespace {
+
+// No honest score packs better than this, nor is larger.
+constexpr std::uint64_t kLargestRatio = 300;
+constexpr std::uint64_t kFreeSize = std::uint64_t{16} << 20;
+constexpr std::uint64_t kLargestSize = std::uint64_t{2} << 30;
+constexpr zip_int64_t kMostMembers = 10000;
+constexpr char kContainer[] = "META-INF/container.xml";
+
+struct DiscardArchive {
+  void operator()(zip_t* archive) const { zip_discard(archive); }
+};
+struct CloseMember {
+  void operator()(zip_file_t* file) const { zip_fclose(file); }
+};
+struct FreeSource {
+  void operator()(zip_source_t* source) const { zip_source_free(source); }
+};
+using Archive = std::unique_ptr<zip_t, DiscardArchive>;
+using Source = std::unique_ptr<zip_source_t, FreeSource>;
+
+[[noreturn]] void Fail(const std::string& what, zip_error_t* error) {
+  std::string message = what + ": " + zip_error_strerror(error);
+  zip_error_fini(error);
+  throw std::runtime_error(message);
+}
+
+// `kept` receives the source when it must outlive the archive.
+Archive Open(std::string_view bytes, Source* kept = nullptr) {
+  zip_error_t error;
+  zip_error_init(&error);
+  Source source(zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error));
+  if (source == nullptr) Fail("the zip cannot be read", &error);
+  zip_t* archive = zip_open_from_source(source.get(), 0, &error);
+  if (archive == nullptr) Fail("the zip cannot be read", &error);
+  zip_error_fini(&error);
+  if (kept != nullptr) {
+    zip_source_keep(source.get());
+    kept->reset(source.release());
+  } else {
+    source.release();  // the archive's now
+  }
+  Archive result(archive);
+  if (zip_get_num_entries(archive, 0) > kMostMembers) throw std::runtime_error("the zip has too many members");
+  return result;
+}
+
+zip_stat_t Stat(zip_t* archive, zip_uint64_t index) {
+  zip_stat_t stat;
+  zip_stat_init(&stat);
+  if (zip_stat_index(archive, index, 0, &stat) != 0) throw std::runtime_error("the zip is damaged");
+  return stat;
+}
+
+std::string ReadMember(zip_t* archive, zip_uint64_t index) {
+  const zip_stat_t stat = Stat(archive, index);
+  const std::string name = stat.name;
+  if (stat.encryption_method != ZIP_EM_NONE) throw std::runtime_error("the member " + name + " is encrypted");
+  const std::uint64_t bound = std::min(std::max(kFreeSize, stat.comp_size * kLargestRatio), kLargestSize);
+  if (stat.size > bound) throw std::runtime_error("the member " + name + " is too large when unpacked");
+  std::unique_ptr<zip_file_t, CloseMember> file(zip_fopen_index(archive, index, 0));
+  if (file == nullptr) throw std::runtime_error("the member " + name + " cannot be unpacked");
+  std::string bytes(stat.size + 1, '\0');  // one more, to see the end and have the checksum compared
+  std::size_t size = 0;
+  for (;;) {
+    const zip_int64_t count = zip_fread(file.get(), bytes.data() + size, bytes.size() - size);
+    if (count < 0) throw std::runtime_error("the member " + name + " is damaged");
+    size += static_cast<std::size_t>(count);
+    if (count == 0) break;
+    if (size == bytes.size()) throw std::runtime_error("the member " + name + " is longer than the zip says");
+  }
+  bytes.resize(size);
+  return bytes;
+}
+
+std::string FindScore(zip_t* archive) {
+  const zip_int64_t container = zip_name_locate(archive, kContainer, 0);
+  if (container >= 0) {
+    const std::string text = ReadMember(archive, static_cast<zip_uint64_t>(container));
+    pugi::xml_document document;
+    if (!document.load_buffer(text.data(), text.size())) {
+      throw std::runtime_error(std::string(kContainer) + " in the zip is not XML");
+    }
+    const pugi::xml_node root_file = document.child("container").child("rootfiles").child("rootfile");
+    const std::string path = root_file.attribute("full-path").value();
+    if (path.empty()) throw std::runtime_error(std::string(kContainer) + " names no score");
+    return path;
+  }
+  for (zip_int64_t i = 0; i < zip_get_num_entries(archive, 0); ++i) {
+    const std::string name = Stat(archive, static_cast<zip_uint64_t>(i)).name;
+    if (!name.starts_with("META-INF/") && (name.ends_with(".xml") || name.ends_with(".musicxml"))) return name;
+  }
+  throw std::runtime_error("the zip holds no score");
+}
+
+zip_uint64_t Locate(zip_t* archive, const std::string& name) {
+  const zip_int64_t index = zip_name_locate(archive, name.c_str(), 0);
+  if (index < 0) throw std::runtime_error("the zip holds no member " + name);
+  return static_cast<zip_uint64_t>(index);
+}
+
+// The new archive must differ in nothing but the score.
+void CheckArchive(std::string_view before, std::string_view after, const PackedScore& score) {
+  const Archive old_archive = Open(before);
+  const Archive new_archive = Open(after);
+  const zip_int64_t count = zip_get_num_entries(old_archive.get(), 0);
+  bool same = count == zip_get_num_entries(new_archive.get(), 0);
+  for (zip_int64_t i = 0; same && i < count; ++i) {
+    const auto index = static_cast<zip_uint64_t>(i);
+    const zip_stat_t was = Stat(old_archive.get(), index);
+    const zip_stat_t is = Stat(new_archive.get(), index);
+    same = std::string_view(was.name) == is.name && was.comp_method == is.comp_method;
+    if (!same) break;
+    if (score.member == is.name) {
+      same = ReadMember(new_archive.get(), index) == score.bytes;
+    } else {
+      same = was.size == is.size && was.crc == is.crc && was.comp_size == is.comp_size;
+    }
+  }
+  if (!same) throw std::runtime_error("the new zip does not hold what it should; nothing is written");
+}
+
+}  // namespace
+
+bool IsArchive(std::string_view bytes) { return bytes.starts_with("PK\3\4") || bytes.starts_with("PK\5\6"); }
+
+PackedScore UnpackScore(std::string_view bytes) {
+  const Archive archive = Open(bytes);
+  PackedScore score;
+  score.member = FindScore(archive.get());
+  score.bytes = ReadMember(archive.get(), Locate(archive.get(), score.member));
+  return score;
+}
+
+std::string RepackScore(std::string_view bytes, const PackedScore& score) {
+  Source kept;
+  Archive archive = Open(bytes, &kept);
+  const zip_uint64_t index = Locate(archive.get(), score.member);
+  const zip_stat_t stat = Stat(archive.get(), index);
+  zip_source_t* member = zip_source_buffer(archive.get(), score.bytes.data(), score.bytes.size(), 0);
+  if (member == nullptr || zip_file_replace(archive.get(), index, member, 0) != 0) {
+    if (member != nullptr) zip_source_free(member);
+    throw std::runtime_error("the zip cannot be written");
+  }
+  if (zip_set_file_compression(archive.get(), index, stat.comp_method, 0) != 0 ||
+      zip_file_set_mtime(archive.get(), index, stat.mtime, 0) != 0 || zip_close(archive.get()) != 0) {
+    throw std::runtime_error(std::string("the zip cannot be written: ") + zip_strerror(archive.get()));
+  }
+  static_cast<void>(archive.release());  // closing it was its end
+
+  zip_stat_t whole;
+  zip_stat_init(&whole);
+  if (zip_source_stat(kept.get(), &whole) != 0 || zip_source_open(kept.get()) != 0) {
+    throw std::runtime_error("the zip cannot be written");
+  }
+  std::string result(whole.size, '\0');
+  const zip_int64_t size = zip_source_read(kept.get(), result.data(), result.size());
+  zip_source_close(kept.get());
+  if (size != static_cast<zip_int64_t>(result.size())) throw std::runtime_error("the zip cannot be written");
+  CheckArchive(bytes, result, score);
+  return result;
+}
+
+}  // namespace sok

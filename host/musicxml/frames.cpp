@@ -1,0 +1,141 @@
+#include "host/musicxml/frames.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace sok {
+namespace {
+
+constexpr unsigned int kInstrumentTag = 0x534F4953;       // 'SOIS'
+constexpr unsigned int kInstrumentUsedTag = 0x534F4975;   // 'SOIu'
+constexpr unsigned int kMeasureTag = 0x534F4D53;          // 'SOMS'
+constexpr std::size_t kRestPlacement = 24;                // in 'SOIS'
+constexpr int kTopLine = 10;                              // steps from middle C, treble clef; rests hang from it
+constexpr unsigned short kRestHostWord = 0x0080;
+constexpr std::uint32_t kMostEntries = 32767;
+
+template <std::size_t size>
+void Put(std::array<unsigned char, size>& record, std::size_t offset, int value) {
+  record[offset] = static_cast<unsigned char>(value);
+  record[offset + 1] = static_cast<unsigned char>(value >> 8);
+}
+
+int MiddleLine(const Model& model, short slot) {
+  return model.PartOf(slot).clef_middles[static_cast<std::size_t>(model.StaffOf(slot) - 1)];
+}
+
+void SetNote(EXNOTE& note, int identifier, int first, int second) {
+  note.first = static_cast<short>(first);
+  note.second = static_cast<short>(second);
+  note.identifier = static_cast<short>(identifier);
+  note.flags = kNoteLegal | static_cast<unsigned int>(identifier) << 16;
+}
+
+}  // namespace
+
+short ModelFrames::Count(const FramePlace& place) const {
+  std::uint32_t count = 0;
+  model_.ForEachVoice(place.instrument, place.measure, place.layer, [&](const Voice&, const VoiceCell& voice) {
+    if (!model_.IsLeftOut(voice, place.measure)) count += voice.entries;
+  });
+  return static_cast<short>(std::min(count, kMostEntries));
+}
+
+void ModelFrames::Fill(const FramePlace& place, EXENTRY* entries) const {
+  std::uint32_t count = 0;
+  model_.ForEachVoice(place.instrument, place.measure, place.layer, [&](const Voice&, const VoiceCell& voice) {
+    if (model_.IsLeftOut(voice, place.measure)) return;
+    const bool whole = model_.IsWholeRest(voice, place.measure);
+    for (std::uint32_t i = 0; i < voice.entries && count < kMostEntries; ++i, ++count) {
+      const Entry& from = model_.entries[voice.first_entry + i];
+      EXENTRY& entry = entries[count];
+      std::memset(static_cast<void*>(&entry), 0, sizeof entry);
+      entry.number = static_cast<int>(voice.first_entry + i + 1);
+      entry.duration = whole ? kWholeRestDuration : from.duration;
+      entry.flags = kEntryLegal;
+      entry.noteCount = from.notes;
+      if ((from.flags & kRest) != 0) {
+        entry.flags |= kEntryHasRestNote | (whole ? kEntryRestPlaced : 0);
+        if (whole) entry.host12 = kRestHostWord;
+        SetNote(entry.notes[0], 1, whole ? MiddleLine(model_, place.instrument) : 0, 0);
+      } else {
+        entry.flags |= kEntryIsNote;
+        for (int n = 0; n < from.notes; ++n) {
+          const Pitch& pitch = model_.pitches[from.pitch + static_cast<std::uint32_t>(n)];
+          SetNote(entry.notes[n], n + 1, pitch.step, pitch.alter);
+        }
+      }
+    }
+  });
+}
+
+std::optional<EntrySource::Position> ModelFrames::Find(int number) const {
+  if (number < 1 || number > LastNumber()) return std::nullopt;
+  const auto entry = static_cast<std::uint32_t>(number - 1);
+  for (const Part& part : model_.parts) {
+    // Both the voices of a part and its measures stand in the order of their entries.
+    const auto behind = std::upper_bound(part.cells.begin(), part.cells.end(), entry,
+                                         [](std::uint32_t value, const VoiceCell& voice) { return value < voice.first_entry; });
+    if (behind == part.cells.begin()) continue;
+    const VoiceCell& voice = *(behind - 1);
+    if (entry - voice.first_entry >= voice.entries) continue;
+    const auto index = static_cast<std::uint32_t>(behind - 1 - part.cells.begin());
+    const auto cell = std::upper_bound(part.measures.begin(), part.measures.end(), index,
+                                       [](std::uint32_t value, const Cell& each) { return value < each.first_voice; }) - 1;
+    const Voice& owner = part.voices[voice.voice];
+    Position position;
+    position.place = {static_cast<short>(part.first_slot + owner.home - 1),
+                      static_cast<short>(cell - part.measures.begin() + 1), owner.layer};
+    if (model_.IsLeftOut(voice, position.place.measure)) return std::nullopt;
+    std::uint32_t at = entry - voice.first_entry;
+    bool before = true;
+    model_.ForEachVoice(position.place.instrument, position.place.measure, owner.layer, [&](const Voice&, const VoiceCell& other) {
+      before = before && &other != &voice;
+      if (before && !model_.IsLeftOut(other, position.place.measure)) at += other.entries;
+    });
+    if (at >= kMostEntries) return std::nullopt;
+    position.index = static_cast<short>(at);
+    return position;
+  }
+  return std::nullopt;
+}
+
+void FillDocument(const Model& model, Document& document) {
+  for (std::size_t i = 0; i < model.staves.size(); ++i) {
+    const short instrument = document.AddStaff();
+    EDataID id{};
+    id.other = {static_cast<unsigned short>(instrument), 0};
+    std::array<unsigned char, 136> definition{};
+    Put(definition, kRestPlacement, (MiddleLine(model, instrument) - kTopLine) * 256);
+    document.records.Save(kInstrumentTag, id, definition.data(), static_cast<int>(definition.size()));
+    std::array<unsigned char, 24> used{};
+    Put(used, 0, instrument);
+    id.other = {0, static_cast<short>(i)};
+    document.records.Save(kInstrumentUsedTag, id, used.data(), static_cast<int>(used.size()));
+  }
+  for (const Measure& measure : model.measures) {
+    const short number = document.AddMeasure(measure.duration);
+    EDataID id{};
+    id.other = {static_cast<unsigned short>(number), 0};
+    // The length as beats and beat length: whole quarters where it is made of them, else the finest beat there is.
+    std::array<unsigned char, 30> record{};
+    const int beat = measure.duration % 1024 == 0 ? 1024 : measure.duration % 512 == 0 ? 512 : 1;
+    Put(record, 4, std::min(measure.duration / beat, 32767));
+    Put(record, 6, beat);
+    document.records.Save(kMeasureTag, id, record.data(), static_cast<int>(record.size()));
+  }
+}
+
+bool SameMusic(const EXENTRY& a, const EXENTRY& b) {
+  constexpr unsigned int kTidied = kEntryHasRestNote;
+  if (a.number != b.number || a.duration != b.duration || (a.flags & ~kTidied) != (b.flags & ~kTidied)) return false;
+  if ((a.flags & kEntryIsNote) == 0) return true;
+  if (a.noteCount != b.noteCount) return false;
+  for (short i = 0; i < std::min<short>(a.noteCount, 12); ++i) {
+    if (a.notes[i].first != b.notes[i].first || a.notes[i].second != b.notes[i].second) return false;
+  }
+  return true;
+}
+
+}  // namespace sok

@@ -1,0 +1,32 @@
+// The model's voices as the frames of the host's interface.
+#pragma once
+
+#include "host/engine/document.h"
+#include "host/musicxml/model.h"
+
+namespace sok {
+
+// How the host interface sees a score:
+// - a note's first word is its diatonic steps from middle C, its second its alteration in semitones;
+// - a rest has one note record; that of a whole-measure rest is placed on the staff's middle line, as the instrument
+//   definition says, exactly as the fill command would write it.
+class ModelFrames : public EntrySource {
+ public:
+  explicit ModelFrames(const Model& model) : model_(model) {}
+
+  short Count(const FramePlace& place) const override;
+  void Fill(const FramePlace& place, EXENTRY* entries) const override;
+  int LastNumber() const override { return static_cast<int>(model_.entries.size()); }
+  std::optional<Position> Find(int number) const override;
+
+ private:
+  const Model& model_;
+};
+
+// Staves, measures and the records that the commands and the kit ask for beside the music.
+void FillDocument(const Model& model, Document& document);
+
+// Whether two entries are the same music: what the tidying before a save changes does not count.
+bool SameMusic(const EXENTRY& a, const EXENTRY& b);
+
+}  // namespace sok

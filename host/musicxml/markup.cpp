@@ -1,0 +1,77 @@
+#include "host/musicxml/markup.h"
+
+#include <algorithm>
+
+namespace sok {
+namespace {
+
+constexpr std::size_t kStep = 4096;
+
+int CountLineEnds(std::string_view text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+
+std::size_t Behind(std::string_view text, std::size_t from, std::string_view end) {
+  const std::size_t at = text.find(end, from);
+  return at == std::string_view::npos ? text.size() : at + end.size();
+}
+
+}  // namespace
+
+std::size_t MarkupEnd(std::string_view text, std::size_t begin) {
+  const std::string_view rest = text.substr(begin);
+  if (rest.starts_with("<!--")) return Behind(text, begin + 4, "-->");
+  if (rest.starts_with("<![CDATA[")) return Behind(text, begin + 9, "]]>");
+  if (rest.starts_with("<?")) return Behind(text, begin + 2, "?>");
+  for (std::size_t at = begin + 1; at < text.size(); ++at) {
+    if (text[at] == '>') return at + 1;
+    if (text[at] == '"' || text[at] == '\'') {
+      at = text.find(text[at], at + 1);
+      if (at == std::string_view::npos) break;
+    }
+  }
+  return text.size();
+}
+
+std::size_t ElementEnd(std::string_view text, std::size_t begin) {
+  int depth = 0;
+  for (std::size_t at = begin; at < text.size(); at = text.find('<', at)) {
+    const std::size_t end = MarkupEnd(text, at);
+    const char kind = at + 1 < text.size() ? text[at + 1] : '>';
+    if (kind == '/') {
+      --depth;
+    } else if (kind != '!' && kind != '?' && text[end - 2] != '/') {
+      ++depth;
+    }
+    if (depth <= 0) return end;
+    at = end;
+  }
+  return text.size();
+}
+
+std::size_t SpaceBefore(std::string_view text, std::size_t at) {
+  while (at > 0 && IsXmlSpace(text[at - 1])) --at;
+  return at;
+}
+
+std::string_view Indentation(std::string_view text, std::size_t at) {
+  const std::size_t begin = SpaceBefore(text, at);
+  const std::string_view space = text.substr(begin, at - begin);
+  std::size_t line = space.rfind('\n');
+  if (line == std::string_view::npos) return {};
+  if (line > 0 && space[line - 1] == '\r') --line;
+  return space.substr(line);
+}
+
+int LineTable::LineOf(std::size_t offset) const {
+  if (before_.empty()) {
+    int count = 0;
+    for (std::size_t at = 0; at <= text_.size(); at += kStep) {
+      before_.push_back(count);
+      count += CountLineEnds(text_.substr(at, kStep));
+    }
+  }
+  offset = std::min(offset, text_.size());
+  const std::size_t block = offset / kStep;
+  return 1 + before_[block] + CountLineEnds(text_.substr(block * kStep, offset % kStep));
+}
+
+}  // namespace sok

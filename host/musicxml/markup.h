@@ -1,0 +1,38 @@
+// Places in XML text that the parser does not tell: where elements end, where lines begin.
+//
+// The text has been parsed before, so its tags match.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace sok {
+
+inline bool IsXmlSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+// Behind the tag, comment, instruction or CDATA section that begins at `begin` (a '<'); the text's size when it does
+// not end.
+std::size_t MarkupEnd(std::string_view text, std::size_t begin);
+
+// Behind the end tag of the element whose start tag begins at `begin`.
+std::size_t ElementEnd(std::string_view text, std::size_t begin);
+
+// Where the white space before `at` begins.
+std::size_t SpaceBefore(std::string_view text, std::size_t at);
+
+// The white space before `at` from its last line end on ("\r\n    "); empty when no line begins there.
+std::string_view Indentation(std::string_view text, std::size_t at);
+
+// Line numbers of offsets, counted once for the whole text.
+class LineTable {
+ public:
+  explicit LineTable(std::string_view text) : text_(text) {}
+  int LineOf(std::size_t offset) const;  // from 1
+
+ private:
+  std::string_view text_;
+  mutable std::vector<int> before_;  // line ends before every kStep-th byte; filled at the first question
+};
+
+}  // namespace sok

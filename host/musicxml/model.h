@@ -1,0 +1,136 @@
+// What a score holds, as compact as the largest ones need: for every measure of every part the voices in it, for every
+// voice its entries. No text and no parsed tree: byte offsets lead back to the text.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/musicxml/fraction.h"
+#include "host/musicxml/score.h"
+
+namespace sok {
+
+// What one note of an entry sounds; rests have none.
+struct Pitch {
+  std::int16_t step = 0;   // diatonic steps from middle C
+  std::int16_t alter = 0;  // semitones up
+};
+
+enum EntryFlag : std::uint8_t {
+  kRest = 1,
+  kBarRest = 2,    // <rest measure="yes"/>
+  kUntyped = 4,    // no <type>: the duration is the sounding one
+  kGrace = 8,
+  kCue = 16,
+  kHidden = 32,    // print-object="no"
+  kFermata = 64,
+};
+
+struct Entry {
+  std::uint16_t duration = 0;  // as written, 1024 a quarter note
+  std::uint8_t notes = 0;      // 1 to 12; 1 for a rest
+  std::uint8_t flags = 0;
+  std::uint32_t pitch = 0;     // index of the first of its pitches
+};
+
+// The entries of one voice in one measure of one part.
+struct VoiceCell {
+  std::uint32_t first_entry = 0;
+  std::uint32_t entries = 0;
+  std::uint16_t voice = 0;        // index in Part::voices
+  bool all_hidden = true;
+  bool no_full_notes = true;      // cue notes and rests only
+  bool cross_staff = false;       // several staves in this cell; else `staff` has it
+  std::uint8_t staff = 1;         // of the first note
+  std::uint64_t fingerprint = 0;  // of all that counts in its notes, to compare two readings
+  std::size_t offset = 0;         // of its first <note> in the text
+  Fraction length;                // sounding length of the first entry
+};
+
+// One measure of one part: the <measure> of a partwise score, the <part> of a timewise one.
+struct Cell {
+  std::size_t offset = 0;         // of its '<' in the text
+  std::uint32_t first_voice = 0;  // index in Part::cells
+  std::uint32_t voices = 0;
+  std::uint64_t fingerprint = 0;  // of what stands beside the notes, and where
+  Fraction divisions;             // in force at its start
+};
+
+struct Voice {
+  std::string name;      // the text of <voice>; empty: notes without one
+  int key_staff = 0;     // part of the voice's identity where voices are told apart by staff, else 0
+  int home = 1;          // staff of the part
+  short layer = 0;
+  bool surplus = false;  // came after the last layer had been given away
+  std::vector<std::uint32_t> notes_on;  // [staff - 1]: notes that are no rests
+  std::vector<std::uint32_t> rests_on;
+};
+
+struct Range {
+  enum Kind { kMultipleRest, kMeasureRepeat, kSlash } kind = kMultipleRest;
+  int staff = 0;  // 0: all staves of the part
+  int first = 0;  // measures, from 0
+  int last = 0;
+};
+
+struct Part {
+  std::string id;
+  std::string name;
+  std::string abbreviation;
+  int staves = 1;
+  short first_slot = 1;
+  std::vector<Voice> voices;
+  std::vector<Cell> measures;
+  std::vector<VoiceCell> cells;
+  std::vector<Range> ranges;
+  std::vector<int> clef_middles;  // [staff - 1]: steps of the middle line from middle C, by the staff's first clef
+};
+
+struct Model {
+  std::string form;
+  ReadOptions options;
+  std::vector<Part> parts;
+  std::vector<Entry> entries;  // an entry's number is its index plus 1
+  std::vector<Pitch> pitches;
+  std::vector<Staff> staves;
+  std::vector<Measure> measures;
+  std::vector<Fraction> lengths;  // real lengths, by measure
+  std::vector<Warning> warnings;
+  std::size_t first_note = 0;     // offset of the first <note>; 0: none
+
+  const Staff& StaffAt(short slot) const { return staves[static_cast<std::size_t>(slot - 1)]; }
+  const Part& PartOf(short slot) const { return parts[static_cast<std::size_t>(StaffAt(slot).part)]; }
+  int StaffOf(short slot) const { return StaffAt(slot).staff; }
+  bool Holds(short slot, short measure) const;  // slot and measure exist
+  const Cell* CellOf(short slot, short measure) const;  // null: the part lacks the measure
+
+  // Calls visit(const Voice&, const VoiceCell&) for every voice that has entries in a layer of a cell.
+  template <typename Visitor>
+  void ForEachVoice(short slot, short measure, short layer, Visitor&& visit) const {
+    const Cell* cell = CellOf(slot, measure);
+    if (cell == nullptr) return;
+    const Part& part = PartOf(slot);
+    const int staff = StaffOf(slot);
+    for (std::uint32_t i = 0; i < cell->voices; ++i) {
+      const VoiceCell& voice = part.cells[cell->first_voice + i];
+      const Voice& owner = part.voices[voice.voice];
+      if (owner.home == staff && owner.layer == layer) visit(owner, voice);
+    }
+  }
+
+  // The only entry of a voice is a full rest: one that lasts 4096 in the host's terms.
+  bool IsWholeRest(const VoiceCell& voice, short measure) const;
+  // The voice's only entry is left out of the frame: a full rest that is not printed, when the options say so.
+  bool IsLeftOut(const VoiceCell& voice, short measure) const;
+  // The voice that the staff's layer 0 has; null when nothing of the part belongs there.
+  const Voice* FirstVoice(short slot) const;
+};
+
+// Gives every voice its home staff and its layer, and every staff its slot. Called once, after the notes are read.
+void AssignLayers(Model& model);
+
+LayerFacts FactsOf(const Model& model, short slot, short measure, short layer);
+Surroundings AroundOf(const Model& model, short slot, short measure);
+
+}  // namespace sok

@@ -1,0 +1,38 @@
+// From changes of frames to the patched text.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/musicxml/model.h"
+
+namespace sok {
+
+// What a change that cannot be written says, with the place of its measure.
+struct WriteError : std::runtime_error {
+  WriteError(std::size_t at, const std::string& reason) : std::runtime_error(reason), offset(at) {}
+  std::size_t offset;
+};
+
+// The voice that a layer's frame came from, and where it went to.
+struct VoiceChange {
+  int part = 0;
+  short measure = 0;   // from 1
+  std::string voice;
+  int staff = 0;       // of the part
+  bool comes = false;  // else it goes
+};
+
+// What hangs on a layer's notes beside the notes, by element name.
+std::vector<std::string> AttachedTo(const Model& model, std::string_view text, const Change& change);
+
+// The text with the changes spliced in, and what they are in terms of voices. Throws WriteError.
+std::string PatchText(const Model& model, std::string_view text, const std::vector<Change>& changes,
+                      const WriteOptions& options, std::vector<VoiceChange>& voices);
+
+// Reads the patched text again and compares: beside the voices named nothing may have come, gone or moved. Throws
+// WriteError.
+void CheckPatchedText(const Model& model, std::string_view patched, const std::vector<VoiceChange>& voices);
+
+}  // namespace sok
