@@ -1,11 +1,16 @@
+# Functions for extensions, in the kit's own tree and, installed, with find_package(SokEDK).
+#
 # sok_add_extension(NAME SOURCES file... INFO_PLIST file RESOURCES folder [OUTPUT_DIRECTORY folder])
 #
 # Builds a loadable extension bundle, NAME.bundle, in the macOS layout: Contents/Info.plist, Contents/MacOS/NAME and
-# Contents/Resources with what stands in the RESOURCES folder (the <language>.lproj folders). The kit's entry points
-# are compiled in; nothing but the host's interface is visible from outside.
-
-set(SOK_EXTENSION_ENTRY_POINTS "${CMAKE_CURRENT_LIST_DIR}/../SokExtShared/SokEDK/Source/extension/entry_points.cpp")
-set(SOK_EXTENSION_EXPORTS "${CMAKE_CURRENT_LIST_DIR}/extension_exports")
+# Contents/Resources with the string tables of the RESOURCES folder (<language>.lproj/*.strings). The kit's entry points
+# are compiled in; nothing but the host's interface is visible from outside. The bundle stands in OUTPUT_DIRECTORY, by
+# default the current binary directory; the target's property SOK_BUNDLE is its path.
+#
+# sok_install_bundle(NAME [DESTINATION folder])
+#
+# Installs the bundle, into lib/sok by default. It finds the platform library where it was linked from, and in the
+# prefix that it is installed to.
 
 # Lays a module library out as NAME.bundle below `folder`, with an Info.plist and the files of a resources folder.
 function(sok_bundle_layout target folder info_plist resources)
@@ -48,10 +53,24 @@ function(sok_add_extension name)
   endif()
   get_filename_component(arg_INFO_PLIST "${arg_INFO_PLIST}" ABSOLUTE)
   get_filename_component(arg_RESOURCES "${arg_RESOURCES}" ABSOLUTE)
-  add_library(${name} MODULE ${arg_SOURCES} "${SOK_EXTENSION_ENTRY_POINTS}")
+  add_library(${name} MODULE ${arg_SOURCES})
   target_compile_features(${name} PRIVATE cxx_std_20)
   set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
-  target_link_libraries(${name} PRIVATE SokEDK::SokEDK)
-  sok_export_only(${name} "${SOK_EXTENSION_EXPORTS}")
+  target_link_libraries(${name} PRIVATE SokEDK::Extension)
+  sok_export_only(${name} "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/extension_exports")
   sok_bundle_layout(${name} "${arg_OUTPUT_DIRECTORY}" "${arg_INFO_PLIST}" "${arg_RESOURCES}")
+endfunction()
+
+function(sok_install_bundle target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "DESTINATION" "")
+  if(NOT arg_DESTINATION)
+    set(arg_DESTINATION lib/sok)
+  endif()
+  if(NOT APPLE)
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON
+      INSTALL_RPATH "$ORIGIN/../../../../../${CMAKE_INSTALL_LIBDIR}")
+  endif()
+  set(contents "${arg_DESTINATION}/${target}.bundle/Contents")
+  install(TARGETS ${target} LIBRARY DESTINATION "${contents}/MacOS")
+  install(DIRECTORY "$<TARGET_PROPERTY:${target},SOK_BUNDLE>/Contents/" DESTINATION "${contents}" PATTERN MacOS EXCLUDE)
 endfunction()

@@ -1,0 +1,38 @@
+# What `cmake --install` puts where: the kit for other projects, MeasureRests and the workbench.
+include(CMakePackageConfigHelpers)
+
+set(sok_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/SokEDK")
+
+# The kit's libraries and headers, and the entry points that extensions compile in.
+set_target_properties(SokPlatform PROPERTIES EXPORT_NAME Platform)
+set_target_properties(SokExtension PROPERTIES EXPORT_NAME Extension)
+install(TARGETS SokEDK SokExtension SokPlatform EXPORT SokEDKTargets)
+install(DIRECTORY SokExtShared DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+  FILES_MATCHING PATTERN "*.h" PATTERN "*.def" PATTERN entry_points.cpp)
+if(NOT APPLE)
+  install(DIRECTORY platform/CoreFoundation platform/Carbon DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/sokplatform"
+    FILES_MATCHING PATTERN "*.h")
+endif()
+
+# find_package(SokEDK)
+install(EXPORT SokEDKTargets NAMESPACE SokEDK:: DESTINATION "${sok_package_dir}")
+configure_package_config_file(cmake/SokEDKConfig.cmake.in "${PROJECT_BINARY_DIR}/SokEDKConfig.cmake"
+  INSTALL_DESTINATION "${sok_package_dir}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/SokEDKConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/SokEDKConfig.cmake" "${PROJECT_BINARY_DIR}/SokEDKConfigVersion.cmake"
+  cmake/SokExtension.cmake cmake/extension_exports.map cmake/extension_exports.exp DESTINATION "${sok_package_dir}")
+
+# pkg-config SokEDK
+file(RELATIVE_PATH sok_pc_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+configure_file(cmake/SokEDK.pc.in "${PROJECT_BINARY_DIR}/SokEDK.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/SokEDK.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+sok_install_bundle(MeasureRests)
+if(TARGET SonkelEngine)
+  sok_install_bundle(SonkelEngine)
+endif()
+if(TARGET sokrun)
+  set_target_properties(sokrun PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS sokrun)
+  install(FILES docs/sokrun.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" OPTIONAL)
+endif()
