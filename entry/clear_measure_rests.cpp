@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/frame_access.h"
 #include "entry/measure_rests.h"

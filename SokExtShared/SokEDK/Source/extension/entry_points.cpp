@@ -1,5 +1,6 @@
 // The entry points that the host calls, over the extension's command table. Compiled into every extension bundle.
 #include <algorithm>
+#include <iterator>
 
 #include "SokExtShared/LIB/PORTABLE/string_resources.h"
 #include "SokExtShared/SokEDK/Source/extension/extension.h"

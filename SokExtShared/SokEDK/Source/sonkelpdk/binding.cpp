@@ -2,7 +2,7 @@
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 
-void* FindEntryPoint(const char* name) {
+void* FindEntryPoint(const char* name) noexcept {
   const CFStringRef function = CFStringCreateWithCString(kCFAllocatorDefault, name, kCFStringEncodingMacRoman);
   if (function == nullptr) return nullptr;
   const CFBundleRef engine = GetSonkelBundleRef();

@@ -2,7 +2,7 @@
 #pragma once
 
 // The address of a host entry point in the engine bundle; null when the host lacks it or no engine bundle is known.
-void* FindEntryPoint(const char* name);
+void* FindEntryPoint(const char* name) noexcept;
 
 template <typename Function>
 Function* BindEntryPoint(const char* name) {
