@@ -1,0 +1,179 @@
+// The entry points: what the bundle shows to the outside, the handshake, enumeration and dispatch.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <set>
+#include <sstream>
+
+#include "tests/extension/extension_bundle.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+std::string OutputOf(const std::string& command) {
+  std::string output;
+  FILE* const pipe = popen(command.c_str(), "r");
+  std::array<char, 4096> buffer;
+  while (const size_t count = fread(buffer.data(), 1, buffer.size(), pipe)) output.append(buffer.data(), count);
+  pclose(pipe);
+  return output;
+}
+
+TEST(EntryPoints, NothingElseIsVisible) {
+  std::istringstream lines(OutputOf("nm -D --defined-only '" + ExtensionBundle::ExecutablePath() + "'"));
+  std::set<std::string> names;
+  for (std::string address, kind, name; lines >> address >> kind >> name;) names.insert(name);
+  const std::set<std::string> expected = {
+      "SonkelExtensionVersion", "SonkelExtensionInit", "SonkelExtensionEnumerate_UTF16", "SonkelExtensionInvoke",
+      "SonkelExtensionTerminate", "SonkelExtensionGetMenuStatus", "Ext_init", "Ext_terminate", "Ext_enumerate_UTF16",
+      "Ext_invoke", "Ext_getversion", "Ext_getmenustatus", "main", "SonkelVersion", "SokVersion"};
+  EXPECT_EQ(names, expected);
+}
+
+TEST(EntryPoints, Handshake) {
+  TestHost host;
+  const ExtensionBundle extension;
+  char* list[] = {nullptr};
+  const auto main_function = extension.Get<int(int, char**)>("main");
+  EXPECT_EQ(main_function(0, list), 0);
+  EXPECT_EQ(main_function(1, nullptr), 0);
+  EXPECT_EQ(extension.Main(), 1);
+  EXPECT_EQ(extension.Main(), 1);
+  for (const char* name : {"SonkelExtensionVersion", "Ext_getversion"}) {
+    EXPECT_EQ(extension.Get<unsigned int(unsigned int)>(name)(0x0A00000Bu), 0x19300000u);
+    EXPECT_EQ(*extension.Get<unsigned int>("SokVersion"), 0x0A00000Bu);
+    *extension.Get<unsigned int>("SokVersion") = 0;
+  }
+  for (const char* name : {"SonkelExtensionInit", "Ext_init"}) {
+    unsigned int word = 77;
+    EXPECT_EQ(extension.Get<int(void*, unsigned int*)>(name)(nullptr, &word), 1);
+    EXPECT_EQ(word, 0u);
+  }
+  for (const char* name : {"SonkelExtensionGetMenuStatus", "Ext_getmenustatus"}) {
+    EXPECT_EQ(extension.Get<int()>(name)(), 1);
+  }
+  extension.Get<void()>("SonkelExtensionTerminate")();
+  extension.Get<void()>("Ext_terminate")();
+  EXPECT_EQ(*extension.Get<int>("SonkelVersion"), 2005);
+}
+
+std::string Latin(const unsigned short* text) {
+  std::string result;
+  for (; *text != 0; ++text) result += static_cast<char>(*text);
+  return result;
+}
+
+struct EnumerationCase {
+  int index;
+  unsigned short result;
+  const char* first;
+};
+
+const EnumerationCase kEnumerationCases[] = {
+    {0, 1, "Clear Whole-Measure Rests"},
+    {1, 1, "Fill Empty Measures with Rests"},
+    {2, 0, nullptr},
+    {0x7FFFFFFF, 0, nullptr},
+    {0x10000, 0, nullptr},    // low bits 0, but beyond the last command
+    {-1, 0, nullptr},         // low bits 0xFFFF
+    {-0x10000, 1, "Clear Whole-Measure Rests"},
+    {-0xFFFF, 1, "Fill Empty Measures with Rests"},
+    {-0xFFFE, 0, nullptr},
+};
+
+TEST(EntryPoints, EnumerationFollowsTheLowBits) {
+  setenv("LANGUAGE", "en", 1);
+  TestHost host;
+  const ExtensionBundle extension;
+  ASSERT_EQ(extension.Main(), 1);
+  for (const char* name : {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"}) {
+    for (const EnumerationCase& c : kEnumerationCases) {
+      SCOPED_TRACE(testing::Message() << name << " " << c.index);
+      struct {
+        EMENUCOMMAND record;
+        unsigned char behind[4];
+      } buffer, untouched;
+      std::memset(&buffer, 0xAA, sizeof buffer);
+      std::memset(&untouched, 0xAA, sizeof untouched);
+      EXPECT_EQ(extension.Get<unsigned short(void*, int, EMENUCOMMAND*)>(name)(nullptr, c.index, &buffer.record),
+                c.result);
+      if (c.result == 0) {
+        EXPECT_EQ(std::memcmp(&buffer, &untouched, sizeof buffer), 0);
+        continue;
+      }
+      EXPECT_EQ(Latin(buffer.record.text[0]), c.first);
+      for (const auto& text : buffer.record.text) {
+        EXPECT_NE(text[0], 0);
+        EXPECT_FALSE(Latin(text).starts_with("2000")) << "a text that the table lacks";
+      }
+      const int active = buffer.record.active;
+      EXPECT_EQ(active, 1);
+      EXPECT_EQ(buffer.behind[0], 0xAA);
+    }
+  }
+  EXPECT_TRUE(host.session.alerts.empty());
+}
+
+TEST(EntryPoints, TextsSpeakTheUsersLanguage) {
+  setenv("LANGUAGE", "de", 1);
+  TestHost host;
+  const ExtensionBundle extension;
+  ASSERT_EQ(extension.Main(), 1);
+  EMENUCOMMAND record;
+  extension.Get<unsigned short(void*, int, EMENUCOMMAND*)>("SonkelExtensionEnumerate_UTF16")(nullptr, 0, &record);
+  EXPECT_EQ(Latin(record.text[0]), "Ganztaktpausen entfernen");
+}
+
+TEST(EntryPoints, WithoutASelectionThereIsAnAlertAndNothingElse) {
+  setenv("LANGUAGE", "en", 1);
+  TestHost host;
+  const ExtensionBundle extension;
+  ASSERT_EQ(extension.Main(), 1);
+  for (const int index : {0, 1, -1}) {
+    host.calls.clear();
+    EXPECT_EQ(extension.Invoke(index, nullptr, reinterpret_cast<void*>(0x1234)), 0);
+    EXPECT_EQ(host.calls, std::vector<std::string>{"SX_AlertMessage 4660 48 0 \"Please select the measures and staves "
+                                                   "to work on first.\" -> 1"});
+  }
+  host.calls.clear();
+  EXPECT_EQ(extension.Invoke(2, nullptr), 0);
+  EXPECT_TRUE(host.calls.empty());
+}
+
+// The clear command never asks for preferences, the fill command always does.
+TEST(EntryPoints, InvocationFollowsTheLowBits) {
+  TestHost host;
+  host.AddScore(1, 1);
+  const ExtensionBundle extension;
+  ASSERT_EQ(extension.Main(), 1);
+  const struct {
+    int index;
+    const char* command;
+  } cases[] = {{0, "clear"}, {1, "fill"}, {-1, "fill"}, {-0x10000, "clear"}, {-0xFFFE, "fill"}, {2, ""}, {0x10000, ""}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.index);
+    EREGION region = Region(1, 1, 1, 1);
+    host.calls.clear();
+    extension.Invoke(c.index, &region);
+    const std::string expected = c.command;
+    EXPECT_EQ(host.CallsWith("SX_GetMaxLayers").size(), expected.empty() ? 0u : 1u);
+    EXPECT_EQ(host.CallsWith("pfLA").size(), expected == "fill" ? 4u : 0u);
+    EXPECT_EQ(host.CallsWith("SX_LoadTGF").empty(), expected.empty());
+  }
+  EXPECT_EQ(extension.Get<int(void*, int, EREGION*)>("Ext_invoke")(nullptr, 2, nullptr), 0);
+}
+
+// Before main has run, every host call falls back: no frames, nothing changed.
+TEST(EntryPoints, BeforeTheEngineIsKnownNothingHappens) {
+  TestHost host;
+  host.AddScore(1, 1);
+  const ExtensionBundle extension;
+  EREGION region = Region(1, 1, 1, 1);
+  EXPECT_EQ(extension.Invoke(0, &region), 0);
+  EXPECT_EQ(extension.Invoke(1, &region), 0);
+  EXPECT_TRUE(host.calls.empty());
+}
+
+}  // namespace

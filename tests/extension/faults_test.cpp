@@ -1,0 +1,139 @@
+// A host that fails: every host call of both commands in turn, in every way a host can fail. Nothing crashes, every
+// frame goes back, and what is written is what the calls before the fault allow.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "tests/extension/extension_bundle.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+enum class Fault { kRefused, kFailureReported, kShortRecord, kOddFrameCount, kOddNoteCount, kNoEntries };
+
+const Fault kFaults[] = {Fault::kRefused,       Fault::kFailureReported, Fault::kShortRecord,
+                         Fault::kOddFrameCount, Fault::kOddNoteCount,    Fault::kNoEntries};
+
+void FillDocument(sok::Document& document, int variant) {
+  for (short measure = 1; measure <= 2; ++measure) {
+    for (short layer = 0; layer < 4; ++layer) {
+      std::vector<EXENTRY> entries;
+      const int kind = (variant + measure + layer) % 4;  // empty, a whole-measure rest, music, two rests
+      for (int i = 0; i < (kind == 0 ? 0 : kind == 1 ? 1 : 2); ++i) {
+        EXENTRY entry{};
+        entry.duration = kind == 1 ? 4096 : 2048;
+        entry.flags = kind == 2 ? 0xC0000000 : 0x80000000;
+        entry.noteCount = static_cast<short>(kind == 3 ? 0 : 1);
+        entries.push_back(entry);
+      }
+      if (variant == 3) entries.clear();
+      document.SetEntries({1, measure, layer}, entries);
+      document.SetLayerShown(layer, variant != 2);
+      EDataID id{};
+      id.global.instance = layer;
+      const unsigned char preference[4] = {0, 0, static_cast<unsigned char>(variant == 2 ? 2 : 0), 0};
+      document.records.Save(0x70664C41, id, preference, 4);
+    }
+  }
+}
+
+// Disturbs one call. A frame whose count or entries the host gave wrong is put right before it goes back, because
+// the engine, not the extension, owns its arrays.
+class Saboteur {
+ public:
+  Saboteur(TestHost& host, size_t victim, Fault fault) {
+    host.refuse = [this, victim, fault](const sok::HostCall&) {
+      return calls_++ == victim && fault == Fault::kRefused;
+    };
+    host.after = [this, victim, fault](sok::HostCall& call) {
+      if (calls_ == victim + 1 && !done_) {
+        done_ = true;
+        Disturb(call, fault);
+      }
+    };
+  }
+  size_t calls() const { return calls_; }
+
+ private:
+  static void Disturb(sok::HostCall& call, Fault fault) {
+    const bool loaded = std::strcmp(call.name, "SX_LoadTGF") == 0 && call.result != 0 && call.frame != nullptr;
+    switch (fault) {
+      case Fault::kRefused: break;
+      case Fault::kFailureReported: call.result = 0; break;
+      case Fault::kShortRecord:
+        if (call.size != nullptr) *call.size = 1;
+        break;
+      case Fault::kOddFrameCount:
+        if (loaded) call.frame->count = -3;
+        break;
+      case Fault::kOddNoteCount:
+        if (loaded && call.frame->count > 0) call.frame->entries[0].noteCount = 13;
+        break;
+      case Fault::kNoEntries:
+        if (loaded && call.frame->count > 0) {
+          delete[] call.frame->entries;
+          call.frame->entries = nullptr;
+        }
+        break;
+    }
+  }
+
+  size_t calls_ = 0;
+  bool done_ = false;
+};
+
+TEST(Faults, EveryHostCallFailingInTurn) {
+  const ExtensionBundle extension;
+  TestHost host;
+  host.AddScore(1, 2);
+  ASSERT_EQ(extension.Main(), 1);
+  for (int variant = 0; variant < 4; ++variant) {
+    for (const int command : {0, 1}) {
+      for (const Fault fault : kFaults) {
+        size_t total = 1;
+        for (size_t victim = 0; victim < total; ++victim) {
+          SCOPED_TRACE(testing::Message() << "variant " << variant << ", command " << command << ", fault "
+                                          << static_cast<int>(fault) << ", call " << victim);
+          FillDocument(host.document, variant);
+          host.calls.clear();
+          Saboteur saboteur(host, victim, fault);
+          EREGION region = Region(1, 1, 1, 2);
+          const int result = extension.Invoke(command, &region);
+          total = std::max(total, saboteur.calls());
+          ASSERT_EQ(host.session.frames_held, 0);
+          ASSERT_EQ(host.session.edits_open, 0);
+          const char* const proof = command == 0 ? "SX_SaveTGF" : "SX_InsertEXENTRY";
+          if (result != 0) ASSERT_FALSE(host.CallsWith(proof).empty());
+          ASSERT_EQ(host.CallsWith("SX_InsertEXENTRY").empty() || command == 1, true);
+        }
+        ASSERT_GT(total, 4u);
+      }
+    }
+  }
+}
+
+// An extension on a smaller host: each entry point missing, in a process of its own.
+class MissingEntryPoint : public testing::TestWithParam<const char*> {};
+
+TEST_P(MissingEntryPoint, LeavesTheCommandsHarmless) {
+  TestHost::Hide(GetParam());
+  TestHost host;
+  host.AddScore(1, 2);
+  const ExtensionBundle extension;
+  ASSERT_EQ(extension.Main(), 1);
+  for (const int command : {1, 0}) {
+    EREGION region = Region(1, 1, 1, 2);
+    extension.Invoke(command, &region);
+    extension.Invoke(command, nullptr);
+  }
+  EXPECT_EQ(host.session.frames_held > 0, std::strcmp(GetParam(), "SX_FreeTGF") == 0);
+  EXPECT_TRUE(host.CallsWith(GetParam()).empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, MissingEntryPoint,
+                         testing::Values("SX_GetMaxLayers", "SX_LoadTGF", "SX_SaveTGF", "SX_FreeTGF",
+                                         "SX_InsertEXENTRY", "SX_GetShowLayer", "SX_SlotToInst", "SX_LoadEData",
+                                         "SX_AlertMessage"),
+                         [](const auto& info) { return std::string(info.param); });
+
+}  // namespace

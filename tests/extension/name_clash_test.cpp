@@ -1,0 +1,59 @@
+// A program that exports functions under the host's names. The extension's calls to its own wrappers, and its look-ups
+// in the engine, must not land here.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "host/engine/session.h"
+#include "tests/extension/extension_bundle.h"
+
+namespace {
+
+int g_reached = 0;
+
+CFBundleRef OpenEngineBundle() {
+  const char* const path = SOK_ENGINE_BUNDLE;
+  const CFURLRef url = CFURLCreateFromFileSystemRepresentation(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path),
+                                                               static_cast<CFIndex>(std::strlen(path)), true);
+  const CFBundleRef bundle = CFBundleCreate(kCFAllocatorDefault, url);
+  CFRelease(url);
+  return bundle;
+}
+
+}  // namespace
+
+#define CLASH(result, name) \
+  extern "C" __attribute__((visibility("default"))) result name() { return ++g_reached, result{}; }
+CLASH(short, SX_GetMaxLayers)
+CLASH(void*, SX_LoadTGF)
+CLASH(int, SX_FreeTGF)
+CLASH(short, SX_SaveTGF)
+CLASH(short, SX_InsertEXENTRY)
+CLASH(short, SX_LoadEData)
+CLASH(short, SX_SlotToInst)
+CLASH(short, SX_GetShowLayer)
+
+TEST(NameClash, TheExtensionAndTheEngineKeepToThemselves) {
+  const CFBundleRef engine = OpenEngineBundle();
+  const CFStringRef name = CFStringCreateWithCString(kCFAllocatorDefault, "SonkelEngineAttach", kCFStringEncodingMacRoman);
+  const auto attach = reinterpret_cast<decltype(SonkelEngineAttach)*>(CFBundleGetFunctionPointerForName(engine, name));
+  CFRelease(name);
+  ASSERT_NE(attach, nullptr);
+  sok::Document document;
+  document.AddStaff();
+  document.AddMeasure(4096);
+  sok::Session session;
+  session.document = &document;
+  attach(&session);
+
+  const ExtensionBundle extension;
+  ASSERT_EQ(extension.Main(), 1);
+  EREGION region = Region(1, 1, 1, 1);
+  EXPECT_EQ(extension.Invoke(1, &region), 1);
+  EXPECT_EQ(document.EntryCount({1, 1, 0}), 1);
+  EXPECT_EQ(extension.Invoke(0, &region), 1);
+  EXPECT_EQ(document.EntryCount({1, 1, 0}), 0);
+  EXPECT_EQ(g_reached, 0);
+  attach(nullptr);
+  CFRelease(engine);
+}
