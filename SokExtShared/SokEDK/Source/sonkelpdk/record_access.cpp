@@ -5,6 +5,7 @@
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/assertion_report.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/binding.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_mapping.h"
 
 namespace {
 
@@ -38,10 +39,13 @@ short SX_LoadEData(unsigned int tag, const EDataID* id, void* buffer, int* size,
   if (tag == kFretInstrumentTag && buffer != nullptr) {
     if (!LoadFretInstrument(fpProc, id, buffer, size, version, result)) return result;
   }
+  if (LoadPreference(tag, id, buffer, size, result)) return result;
   return fpProc != nullptr ? fpProc(tag, id, buffer, size, version) : short{0};
 }
 
 short SX_SaveEData(unsigned int tag, const EDataID* id, const void* buffer, int size, unsigned int version) {
   SX_BIND(SX_SaveEData);
+  short result = 0;
+  if (version >= kFirstVersionWithPreferences && SavePreference(tag, id, buffer, size, result)) return result;
   return fpProc != nullptr ? fpProc(tag, id, buffer, size, version) : short{0};
 }
