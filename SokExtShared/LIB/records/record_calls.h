@@ -1,6 +1,6 @@
 // The common form of the record helpers: a key from plain numbers, one record call, its 16-bit result as a bool.
 //
-// For the sources of this folder. Numbers are cut to the width of their key field; fields that a key does not name
+// For the kit's own sources. Numbers are cut to the width of their key field; fields that a key does not name
 // are zero. Records of a type of their own bring their size along.
 #pragma once
 

@@ -1,0 +1,114 @@
+#include "SokExtShared/LIB/notation/definitions.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+
+#include "SokExtShared/LIB/notation/first_match.h"
+#include "SokExtShared/LIB/notation/instrument_lists.h"
+#include "SokExtShared/LIB/records/generic_records.h"
+#include "SokExtShared/LIB/strings/utf16_strings.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
+
+namespace {
+
+constexpr unsigned int kTextRepeatText = 0x6F735254;  // 'osRT'
+constexpr unsigned int kTextRepeat = 0x534F5253;      // 'SORS'
+constexpr unsigned int kArticulation = 0x4F044958;    // 'O', 4, 'IX'
+constexpr unsigned int kStaffListName = 0x6F734463;   // 'osDc'
+constexpr int kHostChooses = -1;
+constexpr int kLastTextRepeat = 99;
+
+struct TextRepeat {
+  unsigned char host0[4];
+  short font;
+  short a;
+  unsigned short b;
+  unsigned short c;
+  unsigned char host12[4];
+};
+static_assert(sizeof(TextRepeat) == 16 && offsetof(TextRepeat, font) == 4, "TextRepeat layout");
+
+using RepeatText = unsigned short[50];
+
+EDT_DC TopStaffOnly() { return {{-1}}; }
+
+bool IsTopStaffOnly(unsigned int tag, int list) {
+  EDT_DC dc{};
+  return sx_loadother(tag, list, 0, &dc, sizeof dc) && std::ranges::equal(dc.inst, TopStaffOnly().inst);
+}
+
+bool Exists(unsigned int tag, int list) {
+  EDT_DC dc{};
+  return sx_loadother(tag, list, 0, &dc, sizeof dc);
+}
+
+}  // namespace
+
+int FontNameToNum(const unsigned short* fontName) { return SX_FontNameToNum_UTF16(fontName, kInterfaceVersion); }
+
+int FindOrCreateTextRepeat(const unsigned short* text, int font, int a, int b, int c) {
+  RepeatText wanted = {};
+  sx_strcpy(wanted, std::size(wanted), text);
+
+  const int found = FirstMatch(kLastTextRepeat, [&](int number) {
+    RepeatText stored = {};
+    if (!sx_loadother(kTextRepeatText, number, 0, stored, sizeof stored)) return false;
+    stored[std::size(stored) - 1] = 0;
+    if (sx_strcmp(stored, wanted) != 0) return false;
+    TextRepeat repeat{};
+    return sx_loadother(kTextRepeat, number, 0, &repeat, sizeof repeat) && repeat.a == a && repeat.b == b &&
+           repeat.c == c && repeat.font == font;
+  });
+  if (found != 0) return found;
+
+  TextRepeat repeat{};
+  repeat.font = static_cast<short>(font);
+  repeat.a = static_cast<short>(a);
+  repeat.b = static_cast<unsigned short>(b);
+  repeat.c = static_cast<unsigned short>(c);
+  int number = kHostChooses;
+  int subIndex = 0;
+  sx_createother(kTextRepeat, number, subIndex, &repeat, sizeof repeat);
+  subIndex = 0;
+  sx_createother(kTextRepeatText, number, subIndex, wanted,
+                 static_cast<int>((sx_strlen(wanted) + 1) * sizeof wanted[0]));
+  return number;
+}
+
+int FindOrCreateTextRepeat(const unsigned short* text, const unsigned short* fontName, int a, int b, int c) {
+  return FindOrCreateTextRepeat(text, FontNameToNum(fontName), a, b, c);
+}
+
+int FindOrCreateOnTopStaffList(const unsigned short* name) {
+  const auto& [score, score_lower, part, part_lower] = kInstrumentLists;
+  const int found = FirstMatch(kLastDefinition, [&](int list) {
+    return IsTopStaffOnly(score.tag, list) && IsTopStaffOnly(score_lower.tag, list) && !Exists(part.tag, list) &&
+           !Exists(part_lower.tag, list);
+  });
+  if (found != 0) return found;
+
+  const EDT_DC dc = TopStaffOnly();
+  int list = kHostChooses;
+  int subIndex = 0;
+  if (!sx_createother(score.tag, list, subIndex, &dc, sizeof dc)) return 0;
+  if (!sx_saveother(score_lower.tag, list, subIndex, &dc, sizeof dc)) return 0;
+  sx_saveother(kStaffListName, list, subIndex, name, static_cast<int>(sx_strlen(name) * sizeof name[0]));
+  sx_deleteother(part.tag, list, subIndex);
+  sx_deleteother(part_lower.tag, list, subIndex);
+  return list;
+}
+
+int FindOrCreateArticulation(EDTArticulationDefinition2012 definition) {
+  const int found = FirstMatch(kLastDefinition, [&](int number) {
+    EDTArticulationDefinition2012 stored{};
+    return sx_loadother(kArticulation, number, 0, &stored, sizeof stored) &&
+           std::ranges::equal(stored.words, definition.words);
+  });
+  if (found != 0) return found;
+
+  int number = kHostChooses;
+  int subIndex = 0;
+  sx_createother(kArticulation, number, subIndex, &definition, sizeof definition);
+  return number;
+}
