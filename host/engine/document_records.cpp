@@ -43,9 +43,10 @@ bool SaveEntry(Document& document, int number, const void* buffer, int size) {
 }
 
 bool StepEntry(const Document& document, EDataID& id, int step, void* buffer, int size) {
-  const int last = document.LastEntryNumber();
-  const int from = std::clamp(id.entry.entryNum, step > 0 ? 0 : 1, step > 0 ? last : last + 1);
-  for (int number = from + step; number >= 1 && number <= last; number += step) {
+  const long last = document.LastEntryNumber();
+  const long from = std::clamp<long>(id.entry.entryNum, 0, last + 1);
+  for (long next = from + step; next >= 1 && next <= last; next += step) {
+    const int number = static_cast<int>(next);
     if (!document.FindEntry(number)) continue;
     id.entry.entryNum = number;
     return LoadEntry(document, number, size < 0 ? nullptr : buffer, &size);
