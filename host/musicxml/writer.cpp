@@ -45,7 +45,7 @@ class Writer {
   }
 
   std::string Result() {
-    std::sort(splices_.begin(), splices_.end(), [](const Splice& a, const Splice& b) { return a.begin < b.begin; });
+    std::stable_sort(splices_.begin(), splices_.end(), [](const Splice& a, const Splice& b) { return a.begin < b.begin; });
     std::size_t size = text_.size();
     for (const Splice& splice : splices_) size += splice.replacement.size();
     std::string result;
@@ -84,20 +84,12 @@ class Writer {
     NewRest rest;
     rest.staff = part.staves > 1 ? staff : 0;
     rest.length = model_.lengths[static_cast<std::size_t>(change.measure - 1)];
-    rest.own_voice = false;
+    // Also beside a rest that only counts as nothing: one voice would join the two.
     model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice&, const VoiceCell&) { rest.own_voice = true; });
-    const bool before_music = rest.own_voice && !OnlyLeftOut(change);
-    rest.voice = before_music ? FreeVoice(change) : VoiceFor(change.slot);
+    rest.voice = rest.own_voice ? FreeVoice(change) : VoiceFor(change.slot);
     edit.Insert(rest);
     const bool by_staff = rest.voice.empty() || model_.options.cross_staff_drawn;
     voices_.push_back({model_.StaffAt(change.slot).part, change.measure, rest.voice, by_staff ? staff : 0, true});
-  }
-
-  bool OnlyLeftOut(const Change& change) const {
-    bool only = true;
-    model_.ForEachVoice(change.slot, change.measure, change.layer,
-                        [&](const Voice&, const VoiceCell& voice) { only = only && model_.IsLeftOut(voice, change.measure); });
-    return only;
   }
 
   // The voice of the staff's layer 0; a staff without any gets the first number of its block that is free.
