@@ -1,0 +1,110 @@
+#include "SokExtShared/LIB/text/caret_commands.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "tests/text/units.h"
+
+namespace {
+
+std::u16string Stripped(std::u16string_view text) {
+  std::vector<unsigned short> units = Units(text);
+  txt_strip_carets(units.data());
+  return Text(units.data());
+}
+
+struct CaretCase {
+  const char16_t* text;
+  const char16_t* stripped;
+  const char16_t* font = u"-";  // "-": not touched
+  const char16_t* size = u"-";
+  const char16_t* efx = u"";
+  unsigned styles = 0;
+};
+constexpr CaretCase kCaretCases[] = {
+    {u"", u""},
+    {u"^font(Times)^size(12)^efx(bold)B^flat() major", u"Bb major", u"Times", u"12", u"bold", 1},
+    {u"B^font(Times)^size(12)^efx(bold)^sharp()x", u"B#x"},
+    {u"a^", u"a"},
+    {u"a^^b", u"a"},
+    {u"a^^b)c", u"ac"},
+    {u"a^font b)c", u"ac"},
+    {u"^font(Tim", u"", u"Tim"},
+    {u"^font()x", u"x", u""},
+    {u"^font(Times (bold))X", u")X", u"Times (bold"},
+    {u"^font (x)y", u"y"},  // whole keywords only
+    {u"^Font(x)y", u"y"},
+    {u"^fontx(y)^siz(2)z", u"z"},
+    {u"\r\n\n", u"   "},
+    {u"\r\n^flat()^size(7)x", u"  bx", u"-", u"7"},  // breaks and flats keep the opening going
+    {u"\t^size(7)x", u"\tx"},                        // a tab ends it
+    {u"\v^size(7)x", u"\vx"},
+    {u"^size(7)^size(8)x", u"x", u"-", u"8"},
+    {u"^font(a^b\n)x", u"x", u"a^b\n"},
+    {u"^efx(bolditalic)", u"", u"-", u"-", u"bolditalic", 3},
+    {u"^efx(underline)^efx(plain)x", u"x", u"-", u"-", u"plain", 4},  // flags are only added
+    {u"^flat((x)y", u"bby"},                                          // the keyword is tried at every parenthesis
+    {u"^flat(((x)y", u"bby"},              // the second letter has overwritten the keyword's first
+    {u"^flat()^sharp((((x)y", u"b####y"},  // room enough before the keyword
+    {u"^(font(x)y", u"y"},
+    {u"^)x", u"x"},
+    {u"\u015E\u025E^size(9)x", u"\u015E\u025Ex"},  // no carets, for all their low bytes
+    {u"^size(\u0129)\u0128x", u"\u0128x", u"-", u"\u0129"},
+};
+TEST(CaretCommands, AreStrippedAndTheOpeningOnesKept) {
+  for (const CaretCase& c : kCaretCases) {
+    SCOPED_TRACE(testing::Message() << "case " << &c - kCaretCases);
+    ucaretfont[0] = ucaretsize[0] = '-';
+    ucaretfont[1] = ucaretsize[1] = 0;
+    EXPECT_EQ(Stripped(c.text), c.stripped);
+    EXPECT_EQ(Text(ucaretfont), c.font);
+    EXPECT_EQ(Text(ucaretsize), c.size);
+    EXPECT_EQ(Text(ucaretefx), c.efx);
+    EXPECT_EQ(uicaretefx, c.styles);
+  }
+}
+
+TEST(CaretCommands, ForgetTheStyleOfTheTextBefore) {
+  Stripped(u"^efx(bold,italic)x");
+  EXPECT_EQ(uicaretefx, kCaretBold | kCaretItalic);
+  Stripped(u"^efx(bold)x");
+  EXPECT_EQ(uicaretefx, kCaretBold);
+  Stripped(u"x");
+  EXPECT_EQ(uicaretefx, 0u);
+  EXPECT_EQ(ucaretefx[0], 0);
+}
+
+// The captures lie side by side in memory, so a capture one unit too long shows in the sanitizer or in its neighbour.
+TEST(CaretCommands, CutLongArguments) {
+  for (const std::size_t length : {14u, 15u, 16u, 48u, 49u, 50u, 54u, 55u, 56u, 500u}) {
+    const std::u16string argument(length, u'x');
+    for (const char16_t* end : {u")", u""}) {
+      EXPECT_EQ(Stripped(u"^font(" + argument + end), u"");
+      EXPECT_EQ(Stripped(u"^size(" + argument + end), u"");
+      EXPECT_EQ(Stripped(u"^efx(" + argument + end), u"");
+      EXPECT_EQ(Text(ucaretfont), argument.substr(0, 55));
+      EXPECT_EQ(Text(ucaretsize), argument.substr(0, 15));
+      EXPECT_EQ(Text(ucaretefx), argument.substr(0, 49));
+    }
+  }
+}
+
+// Random texts of the units that matter: what comes out holds nothing that is to be taken out, and plain text stays.
+TEST(CaretCommands, LeaveNoCaretAndLoseNoPlainText) {
+  static constexpr std::u16string_view kPieces[] = {u"^", u"(", u")", u"flat", u"sharp", u"font", u"\n", u"x", u"yz"};
+  std::mt19937 random(5);
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string text, plain;
+    for (std::size_t i = random() % 24; i > 0; --i) text += kPieces[random() % std::size(kPieces)];
+    for (std::size_t i = random() % 12; i > 0; --i) plain += kPieces[3 + random() % 6];
+    const std::u16string stripped = Stripped(text);
+    ASSERT_LE(stripped.size(), text.size());
+    ASSERT_EQ(stripped.find_first_of(u"^\n"), std::u16string::npos);
+    const std::u16string before = Stripped(plain);
+    ASSERT_EQ(before.size(), plain.size());
+    ASSERT_EQ(Stripped(plain + u"^" + text), before + Stripped(u"^" + text));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,96 @@
+#include "SokExtShared/LIB/strings/eu16string.h"
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "tests/text/units.h"
+
+namespace {
+
+std::u16string Text(const eu16string& text) { return {text.begin(), text.end()}; }
+const unsigned char* Utf8(const char* text) { return reinterpret_cast<const unsigned char*>(text); }
+
+TEST(Eu16String, IsMadeOfCodePoints) {
+  const std::pair<unsigned, std::u16string> kCases[] = {
+      {0x41, u"A"},
+      {0, u""},
+      {0xFFFF, u"\uFFFF"},
+      {0x10000, u"\U00010000"},
+      {0x1F600, u"\U0001F600"},
+      {0x10FFFF, u"\U0010FFFF"},
+      {0x110000, u""},
+      {0x110041, u"A"},
+      {0xD800, {0xD800}},
+  };
+  for (const auto& [code_point, text] : kCases) EXPECT_EQ(Text(eu16string(code_point)), text) << code_point;
+  EXPECT_EQ(Text(eu16string(0x41)), u"A");
+}
+
+TEST(Eu16String, DecodesTheApplicationsTextAndUtf8) {
+  EXPECT_EQ(Text("caf\x8E\xDB"), u"caf\u00E9\u20AC");
+  EXPECT_EQ(Text(eu16string('\x8E')), u"\u00E9");
+  EXPECT_EQ(Text(eu16string('\0')), u"");
+  EXPECT_EQ(Text(eu16string(Utf8("\xC3\xA9\xF0\x9F\x98\x80"))), u"\u00E9\U0001F600");
+  EXPECT_EQ(Text(IntToEu16Str(-9223372036854775807L - 1)), u"-9223372036854775808");
+  for (const char* bad : {"a\xC3", "\x80", "\xED\xA0\x80", "\xC0\x80"}) EXPECT_TRUE(eu16string(Utf8(bad)).empty());
+}
+
+TEST(Eu16String, EncodesAndPutsQuestionMarks) {
+  std::string text = "old";
+  eu16string("caf\x8E").GetStdString(text);
+  EXPECT_EQ(text, "caf\x8E");
+  eu16string(Utf8("a\u4E2D\U0001F600z")).GetStdString(text);
+  EXPECT_EQ(text, "a???z");  // one for each unit
+  eu16string cut("ab");
+  cut += static_cast<unsigned short>(0);
+  cut += u'c';
+  cut.GetStdString(text);
+  EXPECT_EQ(text, "ab");
+  eu16string().GetStdString(text);
+  EXPECT_EQ(text, "");
+}
+
+TEST(Eu16String, CountsPositionsFromOne) {
+  eu16string text("abcdef");
+  const eu16string& constant = text;
+  EXPECT_EQ(constant.AnsiCharAtIndex(0), ' ');
+  EXPECT_EQ(constant.AnsiCharAtIndex(7), ' ');
+  EXPECT_EQ(constant.AnsiCharAtIndex(6), 'f');
+  EXPECT_EQ(&text.AnsiCharAtIndex(7), &text[0]);
+  EXPECT_EQ(&text.AnsiCharAtIndex(-1), &text[0]);
+  EXPECT_EQ(&text.AnsiCharAtIndex(2), &text[1]);
+  EXPECT_EQ(eu16string().AnsiCharAtIndex(1), 0);
+  EXPECT_EQ(text.AnsiPos("cd"), 3);
+  EXPECT_EQ(text.AnsiPos("x"), 0);
+  EXPECT_EQ(text.AnsiPos(""), 1);
+  EXPECT_EQ(eu16string().AnsiPos(""), 0);
+  EXPECT_EQ(Text(text.AnsiSubString(5, 10)), u"ef");
+  EXPECT_EQ(Text(text.AnsiSubString(-1, 2)), u"ab");
+  EXPECT_TRUE(text.AnsiSubString(7, 1).empty() && text.AnsiSubString(1, 0).empty());
+  EXPECT_EQ(Text(text.AnsiDelete(0, 1).AnsiDelete(7, 1).AnsiDelete(1, 0).AnsiSetLength(9)), u"abcdef");
+  EXPECT_EQ(Text(text.AnsiSetLength(5).AnsiDelete(2, 100)), u"a");
+}
+
+TEST(Eu16String, ReadsNumbersAsThePlatformDoes) {
+  EXPECT_EQ(StrToIntDef("x", 7), 0);
+  EXPECT_EQ(StrToIntDef("", 7), 7);
+  EXPECT_EQ(StrToIntDef(" -42x", 7), -42);
+  EXPECT_EQ(StrToIntDef("99999999999", 7), 2147483647);
+}
+
+// The base's own functions work on units that its traits never saw before.
+TEST(Eu16String, IsAStandardString) {
+  static_assert(std::has_virtual_destructor_v<eu16string>);
+  eu16string text("abcabc");
+  text.insert(1, text);  // overlapping moves
+  EXPECT_EQ(Text(text), u"aabcabcbcabc");
+  EXPECT_EQ(text.find(static_cast<unsigned short>('x')), eu16string::npos);
+  EXPECT_EQ(text.rfind(eu16string("bc")), 10u);
+  eu16string high(0xFFFFu);
+  EXPECT_LT(eu16string(0x41u), high);
+  text.append(3, 0x266D).erase(0, 12);
+  EXPECT_EQ(Text(text), u"\u266D\u266D\u266D");
+}
+
+}  // namespace
