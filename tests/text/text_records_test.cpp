@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "SokExtShared/LIB/strings/utf16_strings.h"
@@ -83,7 +84,7 @@ TEST_F(TextRecords, TheBlockNamesTheKindOfItsText) {
   EXPECT_EQ(Text(sx_gettextblock2004_utf16(2, false, nullptr)), u"other");
   EXPECT_EQ(Text(sx_gettextblock2004_utf16(3, false, nullptr)), u"high");
   EXPECT_EQ(host.calls[3], "SX_LoadEData txex 2,0 2000 -> 1");
-  EXPECT_EQ(host.calls[5], "SX_LoadEData \\xFF\\xFF\\x80\\x80 3,0 2000 -> 1");
+  EXPECT_EQ(host.calls[5], "SX_LoadEData \\xff\\xff\\x80\\x80 3,0 2000 -> 1");
 }
 
 TEST_F(TextRecords, TheSharedTextAlwaysEnds) {
@@ -140,7 +141,7 @@ TEST_F(TextRecords, PageTextsGoThereAndBack) {
   text.number = 3;
   sx_strcpy(text.text, Units(u"^font(Times)Title").data());
   EXPECT_TRUE(sx_createpagetext(text));
-  EXPECT_EQ(host.calls.back(), "SX_CreateEData O\\x02pT 3,65535 24 -> 1");
+  EXPECT_EQ(host.calls.back(), "SX_CreateEData O\\x02pT 3,-1 24 -> 1");
   EXPECT_EQ(text.number, 3);
 
   TPageUText read{};
@@ -167,7 +168,7 @@ TEST_F(TextRecords, MeasureTextsAreCreatedOnce) {
     sx_strcpy(text.text, Units(words).data());
     EXPECT_TRUE(sx_createuniquemeasuretext(text));
   }
-  EXPECT_EQ(host.CallsWith("SX_CreateEData dtmt"), Calls(2, "SX_CreateEData dtmt 2,40000,65535 10 -> 1"));
+  EXPECT_EQ(host.CallsWith("SX_CreateEData dtmt"), Calls(2, "SX_CreateEData dtmt 2,40000,-1 10 -> 1"));
   const short block = text.record.textBlock;
   EXPECT_TRUE(sx_createuniquemeasuretext(text));  // "arco" is the second there
   EXPECT_EQ(text.record.textBlock, block);
