@@ -92,16 +92,16 @@ void SX_CancelSonkelEdit(unsigned int version) {
   Serve<void>(__func__, version)([] { gEngine.CloseEdit(false); });
 }
 
-int SX_StartMassEdit(void*, int steps, unsigned int version) {
-  return Serve<int>(__func__, version, steps)([] { return ++TheSession().mass_edits_open, 1; });
+int SX_StartMassEdit(void* edit, int steps, unsigned int version) {
+  return Serve<int>(__func__, version, edit, steps)([] { return ++TheSession().mass_edits_open, 1; });
 }
 
-void SX_EndMassEdit(void*, short keep, unsigned int version) {
-  Serve<void>(__func__, version, keep)([] { --TheSession().mass_edits_open; });
+void SX_EndMassEdit(void* edit, short keep, unsigned int version) {
+  Serve<void>(__func__, version, edit, keep)([] { --TheSession().mass_edits_open; });
 }
 
-short SX_MassEditProgress(void*, short slot, short measure, short done, short all, unsigned int version) {
-  return Serve<short>(__func__, version, slot, measure, done, all)([] { return 1; });
+short SX_MassEditProgress(void* edit, short slot, short measure, short done, short all, unsigned int version) {
+  return Serve<short>(__func__, version, edit, slot, measure, done, all)([] { return 1; });
 }
 
 // ---- Frames ----
@@ -180,13 +180,15 @@ short SX_NextEData(unsigned int tag, EDataID* id, void* buffer, int size, unsign
 
 // ---- Alerts ----
 
-short SX_AlertMessage(void*, unsigned short icon, int buttons, const char* message, unsigned int version) {
-  return Serve<short>(__func__, version, icon, buttons, message)([&] { return ShowAlert(Utf8FromMacRoman(message)); });
+short SX_AlertMessage(void* parent, unsigned short icon, int buttons, const char* message, unsigned int version) {
+  return Serve<short>(__func__, version, parent, icon, buttons,
+                      message)([&] { return ShowAlert(Utf8FromMacRoman(message)); });
 }
 
-short SX_AlertMessage_UTF16(void*, unsigned short icon, int buttons, const unsigned short* message,
+short SX_AlertMessage_UTF16(void* parent, unsigned short icon, int buttons, const unsigned short* message,
                             unsigned int version) {
-  return Serve<short>(__func__, version, icon, buttons, message)([&] { return ShowAlert(Utf8FromUtf16(message)); });
+  return Serve<short>(__func__, version, parent, icon, buttons,
+                      message)([&] { return ShowAlert(Utf8FromUtf16(message)); });
 }
 
 // ---- Fonts and text ----

@@ -17,6 +17,10 @@ void Describe(HostCall& call, bool as_text, long number) {
   if (as_text) Append(call, std::to_string(number));
 }
 
+void Describe(HostCall& call, bool as_text, const void* handle) {
+  if (as_text) Append(call, handle != nullptr ? "handle" : "0");
+}
+
 void Describe(HostCall& call, bool as_text, const RecordArgument& record) {
   call.tag = record.tag;
   call.id = record.id;

@@ -29,6 +29,7 @@ using Text16 = const unsigned short*;
 void Describe(HostCall& call, bool as_text, long number);
 void Describe(HostCall& call, bool as_text, const RecordArgument& record);
 void Describe(HostCall& call, bool as_text, const FrameArgument& frame);
+void Describe(HostCall& call, bool as_text, const void* handle);
 void Describe(HostCall& call, bool as_text, Text text);
 void Describe(HostCall& call, bool as_text, Text16 text);
 

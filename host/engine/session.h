@@ -26,7 +26,7 @@ struct HostCall {
 
 // The arguments as text: numbers in decimal, separated by blanks. Record calls: the tag (FourCharacters), the key's
 // fields by view joined with commas, the size as stated on entry where there is one. A frame is its instrument, measure
-// and layer joined with commas, and its entry count. Texts stand in quotation marks, UTF-8.
+// and layer joined with commas, and its entry count. Texts stand in quotation marks, UTF-8. A handle is 0 or "handle".
 class CallObserver {
  public:
   virtual ~CallObserver() = default;
