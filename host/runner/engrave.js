@@ -1,0 +1,102 @@
+// Draws the systems of a score that a run changed, before and after, with Verovio. Reads a JSON object from stdin:
+//   modules   folders that may hold the package verovio
+//   before, after   the score's text
+//   marks   [{measure, staff, voice, added}]: rests that came (voice "") or went, positions from 1
+//   limit   the most systems to draw
+// Prints {version, systems: [{first, last, before, after}], left: systems not drawn}, or {error}.
+'use strict';
+const fs = require('fs');
+const path = require('path');
+
+function answer(value) {
+  fs.writeSync(1, '');  // fails early when nobody listens
+  process.stdout.write(JSON.stringify(value), () => process.exit(0));
+}
+
+function loadVerovio(modules) {
+  for (const folder of modules) {
+    try {
+      return require(path.join(folder, 'verovio'));
+    } catch (error) {
+      if (error.code !== 'MODULE_NOT_FOUND') throw error;
+    }
+  }
+  return null;
+}
+
+// Every page is as low as its one system: that is how the systems of a layout are told.
+const kSystems = {breaks: 'auto', pageWidth: 2700, pageHeight: 100};
+const kOneLine = {breaks: 'none', pageWidth: 2700, pageHeight: 60000};
+const kCommon = {
+  inputFrom: 'musicxml', adjustPageHeight: true, adjustPageWidth: true, scale: 40, header: 'none', footer: 'none',
+  svgViewBox: false, svgRemoveXlink: true, svgAdditionalAttribute: ['staff@n', 'layer@n'], mnumInterval: 1,
+  pageMarginLeft: 20, pageMarginRight: 20, pageMarginTop: 40, pageMarginBottom: 40,
+};
+
+const countOf = (svg, name) => svg.split(`class="${name}"`).length - 1;
+
+function systems(toolkit) {
+  const ranges = [];
+  let first = 1;
+  for (let page = 1; page <= toolkit.getPageCount(); ++page) {
+    const measures = countOf(toolkit.renderToSVG(page), 'measure');
+    if (measures > 0) ranges.push({first, last: first + measures - 1});
+    first += measures;
+  }
+  return ranges;
+}
+
+// Marks rests in the picture of a range by a class: the text is walked from tag to tag, with what each <g> opens.
+function mark(svg, first, marks, name) {
+  const wanted = new Map();
+  for (const {measure, staff, voice} of marks) wanted.set(`${measure - first + 1} ${staff}`, voice);
+  let measure = 0, staff = '', layer = '';
+  return svg.replace(/<g( id="[^"]*")? class="(measure|staff|layer|mRest|rest)"([^>]*)>/g, (tag, id, kind, rest) => {
+    const number = (rest.match(/data-n="([^"]*)"/) || [, ''])[1];
+    if (kind === 'measure') ++measure;
+    if (kind === 'staff') staff = number;
+    if (kind === 'layer') layer = number;
+    if (kind !== 'mRest' && kind !== 'rest') return tag;
+    const voice = wanted.get(`${measure} ${staff}`);
+    return voice === undefined || (voice !== '' && voice !== layer) ? tag : `<g class="${kind} ${name}"${rest}>`;
+  });
+}
+
+function draw(toolkit, ranges, marks, added) {
+  toolkit.setOptions(kOneLine);
+  return ranges.map(({first, last}) => {
+    toolkit.select({measureRange: `${first}-${last}`});
+    toolkit.redoLayout();
+    const inside = marks.filter(m => m.added === added && m.measure >= first && m.measure <= last);
+    return mark(toolkit.renderToSVG(1), first, inside, added ? 'rest-in' : 'rest-out')
+        .replace(/<g id="[^"]*" class/g, '<g class').replace(/\n\s*/g, '\n').replace(/<desc>[^<]*<\/desc>\n/, '');
+  });
+}
+
+function main() {
+  const {modules, before, after, marks, limit} = JSON.parse(fs.readFileSync(0, 'utf8'));
+  const verovio = loadVerovio(modules);
+  if (verovio === null) return answer({error: 'the npm package verovio is not installed'});
+  const start = () => {
+    const toolkit = new verovio.toolkit();
+    toolkit.setOptions(kCommon);
+    toolkit.setOptions(kSystems);
+    if (!toolkit.loadData(before)) return answer({error: 'Verovio cannot read the score'});
+    const changed = systems(toolkit).filter(
+        ({first, last}) => marks.some(({measure}) => measure >= first && measure <= last));
+    const drawn = changed.slice(0, limit);
+    const old = draw(toolkit, drawn, marks, false);
+    toolkit.select({});
+    if (!toolkit.loadData(after)) return answer({error: 'Verovio cannot read the changed score'});
+    const fresh = draw(toolkit, drawn, marks, true);
+    answer({
+      version: toolkit.getVersion().replace(/-.*/, ''), left: changed.length - drawn.length,
+      systems: drawn.map((range, i) => ({...range, before: old[i], after: fresh[i]})),
+    });
+  };
+  if (verovio.module.calledRun) start();
+  else verovio.module.onRuntimeInitialized = start;
+}
+
+process.on('uncaughtException', error => answer({error: String(error.message || error)}));
+main();

@@ -1,0 +1,13 @@
+// Shows the reason of the staff-measure that is pointed at or tapped under its grid.
+for (const grid of document.querySelectorAll('.grid')) {
+  const told = grid.nextElementSibling;
+  const show = event => {
+    const cell = event.target.closest('td[title]');
+    if (!cell) return;
+    grid.querySelector('.chosen')?.classList.remove('chosen');
+    cell.classList.add('chosen');
+    told.textContent = cell.title;
+  };
+  grid.addEventListener('click', show);
+  grid.addEventListener('mouseover', show);
+}
