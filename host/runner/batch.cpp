@@ -1,5 +1,6 @@
 #include "host/runner/batch.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
