@@ -1,0 +1,319 @@
+#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_mapping.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <sstream>
+
+#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+using Words = std::array<unsigned short, 6>;
+
+EDataID Instance(short instance) {
+  EDataID id{};
+  id.global.instance = instance;
+  return id;
+}
+
+EDataID RecordKey(unsigned short cmper, short subIndex) {
+  EDataID id{};
+  id.other.cmper = cmper;
+  id.other.subIndex = subIndex;
+  return id;
+}
+
+short LoadStructure(unsigned int tag, void* buffer, short instance = 0) {
+  const EDataID id = Instance(instance);
+  int size = 0;
+  return SX_LoadEData(tag, &id, buffer, &size, kInterfaceVersion);
+}
+
+short SaveStructure(unsigned int tag, const void* buffer, int size, unsigned int version = kInterfaceVersion) {
+  const EDataID id = Instance(0);
+  return SX_SaveEData(tag, &id, buffer, size, version);
+}
+
+unsigned int Fnv(std::string_view bytes) {
+  unsigned int hash = 2166136261u;
+  for (const char byte : bytes) hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;
+  return hash;
+}
+
+// The records in the order of their loads ("41.2": subIndex 2, "FI@10": cmper 10), and the hash of the structure when
+// every word holds a value of its own; worked out apart from the tables, so that no row can be mistyped unseen.
+struct StructureCase {
+  const char (&tag)[5];
+  int reported;
+  int reach;
+  unsigned int hash;
+  const char* records;
+};
+constexpr StructureCase kStructures[] = {
+    {"pfDP", 76, 76, 0x4E156142, "21 59 22 67 68 20 13 19 27 18 39 65 14 01 77.4"},
+    {"pfSI", 54, 54, 0x1B60B89A, "67 58 68 62 03 23 14 64 27 59 01 97 20 21 69"},
+    {"pfMS", 104, 104, 0xE6CC35F3,
+     "36 03 09 41 20 27 01 13 15 44 12 41.2 23 19 31 05 93 76 17 16 62 41.1 FI@10"},
+    {"pfRP", 40, 40, 0x8E0ECB01, "70 71 05 72 76"},
+    {"pfPB", 44, 44, 0x07A0A776, "65 60 61 64 45"},
+    {"pfSS", 96, 108, 0x03D898A1, "92 FI@11 FI@12 12 11 69 51 53 50 53.1 93 97.1"},
+    {"pfPL", 14, 14, 0x102F9FC0, "13 39 36 37"},
+    {"pfEX", 50, 50, 0x2B796872, "77.4 77.5 77.6 77.7 77.8"},
+    {"pfPF", 48, 48, 0xCFF462A4, "14 15 39 16 02 17 01 13 03"},
+    {"pf05", 22, 22, 0x66D811B3, "69 20 39 38 23 56 41.2 94 94.2"},
+};
+
+std::vector<std::string> ExpectedLoads(const char* records) {
+  std::vector<std::string> calls;
+  std::istringstream words(records);
+  for (std::string word; words >> word;) {
+    const size_t at = word.find('@'), dot = word.find('.');
+    calls.push_back("SX_LoadEData ot" + word.substr(0, 2) + " " +
+                    (at == std::string::npos ? "65534" : word.substr(at + 1)) + "," +
+                    (dot == std::string::npos ? "0" : word.substr(dot + 1)) + " 12 -> 1");
+  }
+  return calls;
+}
+
+TEST(PreferenceTables, LoadEachRecordOnceAndEachFieldFromItsWord) {
+  TestHost host;
+  host.after = [](sok::HostCall& call) {
+    for (unsigned short i = 0; i < 6; ++i) {
+      const std::string word = sok::FourCharacters(call.tag) + " " + sok::KeyText(call.tag, *call.id) + " " +
+                               std::to_string(i);
+      const auto value = static_cast<unsigned short>(Fnv(word));
+      std::memcpy(static_cast<char*>(call.buffer) + 2 * i, &value, 2);
+    }
+    *call.size = 6;  // what the host says of one record is not what the next one is asked for
+    call.result = 1;
+  };
+  for (const StructureCase& c : kStructures) {
+    SCOPED_TRACE(c.tag);
+    host.calls.clear();
+    std::string structure(static_cast<size_t>(c.reach) + 2, '\xEE');  // bytes of no field stay as they were
+    const EDataID id = Instance(0);
+    int size = 0;
+    EXPECT_EQ(SX_LoadEData(FourCharacterTag(c.tag), &id, structure.data(), &size, kInterfaceVersion), 1);
+    EXPECT_EQ(size, c.reported);
+    EXPECT_EQ(Fnv(structure), c.hash);
+    EXPECT_EQ(host.calls, ExpectedLoads(c.records));
+  }
+}
+
+// Every field goes to its own record and comes back, and nothing else is saved.
+TEST(PreferenceTables, SaveTheRecordOfAChangedFieldAlone) {
+  TestHost host;
+  for (const PreferenceTable& table : kPreferenceTables) {
+    for (const PrefMapRow& row : table.rows) {
+      std::array<unsigned char, 108> structure{};
+      LoadStructure(table.tag, structure.data());
+      unsigned char* const field = &structure[static_cast<size_t>(row.fieldOffset)];
+      field[0] ^= row.conversion == kNot ? 1 : 0x81;
+      if (row.conversion <= kHighWordFirst) field[row.fieldSize - 1] ^= 0xC0;
+      host.calls.clear();
+      EXPECT_EQ(SaveStructure(table.tag, structure.data(), 108), 1);
+      EXPECT_EQ(host.CallsWith("SX_SaveEData"),
+                std::vector{"SX_SaveEData ot" + std::string(row.recordChars, 2) + " " +
+                            std::to_string(row.cmper != 0 ? row.cmper : 65534) + "," + std::to_string(row.subIndex) +
+                            " 12 -> 1"});
+      std::array<unsigned char, 108> loaded{};
+      LoadStructure(table.tag, loaded.data());
+      EXPECT_EQ(loaded, structure) << sok::FourCharacters(table.tag) << " offset " << row.fieldOffset;
+      host.calls.clear();
+      SaveStructure(table.tag, loaded.data(), 108);
+      EXPECT_EQ(host.CallsWith("SX_SaveEData"), std::vector<std::string>());
+    }
+  }
+}
+
+// A word as the host has it, the field that it loads as, a field saved over it, and the word then.
+struct ConversionCase {
+  const char (&tag)[5];
+  int offset;
+  const char (&record)[5];
+  int word;
+  unsigned short stored;
+  unsigned short loads_as;
+  unsigned short saved;
+  unsigned short stored_then;
+};
+constexpr ConversionCase kConversions[] = {
+    {"pfMS", 12, "ot36", 1, 0, 1, 1, 0},
+    {"pfMS", 12, "ot36", 1, 9, 0, 0, 1},  // a flag becomes 0 or 1, whatever true value it had
+    {"pfMS", 12, "ot36", 1, 1, 0, 5, 0},
+    {"pfMS", 52, "ot19", 4, 0xFFC8, 200, 200, 0xFFC8},
+    {"pfMS", 52, "ot19", 4, 0x00C8, 200, 200, 0xFFC8},
+    {"pfMS", 54, "ot19", 5, 0x1241, 0x41, 0x3305, 5},
+    {"pfSS", 28, "ot12", 5, 0x80, 0x80, 0x7F, 0x7F},
+    {"pfPL", 0, "ot13", 1, 0xFFFF, 0xFFFF, 0x8000, 0x8000},
+};
+
+TEST(PreferenceTables, ConvertFields) {
+  TestHost host;
+  for (const ConversionCase& c : kConversions) {
+    SCOPED_TRACE(testing::Message() << "case " << &c - kConversions);
+    const EDataID key = RecordKey(65534, 0);
+    Words words{};
+    words[static_cast<size_t>(c.word)] = c.stored;
+    host.document.records.Save(FourCharacterTag(c.record), key, words.data(), 12);
+    std::array<unsigned char, 108> structure{};
+    LoadStructure(FourCharacterTag(c.tag), structure.data());
+    unsigned short field = 0;
+    std::memcpy(&field, &structure[static_cast<size_t>(c.offset)], 2);
+    EXPECT_EQ(field, c.loads_as);
+    std::memcpy(&structure[static_cast<size_t>(c.offset)], &c.saved, 2);
+    host.calls.clear();
+    SaveStructure(FourCharacterTag(c.tag), structure.data(), 108);
+    EXPECT_EQ(host.CallsWith("SX_SaveEData").size(), c.stored == c.stored_then ? 0u : 1u);
+    int size = 12;
+    host.document.records.Load(FourCharacterTag(c.record), key, words.data(), &size);
+    EXPECT_EQ(words[static_cast<size_t>(c.word)], c.stored_then);
+  }
+}
+
+// No row stores its low half first, but a table may.
+TEST(PreferenceTables, TakeALowWordFirst) {
+  TestHost host;
+  EDTPianoBracePrefs_MAP_ARRAY[0].conversion = kLowWordFirst;
+  const std::array<unsigned int, 11> saved = {0x80012345, 0x80012345};
+  EXPECT_EQ(SaveStructure(FourCharacterTag("pfPB"), saved.data(), 44), 1);
+  Words words{};
+  int size = 12;
+  host.document.records.Load(FourCharacterTag("ot65"), RecordKey(65534, 0), words.data(), &size);
+  EXPECT_EQ(words, (Words{0, 0, 0x2345, 0x8001, 0, 0}));
+  host.document.records.Load(FourCharacterTag("ot60"), RecordKey(65534, 0), words.data(), &size);
+  EXPECT_EQ(words, (Words{0, 0, 0x8001, 0x2345, 0, 0}));
+  std::array<unsigned int, 11> loaded{};
+  LoadStructure(FourCharacterTag("pfPB"), loaded.data());
+  EXPECT_EQ(loaded, saved);
+}
+
+// Fields of a refused record do not get what the record before it held.
+TEST(PreferenceTables, ARefusedRecordReadsAsZeros) {
+  TestHost host;
+  const Words ones = {1, 1, 1, 1, 1, 1};
+  for (const char* record : {"ot70", "ot71", "ot05", "ot72", "ot76"}) {
+    host.document.records.Save(0x6F740000u | static_cast<unsigned char>(record[2]) << 8 |
+                                   static_cast<unsigned char>(record[3]),
+                               RecordKey(65534, 0), ones.data(), 12);
+  }
+  host.refuse = [](const sok::HostCall& call) { return call.tag == FourCharacterTag("ot71"); };
+  std::array<unsigned short, 20> repeats{};
+  EXPECT_EQ(LoadStructure(FourCharacterTag("pfRP"), repeats.data()), 1);
+  for (size_t i = 0; i < repeats.size(); ++i) EXPECT_EQ(repeats[i], i >= 6 && i < 12 ? 0 : 1) << i;
+}
+
+// Answers and host calls by tag, instance and stated size; -1 stands for a null size.
+struct LimitCase {
+  const char (&tag)[5];
+  short instance;
+  bool buffer;
+  int size;
+  int result;
+  int size_then;
+  size_t calls;
+  const char* first_call = "";
+};
+constexpr LimitCase kLoadLimits[] = {
+    {"pfDP", 0, false, 0, 1, 76, 0},
+    {"pfSS", 0, false, 5, 1, 96, 0},
+    {"pfDP", 7, true, -1, 0, 0, 0},
+    {"pfDP", -9, true, 1, 1, 76, 15},  // a structure's stated size and key are not looked at
+    {"pfGG", 0, false, 0, 1, 132, 0},
+    {"pfGG", 0, true, 131, 0, 131, 0},
+    {"pfGG", -3, true, 150, 1, 132, 11, "SX_LoadEData ot88 65534,0 12 -> 0"},
+    {"pfGG", 0, true, -1, 0, 0, 0},
+    {"pfSN", 0, true, 12, 0, 12, 0},
+    {"pfSN", 128, true, 12, 1, 12, 1, "SX_LoadEData ot40 65534,127 12 -> 0"},
+    {"pfSN", 129, true, 12, 0, 12, 0},
+    {"pfGb", 5, true, 12, 0, 12, 0},
+    {"pfGb", -32768, true, 12, 0, 12, 0},
+    {"pfSl", 15, true, 12, 1, 12, 1, "SX_LoadEData ot26 65534,14 12 -> 0"},
+    {"pfTs", 9, true, 12, 1, 12, 1, "SX_LoadEData ot90 65534,8 12 -> 0"},
+    {"pfGs", 1, true, 12, 1, 12, 1, "SX_LoadEData ot91 65534,0 12 -> 0"},
+    {"pfGs", 2, true, 12, 0, 12, 0},
+    {"pfPF", 1, true, 48, 1, 48, 4, "SX_LoadEData ot77 65534,0 12 -> 0"},
+    {"pfPF", 2, true, 48, 0, 48, 0},
+    {"pfLA", 3, true, 4, 0, 4, 1, "SX_LoadEData pfLA 3 4 -> 0"},  // not mapped: the host's own
+};
+constexpr LimitCase kSaveLimits[] = {
+    {"pfDP", 0, true, 71, 0, 0, 0},
+    {"pfDP", 0, true, 72, 1, 0, 15},
+    {"pfDP", 0, false, 76, 0, 0, 0},
+    {"pfTC", 0, true, 59, 0, 0, 0},
+    {"pfTC", 0, true, 60, 1, 0, 5, "SX_SaveEData ot86 65534,0 12 -> 1"},
+    {"pfTC", 0, false, 60, 0, 0, 0},
+    {"pfSN", 129, true, 12, 0, 0, 0},
+    {"pfPF", 1, true, 48, 1, 0, 4, "SX_SaveEData ot77 65534,0 12 -> 1"},
+    {"pfPF", 2, true, 48, 0, 0, 0},
+};
+
+TEST(PreferenceMapping, ChecksInstancesBuffersAndSizes) {
+  TestHost host;
+  unsigned char buffer[256] = {};
+  const auto check = [&](const LimitCase& c, short result) {
+    EXPECT_EQ(result, c.result);
+    EXPECT_EQ(host.calls.size(), c.calls);
+    if (*c.first_call != 0 && !host.calls.empty()) {
+      EXPECT_EQ(host.calls[0], c.first_call);
+    }
+    host.calls.clear();
+  };
+  for (const LimitCase& c : kLoadLimits) {
+    SCOPED_TRACE(testing::Message() << c.tag << " load case " << &c - kLoadLimits);
+    const EDataID id = Instance(c.instance);
+    int size = c.size;
+    check(c, SX_LoadEData(FourCharacterTag(c.tag), &id, c.buffer ? buffer : nullptr, c.size < 0 ? nullptr : &size,
+                          kInterfaceVersion));
+    if (c.size >= 0) {
+      EXPECT_EQ(size, c.size_then);
+    }
+  }
+  for (const LimitCase& c : kSaveLimits) {
+    SCOPED_TRACE(testing::Message() << c.tag << " save case " << &c - kSaveLimits);
+    const EDataID id = Instance(c.instance);
+    check(c, SX_SaveEData(FourCharacterTag(c.tag), &id, c.buffer ? buffer : nullptr, c.size, kInterfaceVersion));
+  }
+}
+
+TEST(PreferenceMapping, TellsArraysFromOtherTags) {
+  unsigned int tag = 1;
+  short count = 1, first = 1;
+  EXPECT_TRUE(mapPrefTag(FourCharacterTag("pfSN"), 128, &tag, &count, &first));
+  EXPECT_EQ(std::make_tuple(tag, count, first), std::make_tuple(FourCharacterTag("ot40"), 1, 127));
+  EXPECT_FALSE(mapPrefTag(FourCharacterTag("pfPF"), 0, &tag, &count, &first));
+  EXPECT_EQ(std::make_tuple(tag, count, first), std::make_tuple(0u, 0, 0));
+  EXPECT_TRUE(mapPrefTag(FourCharacterTag("pfDP"), 0, &tag, &count, &first));
+  EXPECT_EQ(tag, 0u);
+}
+
+// Records of an array stay in order, both ways, under the interface version whatever the caller's.
+TEST(PreferenceMapping, ArraysAreRecordsOneAfterTheOther) {
+  TestHost host;
+  std::vector<unsigned int> versions;
+  host.after = [&](sok::HostCall& call) {
+    versions.push_back(call.version);
+    if (call.size != nullptr) *call.size = 3;
+  };
+  std::string saved = "first recordsecond one.third recordthe fourth..", loaded(48, '\0');
+  saved.resize(48);
+  const EDataID id = Instance(1);
+  int size = 48;
+  EXPECT_EQ(SX_SaveEData(FourCharacterTag("pfPF"), &id, saved.data(), 48, 0x08000000), 1);
+  EXPECT_EQ(SX_LoadEData(FourCharacterTag("pfPF"), &id, loaded.data(), &size, 0x07FFFFFF), 1);
+  EXPECT_EQ(loaded, saved);
+  EXPECT_EQ(versions, std::vector<unsigned int>(8, kInterfaceVersion));
+  EXPECT_EQ(host.calls[7], "SX_LoadEData ot77 65534,3 12 -> 1");
+}
+
+TEST(PreferenceMapping, SavesOfOldCallersReachTheHost) {
+  TestHost host;
+  const unsigned char structure[108] = {1};
+  SaveStructure(FourCharacterTag("pfDP"), structure, 76, 0x07FFFFFF);
+  EXPECT_EQ(host.calls, std::vector<std::string>{"SX_SaveEData pfDP 0 76 -> 1"});
+}
+
+}  // namespace

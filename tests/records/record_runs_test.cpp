@@ -1,0 +1,264 @@
+#include "SokExtShared/LIB/records/record_runs.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <random>
+
+#include "SokExtShared/LIB/records/separate_placement.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+constexpr unsigned int kText = 0x6F743939;       // 'ot99'
+constexpr unsigned int kPlacement = 0x6F744449;  // 'otDI'
+
+using Run = std::vector<std::string>;
+
+EDataID Key(unsigned short cmper, int subIndex) {
+  EDataID id{};
+  id.other.cmper = cmper;
+  id.other.subIndex = static_cast<short>(subIndex);
+  return id;
+}
+
+// The records under a number, in order of their subIndex.
+Run RecordsOf(const TestHost& host, unsigned short cmper) {
+  Run run;
+  host.document.records.ForEach([&](unsigned int, const EDataID& id, std::span<const unsigned char> record) {
+    if (id.other.cmper == cmper) run.emplace_back(record.begin(), record.end());
+  });
+  return run;
+}
+
+void Store(TestHost& host, unsigned short cmper, int subIndex, const Run& run) {
+  for (const std::string& record : run) {
+    host.document.records.Save(kText, Key(cmper, subIndex++), record.data(), static_cast<int>(record.size()));
+  }
+}
+
+Run Pieces(std::string text) {
+  text.resize((text.size() + 11) / 12 * 12);
+  Run run;
+  for (size_t i = 0; i < text.size(); i += 12) run.push_back(text.substr(i, 12));
+  return run;
+}
+
+struct Loaded {
+  bool result;
+  std::string text;
+};
+Loaded LoadText(int cmper, int subIndex, size_t length) {
+  char* text = nullptr;
+  const bool result = sx_loadotherstring(kText, cmper, subIndex, text);
+  Loaded loaded = {result, text != nullptr ? std::string(text, length + 1) : "null"};
+  std::free(text);
+  return loaded;
+}
+
+TEST(RecordRuns, KeepTextsOfAnyLength) {
+  TestHost host;
+  std::mt19937 random(7);
+  for (int round = 0; round < 200; ++round) {
+    std::string text(random() % 61, '\0');
+    for (char& byte : text) byte = static_cast<char>(1 + random() % 255);
+    SCOPED_TRACE(text.size());
+    ASSERT_TRUE(sx_saveotherstring(kText, 5, 0, text.data()));
+    ASSERT_EQ(RecordsOf(host, 5), Pieces(text));  // nothing of the longer text before is left
+    const Loaded loaded = LoadText(5, 0, text.size());
+    ASSERT_TRUE(loaded.result);
+    ASSERT_EQ(loaded.text, text + '\0');
+  }
+}
+
+TEST(RecordRuns, OldRecordsAreDeletedFromTheLastOne) {
+  TestHost host;
+  Store(host, 5, 3, Pieces(std::string(30, 'x')));
+  char text[] = "short";
+  host.after = [](sok::HostCall& call) {
+    if (call.size != nullptr) *call.size = 1;  // not what the next record is asked for
+  };
+  EXPECT_TRUE(sx_saveotherstring(kText, 5, 3, text));
+  EXPECT_EQ(host.calls,
+            (std::vector<std::string>{"SX_LoadEData ot99 5,3 12 -> 1", "SX_LoadEData ot99 5,4 12 -> 1",
+                                      "SX_LoadEData ot99 5,5 12 -> 1", "SX_LoadEData ot99 5,6 12 -> 0",
+                                      "SX_DeleteEData ot99 5,5 -> 1", "SX_DeleteEData ot99 5,4 -> 1",
+                                      "SX_DeleteEData ot99 5,3 -> 1", "SX_SaveEData ot99 5,3 12 -> 1"}));
+}
+
+// What is in the records, and the text that they are read as.
+struct ZeroCase {
+  Run run;
+  std::string text;
+};
+
+TEST(RecordRuns, EndAtTwoZerosOrWithTheLastRecord) {
+  using namespace std::string_literals;
+  const ZeroCase cases[] = {
+      {{}, ""},
+      {{"\0\0text......"s}, ""},
+      {{"\0a\0b\0\0......"s}, "\0a\0b"s},
+      {{"elevenchars\0"s}, "elevenchars"},
+      {{"elevenchars\0"s, "more\0\0\0\0\0\0\0\0"s}, "elevenchars\0more"s},
+      {{"elevenchars\0"s, "\0more......."s}, "elevenchars"},
+      {{"twelve chars"s, "\0more.\0\0\0\0\0\0"s}, "twelve chars\0more."s},
+      {{"twelve chars"s, "\0\0more......"s}, "twelve chars"},
+      {{"twelve chars"s, "twelve again"s}, "twelve charstwelve again"},
+      {{"short"s}, "short"},  // a record of fewer than 12 bytes
+  };
+  for (const ZeroCase& c : cases) {
+    SCOPED_TRACE(testing::Message() << "case " << &c - cases);
+    TestHost host;
+    Store(host, 5, 0, c.run);
+    const Loaded loaded = LoadText(5, 0, c.text.size());
+    EXPECT_TRUE(loaded.result);
+    EXPECT_EQ(loaded.text, c.text + '\0');
+  }
+}
+
+TEST(RecordRuns, RefusedRecords) {
+  TestHost host;
+  std::string text(30, 'x');
+  host.refuse = [](const sok::HostCall& call) { return std::strcmp(call.name, "SX_SaveEData") == 0 && call.id->other.subIndex == 1; };
+  EXPECT_FALSE(sx_saveotherstring(kText, 5, 0, text.data()));
+  EXPECT_EQ(RecordsOf(host, 5), Run{std::string(12, 'x')});
+  EXPECT_EQ(host.calls.back(), "SX_SaveEData ot99 5,1 12 -> 0");
+  // A record that goes between measuring and copying, a full one or the last.
+  Store(host, 6, 0, Pieces(text));
+  for (const size_t gone : {4u, 6u}) {
+    host.calls.clear();
+    host.refuse = [&](const sok::HostCall&) { return host.calls.size() == gone; };
+    const Loaded loaded = LoadText(6, 0, 0);
+    EXPECT_FALSE(loaded.result);
+    EXPECT_EQ(loaded.text, "null");
+  }
+}
+
+// What cannot be stored is refused while the old run is still there.
+TEST(RecordRuns, RefuseWhatDoesNotFit) {
+  TestHost host;
+  Store(host, 5, 32766, {"old record.."});
+  const EDataID key = Key(5, 32766);
+  std::string data(32768, 'x');
+  EXPECT_FALSE(sx_saveotherstring(kText, 5, 32766, data.data()));
+  EXPECT_FALSE(sx_saveotherstring(kText, 5, 32766, nullptr));
+  EXPECT_EQ(OrvelOtArray_Save(kText, &key, -1, 12, data.data()), 0);
+  EXPECT_EQ(OrvelOtArray_Save(kText, &key, 1, 25, data.data()), 0);  // beyond the last subIndex
+  EXPECT_EQ(OrvelOtArray_Save(kText, &key, 32767, 0x7FFFFFFF, data.data()), 0);
+  EXPECT_TRUE(host.calls.empty());
+  EXPECT_EQ(OrvelOtArray_Save(kText, &key, 2, 12, data.data()), 1);
+  EXPECT_EQ(RecordsOf(host, 5), Run(2, std::string(12, 'x')));
+  EXPECT_EQ(OrvelOtArray_Save(kText, &key, -4, 0, data.data()), 1);  // an empty run
+  EXPECT_TRUE(RecordsOf(host, 5).empty());
+}
+
+TEST(RecordRuns, HoldMoreThanSixteenBitsOfBytes) {
+  TestHost host;
+  std::vector<int> data(20000);
+  for (size_t i = 0; i < data.size(); ++i) data[i] = static_cast<int>(i);
+  const EDataID key = Key(5, 0);
+  EXPECT_EQ(OrvelOtArray_Save(kText, &key, 20000, 4, data.data()), 1);
+  EXPECT_EQ(RecordsOf(host, 5), Pieces(std::string(reinterpret_cast<const char*>(data.data()), 80000)));
+}
+
+TEST(Utf16Records, KeepTextsWithTheirTerminator) {
+  TestHost host;
+  std::u16string saved = u"f\u00FCnf\uFFFF";
+  EXPECT_TRUE(sx_saveotherstring_UTF16(kText, 5, 0, reinterpret_cast<unsigned short*>(saved.data())));
+  EXPECT_EQ(RecordsOf(host, 5)[0].size(), 12u);
+  unsigned short* text = nullptr;
+  EXPECT_TRUE(sx_loadotherstring_UTF16(kText, 5, 0, text));
+  EXPECT_EQ(std::memcmp(text, saved.data(), 12), 0);
+  delete[] text;
+  EXPECT_FALSE(sx_saveotherstring_UTF16(kText, 5, 0, nullptr));
+  EXPECT_EQ(host.calls.size(), 3u);
+}
+
+// Records of odd sizes and without a zero unit, also ones that grow after their size was asked for.
+TEST(Utf16Records, NeverOverrunTheBuffer) {
+  for (const size_t size : {0u, 1u, 2u, 5u, 6u}) {
+    TestHost host;
+    Store(host, 5, 0, {std::string("abcdef", size)});
+    host.after = [&](sok::HostCall& call) {
+      if (call.buffer == nullptr) Store(host, 5, 0, {"abcdefghij"});
+    };
+    unsigned short* text = nullptr;
+    ASSERT_TRUE(sx_loadotherstring_UTF16(kText, 5, 0, text));
+    EXPECT_EQ(std::memcmp(text, "abcdef", size / 2 * 2), 0);
+    EXPECT_EQ(text[size / 2], 0);
+    delete[] text;
+  }
+}
+
+TEST(Utf16Records, RefusedLoads) {
+  TestHost host;
+  unsigned short own = 0;
+  unsigned short* text = &own;
+  EXPECT_FALSE(sx_loadotherstring_UTF16(kText, 5, 0, text));
+  EXPECT_EQ(text, &own);  // not even its size is known: the pointer stays
+  Store(host, 5, 0, {"abcd"});
+  host.refuse = [](const sok::HostCall& call) { return call.buffer != nullptr; };
+  EXPECT_FALSE(sx_loadotherstring_UTF16(kText, 5, 0, text));
+  EXPECT_EQ(text, nullptr);
+}
+
+struct PlacementCase {
+  std::vector<std::pair<short, short>> records;  // first and second word, from subIndex 0
+  int match_second;
+  int match_first;
+  bool delete_matches;
+  int result;
+  size_t left;       // records left
+  const char* last;  // last host call
+};
+
+TEST(SeparatePlacements, AreFoundByBothWords) {
+  const PlacementCase cases[] = {
+      {{}, 2, 1, true, -1, 0, "SX_NextEData otDI 5,0 12 -> 0"},
+      {{{1, 2}}, 2, 1, false, 0, 1, "SX_LoadEData otDI 5,0 12 -> 1"},
+      {{{1, 2}}, 1, 2, false, -1, 1, "SX_NextEData otDI 5,0 12 -> 1"},
+      {{{9, 2}, {1, 9}, {1, 2}}, 2, 1, false, 2, 3, "SX_NextEData otDI 5,1 12 -> 1"},
+      {{{-1, -2}}, -2, -1, false, 0, 1, "SX_LoadEData otDI 5,0 12 -> 1"},
+      {{{-1, -2}}, 65534, 65535, false, -1, 1, "SX_NextEData otDI 5,0 12 -> 1"},  // words are signed
+      {{{1, 2}}, 2, 65537, false, -1, 1, "SX_NextEData otDI 5,0 12 -> 1"},
+      {{{1, 2}, {3, 2}}, 2, 1, true, 0, 1, "SX_DeleteEData otDI 5,0 -> 1"},
+      // The step goes on from subIndex 0, so of the records that moved down one is passed over.
+      {{{9, 2}, {8, 2}, {1, 2}}, 2, 1, true, 1, 1, "SX_DeleteEData otDI 5,0 -> 1"},
+  };
+  for (const PlacementCase& c : cases) {
+    SCOPED_TRACE(testing::Message() << "case " << &c - cases);
+    TestHost host;
+    for (size_t i = 0; i < c.records.size(); ++i) {
+      const EDTSeparatePlacement placement = {c.records[i].first, c.records[i].second, {}};
+      host.document.records.Save(kPlacement, Key(5, static_cast<int>(i)), &placement, sizeof placement);
+    }
+    const EDTSeparatePlacement neighbour = {1, 2, {}};  // the number after this one holds a match
+    if (!c.records.empty()) host.document.records.Save(kPlacement, Key(6, 0), &neighbour, sizeof neighbour);
+    EDTSeparatePlacement found{};
+    EXPECT_EQ(LoadSeparatePlacement(5, found, c.match_second, c.match_first, c.delete_matches), c.result);
+    EXPECT_EQ(host.calls.back(), c.last);
+    EXPECT_EQ(RecordsOf(host, 5).size(), c.left);
+    if (c.result >= 0) {
+      EXPECT_EQ(found.first, c.match_first);
+    }
+  }
+}
+
+// A first load that failed matches nothing and deletes nothing, whatever it left in the record.
+TEST(SeparatePlacements, AFailedFirstLoadDoesNotMatch) {
+  TestHost host;
+  const EDTSeparatePlacement placements[] = {{1, 2, {}}, {7, 3, {}}};
+  for (const int subIndex : {0, 1}) {
+    host.document.records.Save(kPlacement, Key(5, subIndex), &placements[subIndex], sizeof placements[0]);
+  }
+  host.after = [](sok::HostCall& call) {
+    if (std::strcmp(call.name, "SX_LoadEData") == 0) call.result = 0;  // filled all the same
+  };
+  EDTSeparatePlacement found{};
+  EXPECT_EQ(LoadSeparatePlacement(5, found, 2, 1, true), -1);
+  EXPECT_EQ(LoadSeparatePlacement(5, found, 3, 7, false), 1);
+  EXPECT_TRUE(host.CallsWith("Delete").empty());
+}
+
+}  // namespace

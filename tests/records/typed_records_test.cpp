@@ -1,0 +1,303 @@
+#include "SokExtShared/LIB/records/typed_records.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <functional>
+
+#include "SokExtShared/LIB/records/smart_shape_records.h"
+#include "SokExtShared/SokEDK/Source/host_types.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+constexpr unsigned int kNotes = 0x45056E68;   // a tag of entry details
+constexpr unsigned int kOther = 0x6F743939;   // 'ot99'
+constexpr unsigned int kDetail = 0x64743939;  // 'dt99'
+constexpr unsigned int kGlobal = 0x70663939;  // 'pf99'
+
+template <typename Record>
+Record record;  // one of each type
+char bytes[256];
+
+// A helper's one host call, without its result.
+struct HelperCase {
+  const char* call;
+  bool (*helper)();
+  unsigned int version = kInterfaceVersion;
+};
+
+const HelperCase kHelpers[] = {
+    {"SX_LoadEData SOIu 65535,-2 24", [] { return sx_loadIU(65535, -2, record<EDTInstrumentUsed>); }},
+    {"SX_SaveEData SOIu 3,4 24", [] { return sx_saveIU(3, 4, record<EDTInstrumentUsed>); }},
+    {"SX_DeleteEData SOIu 3,4", [] { return sx_deleteIU(3, 4); }},
+    {"SX_LoadEData SOSS 65535,0 28", [] { return sx_loadstaffsystemspec(-1, record<EDTStaffSystemSpec2005>); }},
+    {"SX_SaveEData SOSS 2,0 28", [] { return sx_savestaffsystemspec(2, record<EDTStaffSystemSpec2005>); }},
+    {"SX_LoadEData SDNG 1,65535,0 36", [] { return sx_loadgroupspec(1, -1, record<EDTGroupSpec>); }},
+    {"SX_SaveEData SDNG 1,2,0 36", [] { return sx_savegroupspec(1, 2, record<EDTGroupSpec>); }},
+    {"SX_DeleteEData SDNG 1,2,0", [] { return sx_deletegroupspec(1, 2); }},
+    {"SX_SaveEData E\\x05nh -7,3 20", [] { return sx_savenoteheadmod(-7, record<EDTNoteheadMods2012>, 3, kNotes); }},
+    {"SX_CreateEData E\\x05nh 70000,-1 20", [] { return sx_addnoteheadmod(70000, record<EDTNoteheadMods2012>, kNotes); }},
+    {"SX_SaveEData E\\x02Ah 7,3 20", [] { return sx_saveaccidentalmod(7, record<EDTAccidentalMods2012>, 3); }},
+    {"SX_CreateEData E\\x02Ah 7,-1 20", [] { return sx_addaccidentalmod(7, record<EDTAccidentalMods2012>); }},
+    {"SX_SaveEData E\\x05nh 7,3 30", [] { return sx_savetiealteration(kNotes, 7, record<EDTTieAltRecord>, 3); }},
+    {"SX_LoadEData edsB 9,0 10", [] { return sx_loadsecbeambreak(9, record<EDTSecBeamBreak>); }},
+    {"SX_SaveEData edsB 9,0 10", [] { return sx_savesecbeambreak(9, record<EDTSecBeamBreak>); }},
+    {"SX_DeleteEData edsB 9,0", [] { return sx_deletesecbeambreak(9); }},
+    {"SX_SaveEData SODT 5,0 77", [] { return sx_savetextexpression(5, bytes, 77, 1); }},
+    {"SX_DeleteEData SODT 5,0", [] { return sx_deletetextexpression(5); }},
+    {"SX_LoadEData otDe 5,0 12", [] { return sx_loadenclosure(5, record<EDTEnclosure>); }},
+    {"SX_SaveEData otDe 5,0 12", [] { return sx_saveenclosure(5, record<EDTEnclosure>); }},
+    {"SX_DeleteEData otDe 5,0", [] { return sx_deleteenclosure(5); }},
+    {"SX_LoadEData SOMS 32768,0 30", [] { return sx_loadmeasurespec(SHRT_MIN, record<EDTMeasureSpec2014>); }},
+    {"SX_SaveEData SOMS 5,0 30", [] { return sx_savemeasurespec(5, record<EDTMeasureSpec2014>); }},
+    {"SX_LoadEData SODY 5,-3 24", [] { return sx_loadscoreexpression2009(5, -3, record<EDTScoreExpression2009>); }, 0x0E000000},
+    {"SX_SaveEData SODY 5,6 24", [] { return sx_savescoreexpression2009(5, 6, record<EDTScoreExpression2009>); }, 0x0E000000},
+    {"SX_LoadEData ot99 5,0 12", [] { return sx_loadshortcut(5, record<EDTShortcut>, kOther); }},
+    {"SX_SaveEData ot99 5,0 12", [] { return sx_saveshortcut(5, record<EDTShortcut>, kOther); }},
+    {"SX_DeleteEData ot99 5,0", [] { return sx_deleteshortcut(5, kOther); }},
+    {"SX_LoadEData E\\x03TP 5,6 30", [] { return sx_loadtuplet(5, 6, record<EDTTuplet2005>); }},
+    {"SX_SaveEData E\\x03TP 5,6 30", [] { return sx_savetuplet(5, 6, record<EDTTuplet2005>); }},
+    {"SX_LoadEData dt99 65535,65535,-1 7", [] { return sx_loaddetail(kDetail, -1, -1, bytes, 7, -1); }},
+    {"SX_SaveEData dt99 1,2,3 7", [] { return sx_savedetail(kDetail, 1, 2, bytes, 7, 3); }},
+    {"SX_DeleteEData dt99 1,2,3", [] { return sx_deletedetail(kDetail, 1, 2, 3); }},
+    {"SX_LoadEData ot99 1,-32768 7", [] { return sx_loadother(kOther, 65537, 32768, bytes, 7); }},
+    {"SX_SaveEData ot99 1,2 7", [] { return sx_saveother(kOther, 1, 2, bytes, 7); }},
+    {"SX_DeleteEData ot99 1,2", [] { return sx_deleteother(kOther, 1, 2); }},
+    {"SX_LoadEData E\\x05nh 70000,2 7", [] { return sx_loadentrydetail(kNotes, 70000, 2, bytes, 7); }},
+    {"SX_SaveEData E\\x05nh 1,2 7", [] { return sx_saveentrydetail(kNotes, 1, 2, bytes, 7); }},
+    {"SX_DeleteEData E\\x05nh 1,2", [] { return sx_deleteentrydetail(kNotes, 1, 2); }},
+    {"SX_LoadEData pf99 -1 7", [] { return sx_loadglobal(kGlobal, 65535, bytes, 7); }},
+    {"SX_SaveEData pf99 1 7", [] { return sx_saveglobal(kGlobal, 1, bytes, 7); }},
+    {"SX_LoadEData SOSC 1,65535,-100000 136", [] { return sx_loadcurrstaffspec(1, -1, -100000, record<EDTStaffSpec2014>); }},
+    {"SX_LoadEData eteE 70000 52", [] { return sx_loadentry(70000, record<EDTEntry>); }},
+    {"SX_SaveEData eteE 5 52", [] { return sx_saveentry(5, record<EDTEntry>); }},
+    {"SX_LoadEData O\\x08Sx 65535,0 92", [] { return sx_loadsmartshape(-1, record<EDTSmartShape>); }},
+    {"SX_SaveEData O\\x08Sx 5,0 92", [] { return sx_savesmartshape(5, record<EDTSmartShape>); }},
+};
+
+TEST(TypedRecords, MakeOneCallEach) {
+  TestHost host;
+  long result = 0;
+  unsigned int version = 0;
+  host.after = [&](sok::HostCall& call) {
+    call.result = result;
+    version = call.version;
+  };
+  for (const HelperCase& c : kHelpers) {
+    for (const long answer : {0, 1, -1, 0x100}) {
+      host.calls.clear();
+      result = answer;
+      EXPECT_EQ(c.helper(), answer != 0) << c.call;
+      EXPECT_EQ(host.calls, std::vector{c.call + (" -> " + std::to_string(answer))});
+      EXPECT_EQ(version, c.version) << c.call;
+    }
+  }
+}
+
+// Helpers that take numbers by reference: the call that they make, and what the numbers are after the host has written
+// all ones into the key. 99: not given.
+struct Numbers {
+  int first = 99;
+  int second = 99;
+  int subIndex = 99;
+
+  bool operator==(const Numbers&) const = default;
+};
+struct WriteBackCase {
+  const char* call;
+  Numbers before;
+  Numbers after;
+  bool (*helper)(Numbers&);
+};
+
+const WriteBackCase kWriteBacks[] = {
+    {"SX_NextEData ot99 1,2 7", {1, 99, 2}, {65535, 99, -1},
+     [](Numbers& n) { return sx_nextother(kOther, n.first, n.subIndex, bytes, 7); }},
+    {"SX_CreateEData ot99 65535,0 7", {65535, 99, 7}, {65535, 99, -1},
+     [](Numbers& n) { return sx_createother(kOther, n.first, n.subIndex, bytes, 7); }},
+    {"SX_CreateEData ot99 65535,7 7", {-1, 99, 7}, {65535, 99, -1},
+     [](Numbers& n) { return sx_createother(kOther, n.first, n.subIndex, bytes, 7); }},
+    {"SX_NextEData dt99 1,2,3 7", {1, 2, 3}, {65535, 65535, -1},
+     [](Numbers& n) { return sx_nextdetail(kDetail, n.first, n.second, bytes, 7, n.subIndex); }},
+    {"SX_CreateEData dt99 1,2,3 7", {1, 2, 3}, {1, 2, -1},
+     [](Numbers& n) {
+       return sx_createdetailconstcmper(kDetail, n.first, static_cast<unsigned int>(n.second), bytes, 7, n.subIndex);
+     }},
+    {"SX_CreateEData dt99 1,65535,3 7", {1, -1, 3}, {1, 65535, -1},
+     [](Numbers& n) {
+       auto second = static_cast<unsigned int>(n.second);
+       const bool created = sx_createdetail(kDetail, n.first, second, bytes, 7, n.subIndex);
+       n.second = static_cast<int>(second);
+       return created;
+     }},
+    {"SX_CreateEData dt99 65535,2,3 7", {-1, 2, 3}, {-1, 2, -1},
+     [](Numbers& n) { return sx_createdetail(kDetail, n.first, n.second, bytes, 7, n.subIndex); }},
+    {"SX_CreateEData E\\x05nh 1,3 7", {1, 99, 3}, {1, 99, -1},
+     [](Numbers& n) {
+       return sx_createentrydetail(kNotes, static_cast<unsigned int>(n.first), n.subIndex, bytes, 7);
+     }},
+    {"SX_CreateEData E\\x05nh 70000,3 7", {70000, 99, 3}, {-1, 99, -1},
+     [](Numbers& n) { return sx_createentrydetail(kNotes, n.first, n.subIndex, bytes, 7); }},
+    {"SX_CreateEData E\\x03TP 1,3 30", {1, 99, 3}, {1, 99, -1},
+     [](Numbers& n) {
+       auto subIndex = static_cast<short>(n.subIndex);
+       const bool created = sx_createtuplet(n.first, subIndex, record<EDTTuplet2005>);
+       n.subIndex = subIndex;
+       return created;
+     }},
+    {"SX_NextEData eteE 70000 52", {70000}, {-1}, [](Numbers& n) { return sx_nextentry(n.first, record<EDTEntry>); }},
+    {"SX_PreviousEData eteE 2 52", {2}, {-1}, [](Numbers& n) { return sx_preventry(n.first, record<EDTEntry>); }},
+    {"SX_CreateEData O\\x08Sx 4,-1 92", {4}, {65535},
+     [](Numbers& n) { return sx_createsmartshape(n.first, record<EDTSmartShape>); }},
+    {"SX_CreateEData O\\x08Sx 65535,0 92", {65535}, {65535},
+     [](Numbers& n) { return sx_createsmartshape(n.first, record<EDTSmartShape>); }},
+    {"SX_NextEData O\\x08Sx 4,0 92", {4}, {65535},
+     [](Numbers& n) { return sx_nextsmartshape(n.first, record<EDTSmartShape>); }},
+};
+
+TEST(TypedRecords, BringKeysBackWhateverTheResult) {
+  TestHost host;
+  long result = 0;
+  host.after = [&](sok::HostCall& call) {
+    std::memset(const_cast<EDataID*>(call.id), 0xFF, sizeof(EDataID));
+    call.result = result;
+  };
+  for (const WriteBackCase& c : kWriteBacks) {
+    for (const long answer : {0, 1}) {
+      host.calls.clear();
+      result = answer;
+      Numbers numbers = c.before;
+      EXPECT_EQ(c.helper(numbers), answer != 0) << c.call;
+      EXPECT_EQ(host.calls, std::vector{c.call + (" -> " + std::to_string(answer))});
+      EXPECT_TRUE(numbers == c.after) << c.call << ": " << numbers.first << " " << numbers.second << " "
+                                      << numbers.subIndex;
+    }
+  }
+}
+
+// A document whose entry 7 has `count` records of a tag; the first word of each is 100 plus its subIndex.
+template <typename Record>
+void AddRecords(TestHost& host, unsigned int tag, short count) {
+  for (short i = 0; i < count; ++i) {
+    Record mods{};
+    const short word = static_cast<short>(100 + i);
+    std::memcpy(&mods, &word, 2);
+    EDataID id{};
+    id.entryDetail.entryNum = 7;
+    id.entryDetail.subIndex = i;
+    host.document.records.Save(tag, id, &mods, sizeof mods);
+  }
+}
+
+struct SearchCase {
+  short records;
+  short wanted;
+  short found;  // -5: not found
+  size_t loads;
+  short word;  // first word of the caller's record then; it starts as -9
+};
+
+template <typename Record, typename Search>
+void ExpectSearches(unsigned int tag, std::initializer_list<SearchCase> cases, Search search) {
+  for (const SearchCase& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.records << " records, wanted " << c.wanted);
+    TestHost host;
+    AddRecords<Record>(host, tag, c.records);
+    Record mods;
+    std::memset(&mods, 0xF7, sizeof mods);
+    const short start = -9;
+    std::memcpy(&mods, &start, 2);
+    short found = -5;
+    EXPECT_EQ(search(c.wanted, mods, found), c.found != -5);
+    EXPECT_EQ(found, c.found);
+    EXPECT_EQ(host.calls.size(), c.loads);
+    short word = 0;
+    std::memcpy(&word, &mods, 2);
+    EXPECT_EQ(word, c.word);
+  }
+}
+
+TEST(RecordSearches, NoteheadChangesZeroTheRecordAtTheEnd) {
+  ExpectSearches<EDTNoteheadMods2012>(kNotes,
+                                      {{0, 100, -5, 1, 0},
+                                       {3, 102, 2, 3, 102},
+                                       {3, 103, -5, 4, 0},
+                                       {3, -1, -5, 4, 0},  // no special value here
+                                       {1001, 1099, 999, 1000, 1099},
+                                       {1001, 1100, -5, 1000, 1099}},
+                                      [](short wanted, EDTNoteheadMods2012& mods, short& found) {
+                                        return sx_loadnoteheadmod(7, wanted, mods, found, kNotes);
+                                      });
+}
+
+TEST(RecordSearches, AccidentalChangesTakeAnyFirstRecordForMinusOne) {
+  ExpectSearches<EDTAccidentalMods2012>(0x45024168,
+                                        {{0, 100, -5, 1, -9},
+                                         {0, -1, -5, 1, -9},
+                                         {3, -1, 0, 1, 100},
+                                         {3, 101, 1, 2, 101},
+                                         {3, 103, -5, 4, 102},
+                                         {1001, 1100, -5, 1000, 1099}},
+                                        [](short wanted, EDTAccidentalMods2012& mods, short& found) {
+                                          return sx_loadaccidentalmod(7, wanted, mods, found);
+                                        });
+}
+
+TEST(RecordSearches, TieAlterationsGiveUpAfterTwenty) {
+  ExpectSearches<EDTTieAltRecord>(
+      kNotes, {{0, 100, -5, 1, -9}, {25, 119, 19, 20, 119}, {25, 120, -5, 20, 119}, {2, -1, -5, 3, 101}},
+      [](short wanted, EDTTieAltRecord& mods, short& found) {
+        return sx_loadtiealteration(kNotes, 7, wanted, mods, found);
+      });
+}
+
+TEST(RecordSearches, DeleteAllUntilTheHostRefuses) {
+  TestHost host;
+  AddRecords<EDTNoteheadMods2012>(host, kNotes, 3);
+  AddRecords<EDTAccidentalMods2012>(host, 0x45024168, 1);
+  EXPECT_FALSE(sx_deletenoteheadmod(7, kNotes));
+  EXPECT_FALSE(sx_deleteaccidentalmod(7));
+  EXPECT_EQ(host.calls,
+            (std::vector<std::string>{"SX_DeleteEData E\\x05nh 7,0 -> 1", "SX_DeleteEData E\\x05nh 7,0 -> 1",
+                                      "SX_DeleteEData E\\x05nh 7,0 -> 1", "SX_DeleteEData E\\x05nh 7,0 -> 0",
+                                      "SX_DeleteEData E\\x02Ah 7,0 -> 1", "SX_DeleteEData E\\x02Ah 7,0 -> 0"}));
+}
+
+TEST(TypedRecords, BringBackTheSizeOfTextExpressionsAndGlobals) {
+  TestHost host;
+  host.document.records.Save(0x534F4454, EDataID{}, "eight..", 8);
+  host.document.records.Save(kGlobal, EDataID{}, "xy", 2);
+  std::memset(bytes, 'z', sizeof bytes);
+  int size = 5;
+  EXPECT_TRUE(sx_loadtextexpression(0, bytes, size, 0));
+  EXPECT_EQ(size, 8);
+  EXPECT_EQ(std::string(bytes, 6), "eightz");
+  size = 4;
+  EXPECT_TRUE(sx_loadglobalwithsize(kGlobal, 0, bytes, size));
+  EXPECT_EQ(size, 2);
+  EXPECT_EQ(std::string(bytes, 6), std::string("xy\0\0tz", 6));  // zeroed as far as the stated size
+}
+
+TEST(TypedRecords, GlobalsReadAsZerosWithoutTheEntryPoint) {
+  TestHost host;
+  TestHost::Hide("SX_LoadEData");
+  unsigned char layer[5] = {1, 2, 3, 4, 5};
+  EXPECT_FALSE(sx_loadglobal(0x70664C41, 0, layer, 4));
+  EXPECT_EQ(std::vector(layer, layer + 5), (std::vector<unsigned char>{0, 0, 0, 0, 5}));
+  sx_loadglobal(0x70664C41, 0, layer, -1);  // nothing to zero
+  EXPECT_EQ(layer[4], 5);
+}
+
+TEST(SafeGetMeasureDuration, IsNeverZero) {
+  TestHost host;
+  long duration = 0;
+  host.after = [&](sok::HostCall& call) { call.result = duration; };
+  EXPECT_EQ(SafeGetMeasureDuration(3, 2), 4096);
+  duration = -70000;
+  EXPECT_EQ(SafeGetMeasureDuration(3, 2), -70000);
+  EXPECT_EQ(host.calls[0], "SX_GetMeasureDuration 3 2 -> 0");
+}
+
+}  // namespace
