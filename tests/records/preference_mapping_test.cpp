@@ -55,8 +55,7 @@ struct StructureCase {
 constexpr StructureCase kStructures[] = {
     {"pfDP", 76, 76, 0x4E156142, "21 59 22 67 68 20 13 19 27 18 39 65 14 01 77.4"},
     {"pfSI", 54, 54, 0x1B60B89A, "67 58 68 62 03 23 14 64 27 59 01 97 20 21 69"},
-    {"pfMS", 104, 104, 0xE6CC35F3,
-     "36 03 09 41 20 27 01 13 15 44 12 41.2 23 19 31 05 93 76 17 16 62 41.1 FI@10"},
+    {"pfMS", 104, 104, 0xE6CC35F3, "36 03 09 41 20 27 01 13 15 44 12 41.2 23 19 31 05 93 76 17 16 62 41.1 FI@10"},
     {"pfRP", 40, 40, 0x8E0ECB01, "70 71 05 72 76"},
     {"pfPB", 44, 44, 0x07A0A776, "65 60 61 64 45"},
     {"pfSS", 96, 108, 0x03D898A1, "92 FI@11 FI@12 12 11 69 51 53 50 53.1 93 97.1"},
@@ -82,8 +81,8 @@ TEST(PreferenceTables, LoadEachRecordOnceAndEachFieldFromItsWord) {
   TestHost host;
   host.after = [](sok::HostCall& call) {
     for (unsigned short i = 0; i < 6; ++i) {
-      const std::string word = sok::FourCharacters(call.tag) + " " + sok::KeyText(call.tag, *call.id) + " " +
-                               std::to_string(i);
+      const std::string word =
+          sok::FourCharacters(call.tag) + " " + sok::KeyText(call.tag, *call.id) + " " + std::to_string(i);
       const auto value = static_cast<unsigned short>(Fnv(word));
       std::memcpy(static_cast<char*>(call.buffer) + 2 * i, &value, 2);
     }
@@ -115,10 +114,9 @@ TEST(PreferenceTables, SaveTheRecordOfAChangedFieldAlone) {
       if (row.conversion <= kHighWordFirst) field[row.fieldSize - 1] ^= 0xC0;
       host.calls.clear();
       EXPECT_EQ(SaveStructure(table.tag, structure.data(), 108), 1);
-      EXPECT_EQ(host.CallsWith("SX_SaveEData"),
-                std::vector{"SX_SaveEData ot" + std::string(row.recordChars, 2) + " " +
-                            std::to_string(row.cmper != 0 ? row.cmper : 65534) + "," + std::to_string(row.subIndex) +
-                            " 12 -> 1"});
+      EXPECT_EQ(host.CallsWith("SX_SaveEData"), std::vector{"SX_SaveEData ot" + std::string(row.recordChars, 2) + " " +
+                                                            std::to_string(row.cmper != 0 ? row.cmper : 65534) + "," +
+                                                            std::to_string(row.subIndex) + " 12 -> 1"});
       std::array<unsigned char, 108> loaded{};
       LoadStructure(table.tag, loaded.data());
       EXPECT_EQ(loaded, structure) << sok::FourCharacters(table.tag) << " offset " << row.fieldOffset;
@@ -195,10 +193,9 @@ TEST(PreferenceTables, TakeALowWordFirst) {
 TEST(PreferenceTables, ARefusedRecordReadsAsZeros) {
   TestHost host;
   const Words ones = {1, 1, 1, 1, 1, 1};
-  for (const char* record : {"ot70", "ot71", "ot05", "ot72", "ot76"}) {
-    host.document.records.Save(0x6F740000u | static_cast<unsigned char>(record[2]) << 8 |
-                                   static_cast<unsigned char>(record[3]),
-                               RecordKey(65534, 0), ones.data(), 12);
+  constexpr char kRepeats[][5] = {"ot70", "ot71", "ot05", "ot72", "ot76"};
+  for (const auto& record : kRepeats) {
+    host.document.records.Save(FourCharacterTag(record), RecordKey(65534, 0), ones.data(), 12);
   }
   host.refuse = [](const sok::HostCall& call) { return call.tag == FourCharacterTag("ot71"); };
   std::array<unsigned short, 20> repeats{};

@@ -28,6 +28,7 @@ struct HelperCase {
   unsigned int version = kInterfaceVersion;
 };
 
+// clang-format off
 const HelperCase kHelpers[] = {
     {"SX_LoadEData SOIu 65535,-2 24", [] { return sx_loadIU(65535, -2, record<EDTInstrumentUsed>); }},
     {"SX_SaveEData SOIu 3,4 24", [] { return sx_saveIU(3, 4, record<EDTInstrumentUsed>); }},
@@ -76,6 +77,7 @@ const HelperCase kHelpers[] = {
     {"SX_LoadEData O\\x08Sx 65535,0 92", [] { return sx_loadsmartshape(-1, record<EDTSmartShape>); }},
     {"SX_SaveEData O\\x08Sx 5,0 92", [] { return sx_savesmartshape(5, record<EDTSmartShape>); }},
 };
+// clang-format on
 
 TEST(TypedRecords, MakeOneCallEach) {
   TestHost host;
@@ -112,6 +114,7 @@ struct WriteBackCase {
   bool (*helper)(Numbers&);
 };
 
+// clang-format off
 const WriteBackCase kWriteBacks[] = {
     {"SX_NextEData ot99 1,2 7", {1, 99, 2}, {65535, 99, -1},
      [](Numbers& n) { return sx_nextother(kOther, n.first, n.subIndex, bytes, 7); }},
@@ -156,6 +159,7 @@ const WriteBackCase kWriteBacks[] = {
     {"SX_NextEData O\\x08Sx 4,0 92", {4}, {65535},
      [](Numbers& n) { return sx_nextsmartshape(n.first, record<EDTSmartShape>); }},
 };
+// clang-format on
 
 TEST(TypedRecords, BringKeysBackWhateverTheResult) {
   TestHost host;

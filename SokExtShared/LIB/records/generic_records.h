@@ -1,7 +1,7 @@
 // Record helpers for tags that the caller chooses, one family for each view of the key.
 //
-// Each makes a key from plain numbers (cut to the width of their key field: 16 bits for cmper, secondCmper, subIndex and
-// instance), makes one record call of record_access.h with the interface version, and returns true when the host
+// Each makes a key from plain numbers (cut to the width of their key field: 16 bits for cmper, secondCmper, subIndex
+// and instance), makes one record call of record_access.h with the interface version, and returns true when the host
 // answered non-zero. Sizes count bytes; buffers are the caller's, hold `size` bytes, and on failure hold what the host
 // left in them. Loads drop the size that the host writes back unless `size` is a reference.
 //

@@ -51,7 +51,8 @@ inline EDataID GlobalKey(int instance) {
 }
 
 // The size that the host writes back is dropped.
-inline bool Load(unsigned int tag, const EDataID& id, void* buffer, int size, unsigned int version = kInterfaceVersion) {
+inline bool Load(unsigned int tag, const EDataID& id, void* buffer, int size,
+                 unsigned int version = kInterfaceVersion) {
   return SX_LoadEData(tag, &id, buffer, &size, version) != 0;
 }
 inline bool Save(unsigned int tag, const EDataID& id, const void* buffer, int size,
@@ -70,17 +71,17 @@ inline bool Previous(unsigned int tag, EDataID& id, void* buffer, int size) {
 }
 
 template <typename Record>
-  requires std::is_class_v<Record>
+requires std::is_class_v<Record>
 bool Load(unsigned int tag, const EDataID& id, Record& record, unsigned int version = kInterfaceVersion) {
   return Load(tag, id, &record, static_cast<int>(sizeof record), version);
 }
 template <typename Record>
-  requires std::is_class_v<Record>
+requires std::is_class_v<Record>
 bool Save(unsigned int tag, const EDataID& id, const Record& record, unsigned int version = kInterfaceVersion) {
   return Save(tag, id, &record, static_cast<int>(sizeof record), version);
 }
 template <typename Record>
-  requires std::is_class_v<Record>
+requires std::is_class_v<Record>
 bool Create(unsigned int tag, EDataID id, const Record& record) {
   return Create(tag, id, &record, static_cast<int>(sizeof record));
 }

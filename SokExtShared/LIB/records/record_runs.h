@@ -15,8 +15,8 @@ short OrvelOtArray_Save(unsigned int tag, const EDataID* id, short count, int el
 
 // Loads an 8-bit text from a run into a new buffer that the caller releases with free(). A missing run is an empty
 // text. The text ends before two zero bytes in a row, also across two records, before a zero byte at the run's end,
-// and where the run ends; a single zero byte before another byte belongs to it. False, and `text` null, when there is no
-// memory or a record is refused that was there a moment ago.
+// and where the run ends; a single zero byte before another byte belongs to it. False, and `text` null, when there is
+// no memory or a record is refused that was there a moment ago.
 bool sx_loadotherstring(unsigned int tag, int cmper, int subIndex, char*& text);
 
 // Stores an 8-bit text as a run without its terminating zero. False for null, for a text of 32768 bytes or more
@@ -24,8 +24,8 @@ bool sx_loadotherstring(unsigned int tag, int cmper, int subIndex, char*& text);
 bool sx_saveotherstring(unsigned int tag, int cmper, int subIndex, char* text);
 
 // Loads a UTF-16 text, one record with its zero unit, into a new buffer of the record's size that the caller releases
-// with delete[]. An odd last byte is dropped, and a record without a zero unit gets one. When the host does not know the
-// record's size: false, and `text` is untouched. When it refuses the load itself: false, and `text` is null.
+// with delete[]. An odd last byte is dropped, and a record without a zero unit gets one. When the host does not know
+// the record's size: false, and `text` is untouched. When it refuses the load itself: false, and `text` is null.
 bool sx_loadotherstring_UTF16(unsigned int tag, int cmper, int subIndex, unsigned short*& text);
 
 // Stores a UTF-16 text as one record, its zero unit included. False for null or when the save fails.

@@ -4,6 +4,7 @@
 // EDTTieAltRecord) begin with the 16-bit word that the search compares.
 #pragma once
 
+// clang-format off
 struct EDTInstrumentUsed { unsigned char host[24]; };
 struct EDTStaffSystemSpec2005 { unsigned char host[28]; };
 struct EDTGroupSpec { unsigned char host[36]; };
@@ -18,6 +19,7 @@ struct EDTShortcut { unsigned char host[12]; };
 struct EDTTuplet2005 { unsigned char host[30]; };
 struct EDTStaffSpec2014 { unsigned char host[136]; };
 struct EDTEntry { unsigned char host[52]; };
+// clang-format on
 
 static_assert(sizeof(EDTInstrumentUsed) == 24);
 static_assert(sizeof(EDTStaffSystemSpec2005) == 28);

@@ -8,18 +8,18 @@ using namespace record_calls;
 
 namespace {
 
-constexpr unsigned int kInstrumentUsed = 0x534F4975;         // 'SOIu'
-constexpr unsigned int kStaffSystemSpec = 0x534F5353;        // 'SOSS'
-constexpr unsigned int kGroupSpec = 0x53444E47;              // 'SDNG'
-constexpr unsigned int kAccidentalMods = 0x45024168;         // 'E', 2, 'Ah'
-constexpr unsigned int kSecondaryBeamBreak = 0x65647342;     // 'edsB'
-constexpr unsigned int kTextExpression = 0x534F4454;         // 'SODT'
-constexpr unsigned int kEnclosure = 0x6F744465;              // 'otDe'
-constexpr unsigned int kMeasureSpec = 0x534F4D53;            // 'SOMS'
-constexpr unsigned int kScoreExpression = 0x534F4459;        // 'SODY'
-constexpr unsigned int kTuplet = 0x45035450;                 // 'E', 3, 'TP'
-constexpr unsigned int kCurrentStaffSpec = 0x534F5343;       // 'SOSC'
-constexpr unsigned int kEntry = 0x65746545;                  // 'eteE'
+constexpr unsigned int kInstrumentUsed = 0x534F4975;      // 'SOIu'
+constexpr unsigned int kStaffSystemSpec = 0x534F5353;     // 'SOSS'
+constexpr unsigned int kGroupSpec = 0x53444E47;           // 'SDNG'
+constexpr unsigned int kAccidentalMods = 0x45024168;      // 'E', 2, 'Ah'
+constexpr unsigned int kSecondaryBeamBreak = 0x65647342;  // 'edsB'
+constexpr unsigned int kTextExpression = 0x534F4454;      // 'SODT'
+constexpr unsigned int kEnclosure = 0x6F744465;           // 'otDe'
+constexpr unsigned int kMeasureSpec = 0x534F4D53;         // 'SOMS'
+constexpr unsigned int kScoreExpression = 0x534F4459;     // 'SODY'
+constexpr unsigned int kTuplet = 0x45035450;              // 'E', 3, 'TP'
+constexpr unsigned int kCurrentStaffSpec = 0x534F5343;    // 'SOSC'
+constexpr unsigned int kEntry = 0x65746545;               // 'eteE'
 
 constexpr unsigned int kScoreExpressionVersion = 0x0E000000;
 constexpr short kFirstRecord = -1;  // matches an entry's first accidental change, whatever it is

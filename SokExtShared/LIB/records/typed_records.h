@@ -21,9 +21,9 @@ bool sx_savegroupspec(unsigned short cmper, short secondCmper, const EDTGroupSpe
 bool sx_deletegroupspec(unsigned short cmper, short secondCmper);
 
 // Notehead changes of an entry's notes, one record a note, in any order; the tag is the caller's.
-// The load looks through the entry's records from subIndex 0, 1000 at most, for one whose first 16-bit word is `wanted`.
-// Found: true, and `found` is its subIndex. Not found: `found` keeps its value, and the record is all zero; after 1000
-// others it holds the last of them.
+// The load looks through the entry's records from subIndex 0, 1000 at most, for one whose first 16-bit word is
+// `wanted`. Found: true, and `found` is its subIndex. Not found: `found` keeps its value, and the record is all zero;
+// after 1000 others it holds the last of them.
 bool sx_loadnoteheadmod(int entryNum, short wanted, EDTNoteheadMods2012& record, short& found, unsigned int tag);
 bool sx_savenoteheadmod(int entryNum, EDTNoteheadMods2012 record, short subIndex, unsigned int tag);
 // Adds a record behind the entry's others; its subIndex is not reported.

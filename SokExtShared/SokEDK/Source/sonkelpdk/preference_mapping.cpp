@@ -79,18 +79,24 @@ unsigned int LongValue(const PrefMapRow& row, const FieldRecord& record) {
   const unsigned int first = record.words[row.wordIndex];
   const unsigned int second = record.words[row.wordIndex + 1];
   switch (row.conversion) {
-    case kHighWordFirst: return first << 16 | second;
-    case kLowWordFirst: return second << 16 | first;
-    default: return 0;
+    case kHighWordFirst:
+      return first << 16 | second;
+    case kLowWordFirst:
+      return second << 16 | first;
+    default:
+      return 0;
   }
 }
 
 unsigned short WordValue(const PrefMapRow& row, const FieldRecord& record) {
   const unsigned short word = record.words[row.wordIndex];
   switch (row.conversion) {
-    case kNot: return word == 0;
-    case kLowByte: return word & 0xFF;
-    default: return word;
+    case kNot:
+      return word == 0;
+    case kLowByte:
+      return word & 0xFF;
+    default:
+      return word;
   }
 }
 
@@ -176,10 +182,8 @@ short LoadTable(const PreferenceTable& table, void* buffer, int* size) {
 
 short SaveTable(const PreferenceTable& table, const void* buffer, int size) {
   if (buffer == nullptr || size < static_cast<int>(table.rows.size()) * 2) return 0;
-  ForEachField(table, [structure = static_cast<const unsigned char*>(buffer)](const PrefMapRow& row,
-                                                                              FieldRecord& record) {
-    return SaveField(row, record, structure);
-  });
+  ForEachField(table, [structure = static_cast<const unsigned char*>(buffer)](
+                          const PrefMapRow& row, FieldRecord& record) { return SaveField(row, record, structure); });
   return 1;
 }
 

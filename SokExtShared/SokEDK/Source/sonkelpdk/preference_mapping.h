@@ -14,8 +14,8 @@
 // The buffer of a structure must hold all of it, which `size` is not compared with. 'pfSS' reports 96 and fills 108.
 bool LoadPreference(unsigned int tag, const EDataID* id, void* buffer, int* size, short& result);
 
-// The same for a save. It answers 0 without a host call when the buffer is null or `size` is too small: below 12 bytes a
-// record for arrays, below 2 bytes a table row for structures (less than some structures take).
+// The same for a save. It answers 0 without a host call when the buffer is null or `size` is too small: below 12 bytes
+// a record for arrays, below 2 bytes a table row for structures (less than some structures take).
 bool SavePreference(unsigned int tag, const EDataID* id, const void* buffer, int size, short& result);
 
 // How an array of 12-byte records stands behind a preference tag: under `mappedTag`, cmper 65534, `count` records with

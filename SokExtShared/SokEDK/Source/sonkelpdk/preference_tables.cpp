@@ -377,16 +377,9 @@ static_assert(Measure(kExtractPrefs) == Measures{.rows = 25, .size = 50, .reach 
 static_assert(Measure(kPageFormatPrefsScore) == Measures{.rows = 22, .size = 48, .reach = 48, .records = 9});
 static_assert(Measure(k2005Prefs) == Measures{.rows = 11, .size = 22, .reach = 22, .records = 9});
 
-static_assert(Disjoint(kDistancePrefs) &&
-              Disjoint(kSizePrefs) &&
-              Disjoint(kMiscDocPrefs) &&
-              Disjoint(kRepeatPrefs) &&
-              Disjoint(kPianoBracePrefs) &&
-              Disjoint(kSmartShapePrefs) &&
-              Disjoint(kPlaybackPrefs) &&
-              Disjoint(kExtractPrefs) &&
-              Disjoint(kPageFormatPrefsScore) &&
-              Disjoint(k2005Prefs));
+static_assert(Disjoint(kDistancePrefs) && Disjoint(kSizePrefs) && Disjoint(kMiscDocPrefs) && Disjoint(kRepeatPrefs) &&
+              Disjoint(kPianoBracePrefs) && Disjoint(kSmartShapePrefs) && Disjoint(kPlaybackPrefs) &&
+              Disjoint(kExtractPrefs) && Disjoint(kPageFormatPrefsScore) && Disjoint(k2005Prefs));
 
 constexpr auto kDistancePrefsNext = NextOfRecord(kDistancePrefs);
 constexpr auto kSizePrefsNext = NextOfRecord(kSizePrefs);

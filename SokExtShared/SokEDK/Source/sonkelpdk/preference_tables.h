@@ -17,13 +17,13 @@ enum PrefConversion : int {
 
 // One field of a structure.
 struct PrefMapRow {
-  short done;             // scratch flag of the call that runs: this row has been handled
-  char recordChars[2];    // what follows 'ot' in the record's tag
-  unsigned short cmper;   // the record's key; 0 stands for 65534
+  short done;            // scratch flag of the call that runs: this row has been handled
+  char recordChars[2];   // what follows 'ot' in the record's tag
+  unsigned short cmper;  // the record's key; 0 stands for 65534
   short subIndex;
-  short fieldOffset;      // in bytes, in the caller's structure
-  short wordIndex;        // 0 to 5; the first of two for a 32-bit field
-  short fieldSize;        // 2 or 4 bytes
+  short fieldOffset;  // in bytes, in the caller's structure
+  short wordIndex;    // 0 to 5; the first of two for a 32-bit field
+  short fieldSize;    // 2 or 4 bytes
   PrefConversion conversion;
 
   constexpr bool SameRecord(const PrefMapRow& other) const {
