@@ -5,6 +5,7 @@
 // UTF-8. Copies are independent, except that they share the source of entries.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <functional>
 #include <map>

@@ -26,7 +26,8 @@ bool LoadEntry(const Document& document, int number, void* buffer, int* size) {
   if (buffer != nullptr) {
     const std::vector<EXENTRY> entries = document.Entries(position->place);
     unsigned char record[kEntryRecordSize] = {};
-    std::memcpy(record, &entries[static_cast<size_t>(position->index)], kEntryViewEnd);
+    const auto* const entry = reinterpret_cast<const unsigned char*>(entries.data() + position->index);
+    std::copy(entry, entry + kEntryViewEnd, record);
     std::memcpy(buffer, record, static_cast<size_t>(std::min(*size, kEntryRecordSize)));
   }
   if (size != nullptr) *size = kEntryRecordSize;
@@ -37,8 +38,9 @@ bool SaveEntry(Document& document, int number, const void* buffer, int size) {
   const auto position = document.FindEntry(number);
   if (!position || buffer == nullptr || size < static_cast<int>(kEntryViewEnd)) return false;
   std::vector<EXENTRY> entries = document.Entries(position->place);
-  std::memcpy(reinterpret_cast<unsigned char*>(&entries[static_cast<size_t>(position->index)]) + kEntryNumberEnd,
-              static_cast<const unsigned char*>(buffer) + kEntryNumberEnd, kEntryViewEnd - kEntryNumberEnd);
+  const auto* const record = static_cast<const unsigned char*>(buffer);
+  std::copy(record + kEntryNumberEnd, record + kEntryViewEnd,
+            reinterpret_cast<unsigned char*>(entries.data() + position->index) + kEntryNumberEnd);
   return document.SetEntries(position->place, std::move(entries));
 }
 

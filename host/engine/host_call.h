@@ -33,6 +33,10 @@ void Describe(HostCall& call, bool as_text, const void* handle);
 void Describe(HostCall& call, bool as_text, Text text);
 void Describe(HostCall& call, bool as_text, Text16 text);
 
+// The observer sees a frame that is handed out.
+inline void NoteResult(HostCall& call, EXTGF2005a* frame) { call.frame = frame; }
+inline void NoteResult(HostCall&, const void*) {}
+
 // One call to be served: Serve<Result>(__func__, version, argument...)(body), where `body` does the work and answers.
 // Without a document it answers 0 or null.
 template <typename Result, typename... Arguments>
@@ -73,7 +77,7 @@ class Served {
     } else if constexpr (std::is_pointer_v<Result>) {
       const Result result = body();
       call.result = reinterpret_cast<long>(result);
-      if constexpr (std::is_same_v<Result, EXTGF2005a*>) call.frame = result;
+      NoteResult(call, result);
     } else {
       call.result = body();
     }

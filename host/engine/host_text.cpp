@@ -19,7 +19,7 @@ std::string TakeBytes(CFStringRef string, CFStringEncoding encoding) {
   return bytes;
 }
 
-CFStringRef FromBytes(const char* text, CFStringEncoding encoding) {
+CFStringRef CreateFromBytes(const char* text, CFStringEncoding encoding) {
   return CFStringCreateWithCString(kCFAllocatorDefault, text, encoding);
 }
 
@@ -27,7 +27,7 @@ CFStringRef FromBytes(const char* text, CFStringEncoding encoding) {
 
 std::string Utf8FromMacRoman(const char* text) {
   if (text == nullptr) return {};
-  return TakeBytes(FromBytes(text, kCFStringEncodingMacRoman), kCFStringEncodingUTF8);
+  return TakeBytes(CreateFromBytes(text, kCFStringEncodingMacRoman), kCFStringEncodingUTF8);
 }
 
 std::string Utf8FromUtf16(const unsigned short* text) {
@@ -38,11 +38,11 @@ std::string Utf8FromUtf16(const unsigned short* text) {
 }
 
 std::string MacRomanFromUtf8(const std::string& text) {
-  return TakeBytes(FromBytes(text.c_str(), kCFStringEncodingUTF8), kCFStringEncodingMacRoman);
+  return TakeBytes(CreateFromBytes(text.c_str(), kCFStringEncodingUTF8), kCFStringEncodingMacRoman);
 }
 
 std::u16string Utf16FromUtf8(const std::string& text) {
-  const CFStringRef string = FromBytes(text.c_str(), kCFStringEncodingUTF8);
+  const CFStringRef string = CreateFromBytes(text.c_str(), kCFStringEncodingUTF8);
   if (string == nullptr) return {};
   const CFRange all = {0, CFStringGetLength(string)};
   std::u16string units(static_cast<size_t>(all.length), u'\0');

@@ -1,6 +1,7 @@
 // The engine bundle as an extension meets it: through the kit's wrappers.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <set>
 
