@@ -1,0 +1,219 @@
+// Every kit function that makes more than one host call, with each of those calls failing in turn: nothing crashes,
+// nothing runs for ever, nothing leaks.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "SokExtShared/SokEDK.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+constexpr unsigned int kRun = 0x6F747878;            // 'otxx', no tag of anybody's
+constexpr unsigned int kNoteheads = 0x4502636E;      // 'E', 2, 'cn'
+constexpr unsigned int kInstrumentList = 0x6F744443;  // 'otDC'
+constexpr unsigned short kName[] = {'A', '^', 'f', 'l', 'a', 't', '(', ')', 0};
+
+// What the functions below find: two of everything, so that loops have something to go on to.
+void FillDocument(sok::Document& document) {
+  document.records = {};
+  const auto save = [&](unsigned int tag, EDataID id, std::vector<unsigned char> bytes) {
+    document.records.Save(tag, id, bytes.data(), static_cast<int>(bytes.size()));
+  };
+  const auto other = [](int cmper, int subIndex) {
+    EDataID id{};
+    id.other = {static_cast<unsigned short>(cmper), static_cast<short>(subIndex)};
+    return id;
+  };
+  for (short i = 0; i < 3; ++i) {
+    EDataID entry{};
+    entry.entryDetail.entryNum = 7;
+    entry.entryDetail.subIndex = i;
+    save(kNoteheads, entry, std::vector<unsigned char>(20, static_cast<unsigned char>(i + 1)));
+    save(0x45024168, entry, std::vector<unsigned char>(20, static_cast<unsigned char>(i + 1)));
+    save(0x65644578, entry, {5, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(kRun, other(1, i), std::vector<unsigned char>(12, static_cast<unsigned char>(i == 2 ? 0 : 'a')));
+    save(0x6F744449, other(1, i), {static_cast<unsigned char>(i), 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(0x6F744449, other(2, i), std::vector<unsigned char>(12, 9));
+    save(kInstrumentList, other(1, i), {1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0});
+    save(kInstrumentList, other(2, i), {2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(0x6F744D78, other(i + 1, 0), {5, 0, static_cast<unsigned char>(i == 1 ? 3 : 0), 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(0x534F5458, other(i + 1, 0), std::vector<unsigned char>(26, 1));
+    save(0x7478626C, other(i + 1, 0), {'^', 0, 'f', 0, '(', 0, ')', 0, 'x', 0, 0, 0});
+    save(0x534F4953, other(i + 1, 0), std::vector<unsigned char>(136, static_cast<unsigned char>(i)));
+    save(0x4F027054, other(i + 1, 0), std::vector<unsigned char>(24, 1));
+    EDataID detail{};
+    detail.detail.cmper = 1;
+    detail.detail.secondCmper = 1;
+    detail.detail.subIndex = i;
+    save(0x64746D74, detail, {static_cast<unsigned char>(i), 0, 0, 0, 0, 0, 0, 0, 0, 0});
+  }
+  std::vector<unsigned char> shape(92);
+  shape[5] = 0x40;  // on entries
+  shape[6] = 1, shape[8] = 1, shape[10] = 7, shape[36] = 1, shape[38] = 3, shape[40] = 7;
+  save(0x4F085378, other(5, 0), shape);
+}
+
+EDTSmartShape LongShape() {
+  EDTSmartShape shape{};
+  shape.flags = 0x40000000;
+  shape.startStaff = shape.endStaff = 1;
+  shape.startMeasure = 1;
+  shape.endMeasure = 4;
+  shape.startEntry = shape.endEntry = 7;
+  return shape;
+}
+
+struct KitCall {
+  const char* name;
+  void (*call)();
+};
+
+const KitCall kCalls[] = {
+    {"search helpers", [] {
+       EDTNoteheadMods2012 notehead{};
+       EDTAccidentalMods2012 accidental{};
+       short found = 0;
+       sx_loadnoteheadmod(7, 99, notehead, found, kNoteheads);
+       sx_loadaccidentalmod(7, 99, accidental, found);
+     }},
+    {"delete all", [] { sx_deletenoteheadmod(7, kNoteheads); sx_deleteaccidentalmod(7); }},
+    {"preference structures", [] {
+       unsigned char buffer[132] = {};
+       EDataID id{};
+       for (const unsigned int tag : {0x70664450u, 0x70664D53u, 0x70665353u, 0x70664747u}) {
+         int size = sizeof buffer;
+         SX_LoadEData(tag, &id, buffer, &size, kInterfaceVersion);
+         buffer[0] ^= 1;
+         SX_SaveEData(tag, &id, buffer, sizeof buffer, kInterfaceVersion);
+       }
+     }},
+    {"runs of records", [] {
+       char* text = nullptr;
+       if (sx_loadotherstring(kRun, 1, 0, text)) std::free(text);
+       char longer[] = "a text that takes more than two records to keep";
+       sx_saveotherstring(kRun, 1, 0, longer);
+     }},
+    {"UTF-16 records", [] {
+       unsigned short* text = nullptr;
+       if (sx_loadotherstring_UTF16(0x7478626C, 1, 0, text)) delete[] text;
+     }},
+    {"separate placements", [] {
+       EDTSeparatePlacement placement{};
+       LoadSeparatePlacement(1, placement, 4, 99, true);
+     }},
+    {"instrument names", [] { sx_getinstname_utf16(1); sx_getabbrevinstname_utf16(2); }},
+    {"page texts", [] {
+       TPageUText text{};
+       sx_loadpagetext(1, text, 0);
+       sx_savepagetext(text, 0);
+       sx_createpagetext(text);
+     }},
+    {"measure texts", [] {
+       TMeasureUText text{};
+       text.cmper = text.secondCmper = 1;
+       std::copy(std::begin(kName), std::end(kName), text.text);
+       sx_createuniquemeasuretext(text);
+     }},
+    {"regions", [] {
+       EREGION region{};
+       region.start = {3, 1, 1, 0};
+       region.end = {3, 1, 1, 4096};
+       InRegion(1, 512, region, 1);
+       TranslateRegionToGlobalStaffList(region);
+     }},
+    {"the last record", [] {
+       unsigned char buffer[136];
+       FindLastItem(0x534F4953, sizeof buffer, 2, buffer, 1);
+     }},
+    {"instrument lists", [] {
+       InstInList(kInstrumentList, 9, 1, true, false);
+       InstInList(kInstrumentList, 9, 1, false, true);
+       ValidInstInList(kInstrumentList, 1);
+     }},
+    {"definitions", [] {
+       FindOrCreateTextRepeat(kName, 1, 2, 3, 4);
+       FindOrCreateOnTopStaffList(kName);
+     }},
+    {"chord suffixes", [] {
+       std::vector<EDTChordSuffix2012> suffix(3);
+       int number = -1;
+       sx_savechordsuffix(number, suffix);
+       sx_loadchordsuffix(number, suffix);
+     }},
+    {"attachments", [] {
+       EXENTRY entry{};
+       entry.number = 7;
+       ChangeNotehead(entry, 0, 5);
+       AddArticulation(entry, 1, 2, 3);
+     }},
+    {"shapes created", [] {
+       EDTSmartShape shape = LongShape();
+       unsigned short number = 0;
+       shape.FullCreate(number);
+       shape.FullSave(number);
+     }},
+    {"shapes erased", [] { LongShape().FullErase(5); }},
+    {"shapes copied", [] {
+       EREGION source{};
+       source.start = {0, 1, 1, 0};
+       source.end = {0, 1, 3, 0};
+       EREGION target = source;
+       target.start.measure = 2;
+       target.end.measure = 4;
+       EDTSmartShape::CopyMeasureShapes(source, target, 0, 0);
+     }},
+};
+
+enum class Fault { kRefused, kFailureReported, kShortRecord };
+
+class KitFaults : public testing::TestWithParam<KitCall> {};
+
+TEST_P(KitFaults, EachHostCallFailingInTurn) {
+  TestHost host;
+  host.AddScore(2, 4);
+  host.document.SetStaffList(3, {2, 1});
+  SokVersion = 0x19000000;
+  for (const Fault fault : {Fault::kRefused, Fault::kFailureReported, Fault::kShortRecord}) {
+    size_t total = 2;  // every one of these functions makes at least two calls
+    for (size_t victim = 0; victim <= total; ++victim) {
+      SCOPED_TRACE(testing::Message() << "fault " << static_cast<int>(fault) << " at call " << victim);
+      FillDocument(host.document);
+      host.calls.clear();
+      size_t calls = 0;
+      host.refuse = [&](const sok::HostCall&) { return calls++ == victim && fault == Fault::kRefused; };
+      host.after = [&](sok::HostCall& call) {
+        if (calls != victim + 1) return;
+        if (fault == Fault::kFailureReported) call.result = 0;
+        if (fault == Fault::kShortRecord && call.size != nullptr) *call.size = 1;
+      };
+      GetParam().call();
+      if (victim == 0) total = std::min<size_t>(calls + 40, 400);
+      ASSERT_LT(calls, 3000u);
+      ASSERT_EQ(host.session.edits_open, 0);
+    }
+  }
+}
+
+// A host that refuses everything that changes it.
+TEST_P(KitFaults, AHostThatChangesNothing) {
+  TestHost host;
+  host.AddScore(2, 4);
+  FillDocument(host.document);
+  const sok::RecordStore before = host.document.records;
+  host.refuse = [](const sok::HostCall& call) {
+    const std::string_view name = call.name;
+    return name == "SX_SaveEData" || name == "SX_CreateEData" || name == "SX_DeleteEData";
+  };
+  GetParam().call();
+  EXPECT_TRUE(host.document.records == before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kit, KitFaults, testing::ValuesIn(kCalls), [](const auto& info) {
+  std::string name = info.param.name;
+  std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+  return name;
+});
+
+}  // namespace
