@@ -16,10 +16,10 @@ constexpr unsigned int kTextRepeatText = 0x6F735254;  // 'osRT'
 constexpr unsigned int kTextRepeat = 0x534F5253;      // 'SORS'
 constexpr unsigned int kArticulation = 0x4F044958;    // 'O', 4, 'IX'
 constexpr unsigned int kStaffListName = 0x6F734463;   // 'osDc'
-constexpr unsigned int kListCD = kInstrumentLists[0].tag;
-constexpr unsigned int kListcd = kInstrumentLists[1].tag;
-constexpr unsigned int kListOI = kInstrumentLists[2].tag;
-constexpr unsigned int kListoi = kInstrumentLists[3].tag;
+constexpr unsigned int kListDC = kInstrumentLists[0].tag;
+constexpr unsigned int kListdc = kInstrumentLists[1].tag;
+constexpr unsigned int kListIO = kInstrumentLists[2].tag;
+constexpr unsigned int kListio = kInstrumentLists[3].tag;
 constexpr int kHostChooses = -1;
 constexpr int kLastTextRepeat = 99;
 
@@ -86,19 +86,19 @@ int FindOrCreateTextRepeat(const unsigned short* text, const unsigned short* fon
 
 int FindOrCreateOnTopStaffList(const unsigned short* name) {
   const int found = FirstMatch(kLastDefinition, [&](int list) {
-    return IsTopStaffOnly(kListCD, list) && IsTopStaffOnly(kListcd, list) && !Exists(kListOI, list) &&
-           !Exists(kListoi, list);
+    return IsTopStaffOnly(kListDC, list) && IsTopStaffOnly(kListdc, list) && !Exists(kListIO, list) &&
+           !Exists(kListio, list);
   });
   if (found != 0) return found;
 
   const EDT_DC dc = TopStaffOnly();
   int list = kHostChooses;
   int subIndex = 0;
-  if (!sx_createother(kListCD, list, subIndex, &dc, sizeof dc)) return 0;
-  if (!sx_saveother(kListcd, list, subIndex, &dc, sizeof dc)) return 0;
+  if (!sx_createother(kListDC, list, subIndex, &dc, sizeof dc)) return 0;
+  if (!sx_saveother(kListdc, list, subIndex, &dc, sizeof dc)) return 0;
   sx_saveother(kStaffListName, list, subIndex, name, static_cast<int>(sx_strlen(name) * sizeof name[0]));
-  sx_deleteother(kListOI, list, subIndex);
-  sx_deleteother(kListoi, list, subIndex);
+  sx_deleteother(kListIO, list, subIndex);
+  sx_deleteother(kListio, list, subIndex);
   return list;
 }
 

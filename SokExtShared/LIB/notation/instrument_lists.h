@@ -15,10 +15,10 @@ inline constexpr struct {
   int bit;
   unsigned int tag;
 } kInstrumentLists[] = {
-    {1, 0x6F744443},  // 'otCD'
-    {2, 0x6F746463},  // 'otcd'
-    {4, 0x6F74494F},  // 'otOI'
-    {8, 0x6F74696F},  // 'otoi'
+    {1, 0x6F744443},  // 'otDC'
+    {2, 0x6F746463},  // 'otdc'
+    {4, 0x6F74494F},  // 'otIO'
+    {8, 0x6F74696F},  // 'otio'
 };
 
 // Whether the number is above 0 and has a slot in the global staff list (SX_InstToSlot).
