@@ -84,7 +84,8 @@ struct CellReader::NoteData {
   const char* voice = "";
   int staff = 1;
   bool chord = false;
-  std::ptrdiff_t offset = 0;
+  std::size_t offset = 0;
+  std::ptrdiff_t key = 0;  // of the note in the parsed tree
 };
 
 void CellReader::Warn(pugi::xml_node node, const std::string& text) {
@@ -94,7 +95,7 @@ void CellReader::Warn(pugi::xml_node node, const std::string& text) {
   if (part_ != nullptr) {
     place = "part " + part_->id + ", measure " + std::to_string(part_->measures.size() + 1) + ": ";
   }
-  model_.warnings.push_back({lines_.LineOf(static_cast<std::size_t>(node.offset_debug())), place + text});
+  model_.warnings.push_back({lines_.LineOf(OffsetOf(node)), place + text});
 }
 
 void CellReader::Advance(const Fraction& length) {
@@ -116,7 +117,8 @@ Fraction CellReader::LengthOf(pugi::xml_node node, const char* what) {
 
 CellReader::NoteData CellReader::Parse(pugi::xml_node node) {
   NoteData note;
-  note.offset = node.offset_debug();
+  note.offset = OffsetOf(node);
+  if (parsed_ != nullptr) note.key = node.offset_debug();
   std::string_view type;
   int dots = 0;
   bool has_duration = false;
@@ -228,7 +230,7 @@ CellReader::OpenVoice& CellReader::VoiceFor(const char* name, int staff) {
 void CellReader::ReadNote(pugi::xml_node node) {
   const NoteData note = Parse(node);
   part_->staves = std::max(part_->staves, note.staff);
-  if (model_.first_note == 0) model_.first_note = static_cast<std::size_t>(note.offset) - 1;
+  if (model_.first_note == 0) model_.first_note = note.offset;
   if (note.chord && last_ != nullptr && !last_->entries.empty()) {
     AddToEntry(note, *last_);
     return;
@@ -236,7 +238,7 @@ void CellReader::ReadNote(pugi::xml_node node) {
   OpenVoice& voice = VoiceFor(note.voice, note.staff);
   last_ = &voice;
   if (voice.entries.empty()) {
-    voice.cell.offset = static_cast<std::size_t>(note.offset) - 1;
+    voice.cell.offset = note.offset;
     voice.cell.staff = static_cast<std::uint8_t>(note.staff);
     voice.cell.length = note.length;
   }
@@ -259,7 +261,7 @@ void CellReader::AddToEntry(const NoteData& note, OpenVoice& voice) {
     voice.pitches.push_back(note.pitch);
     ++entry.notes;
   }
-  if (parsed_ != nullptr) voice.notes.emplace_back(note.offset, static_cast<std::uint32_t>(voice.entries.size() - 1));
+  if (parsed_ != nullptr) voice.notes.emplace_back(note.key, static_cast<std::uint32_t>(voice.entries.size() - 1));
 
   cell.all_hidden = cell.all_hidden && (flags & kHidden) != 0;
   cell.no_full_notes = cell.no_full_notes && (flags & (kCue | kRest)) != 0;
@@ -373,8 +375,8 @@ void CellReader::ReadAttributes(pugi::xml_node node) {
   }
 }
 
-void CellReader::Read(int part, PartState& state, pugi::xml_node node) {
-  part_index_ = part;
+void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size_t base) {
+  base_ = base;
   part_ = &model_.parts[static_cast<std::size_t>(part)];
   state_ = &state;
   cursor_ = {};
@@ -382,7 +384,7 @@ void CellReader::Read(int part, PartState& state, pugi::xml_node node) {
   open_count_ = 0;
   last_ = nullptr;
   Cell cell;
-  cell.offset = static_cast<std::size_t>(node.offset_debug()) - 1;
+  cell.offset = OffsetOf(node);
   cell.divisions = state.divisions;
   for (const pugi::xml_node child : node.children()) {
     const char* name = child.name();

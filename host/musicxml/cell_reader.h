@@ -27,8 +27,9 @@ class CellReader {
   // `parsed` may be null.
   CellReader(Model& model, const LineTable& lines, ParsedScore* parsed) : model_(model), lines_(lines), parsed_(parsed) {}
 
-  // Appends the measure to the part. The part's measures come in order.
-  void Read(int part, PartState& state, pugi::xml_node cell);
+  // Appends the measure to the part. The part's measures come in order. `base` is where the tree of the cell begins in
+  // the text.
+  void Read(int part, PartState& state, pugi::xml_node cell, std::size_t base);
   void EndPart(int part, PartState& state);
 
   // A place in the text as the one warning reports it.
@@ -44,6 +45,7 @@ class CellReader {
   };
   struct NoteData;
 
+  std::size_t OffsetOf(pugi::xml_node node) const { return base_ + static_cast<std::size_t>(node.offset_debug()) - 1; }
   void ReadNote(pugi::xml_node node);
   NoteData Parse(pugi::xml_node node);
   void AddToEntry(const NoteData& note, OpenVoice& voice);
@@ -61,7 +63,7 @@ class CellReader {
   const LineTable& lines_;
   ParsedScore* parsed_;
 
-  int part_index_ = 0;
+  std::size_t base_ = 0;
   Part* part_ = nullptr;
   PartState* state_ = nullptr;
   Fraction cursor_;

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
+#include <optional>
 
 #include "host/musicxml/cell_reader.h"
+#include "host/musicxml/skeleton.h"
 
 namespace sok {
 namespace {
@@ -31,16 +32,15 @@ class ScoreReader {
     model_.options = options;
   }
 
-  Model Read(ParsedScore& tree) {
-    Parse(tree);
+  Model Read() {
+    const pugi::xml_node root = Parse();
     try {
-      const bool timewise = std::strcmp(tree.root.name(), "score-timewise") == 0;
-      timewise ? ReadTimewise(tree.root) : ReadPartwise(tree.root);
+      model_.form == "score-timewise" ? ReadTimewise(root) : ReadPartwise(root);
       FinishMeasures();
       AssignLayers(model_);
       WarnOfShortParts();
     } catch (const std::runtime_error& error) {  // numbers beyond all bounds
-      throw TextError(static_cast<std::size_t>(std::max(at_.offset_debug(), std::ptrdiff_t{0})), error.what());
+      throw TextError(at_, error.what());
     }
     std::stable_sort(model_.warnings.begin(), model_.warnings.end(),
                      [](const Warning& a, const Warning& b) { return a.line < b.line; });
@@ -48,22 +48,42 @@ class ScoreReader {
   }
 
  private:
-  void Parse(ParsedScore& tree) {
+  // The root of the skeleton, or of everything where that is asked for or the skeleton cannot be made.
+  pugi::xml_node Parse() {
+    if (parsed_ == nullptr) {
+      if (std::optional<Skeleton> skeleton = SkeletonOf(text_)) {
+        skeleton_ = std::move(skeleton->text);
+        cell_places_ = std::move(skeleton->cells);
+        if (tree_.load_buffer_inplace(skeleton_.data(), skeleton_.size(), kMusicOnly, pugi::encoding_utf8)) {
+          const pugi::xml_node root = tree_.document_element();
+          model_.form = root.name();
+          return root;
+        }
+        cell_places_.clear();
+      }
+    }
+    pugi::xml_document& tree = parsed_ != nullptr ? parsed_->document : tree_;
     const unsigned int flags = parsed_ != nullptr ? pugi::parse_default : kMusicOnly;
-    const pugi::xml_parse_result result = tree.document.load_buffer(text_.data(), text_.size(), flags, pugi::encoding_utf8);
-    const auto offset = static_cast<std::size_t>(result.offset);
+    const pugi::xml_parse_result result = tree.load_buffer(text_.data(), text_.size(), flags, pugi::encoding_utf8);
+    Check(result, 0);
+    const pugi::xml_node root = tree.document_element();
+    model_.form = root.name();
+    if (model_.form != "score-partwise" && model_.form != "score-timewise") {
+      throw TextError(static_cast<std::size_t>(root.offset_debug()),
+                      "not a MusicXML score: the root element is <" + model_.form + ">");
+    }
+    if (parsed_ != nullptr) parsed_->root = root;
+    return root;
+  }
+
+  static void Check(const pugi::xml_parse_result& result, std::size_t base) {
+    const std::size_t offset = base + static_cast<std::size_t>(std::max(result.offset, std::ptrdiff_t{0}));
     switch (result.status) {
       case pugi::status_ok: break;
-      case pugi::status_no_document_element: throw TextError(0, "not MusicXML: there is no XML element");
-      case pugi::status_end_element_mismatch: throw TextError(offset, "elements do not end as they begin, or the text is cut off");
+      case pugi::status_no_document_element: throw TextError(offset, "not MusicXML: there is no XML element");
+      case pugi::status_end_element_mismatch:
+        throw TextError(offset, "elements do not end as they begin, or the text is cut off");
       default: throw TextError(offset, std::string("not well-formed XML: ") + result.description());
-    }
-    tree.root = tree.document.document_element();
-    at_ = tree.root;
-    const std::string_view name = tree.root.name();
-    model_.form = name;
-    if (name != "score-partwise" && name != "score-timewise") {
-      throw TextError(static_cast<std::size_t>(tree.root.offset_debug()), "not a MusicXML score: the root element is <" + std::string(name) + ">");
     }
   }
 
@@ -106,7 +126,7 @@ class ScoreReader {
       const int to = place[index++];
       for (const pugi::xml_node measure : part.children("measure")) {
         const std::size_t position = model_.parts[static_cast<std::size_t>(to)].measures.size();
-        ReadCell(to, state, measure, measure, position);
+        ReadNext(to, state, measure, measure, position);
       }
       cells_.EndPart(to, state);
     }
@@ -128,26 +148,33 @@ class ScoreReader {
       for (const pugi::xml_node part : measure.children("part")) {
         const std::size_t index = known.at(part.attribute("id").value());
         const std::size_t read = model_.parts[static_cast<std::size_t>(place[index])].measures.size();
-        at_ = part;
         if (read != position) throw std::runtime_error("the part is missing in an earlier measure, or is there twice");
-        ReadCell(place[index], states[index], part, measure, position);
+        ReadNext(place[index], states[index], part, measure, position);
       }
       ++position;
     }
     for (std::size_t i = 0; i < ids.size(); ++i) cells_.EndPart(place[i], states[i]);
   }
 
-  void ReadCell(int part, PartState& state, pugi::xml_node cell, pugi::xml_node measure, std::size_t position) {
-    at_ = cell;
+  void ReadNext(int part, PartState& state, pugi::xml_node cell, pugi::xml_node measure, std::size_t position) {
+    const bool whole = cell_places_.empty();
+    const Skeleton::Cell place = whole ? Skeleton::Cell() : cell_places_[next_cell_++];
+    at_ = whole ? static_cast<std::size_t>(cell.offset_debug()) : place.begin;
     if (position == model_.measures.size()) {
       if (position == kMostMeasures) throw std::runtime_error("the score has more than 32767 measures");
       Measure& added = model_.measures.emplace_back();
       added.number = OneLine(measure.attribute("number").value());
       added.implicit = std::strcmp(measure.attribute("implicit").value(), "yes") == 0;
       times_.emplace_back();
-      first_offsets_.push_back(static_cast<std::size_t>(measure.offset_debug()));
+      first_offsets_.push_back(at_);
     }
-    cells_.Read(part, state, cell);
+    if (whole) {
+      cells_.Read(part, state, cell, 0);
+    } else {
+      cell_text_.assign(text_, place.begin, place.end - place.begin);
+      Check(cell_tree_.load_buffer_inplace(cell_text_.data(), cell_text_.size(), kMusicOnly, pugi::encoding_utf8), place.begin);
+      cells_.Read(part, state, cell_tree_.document_element(), place.begin);
+    }
     if (times_[position].IsZero()) times_[position] = state.time;
   }
 
@@ -187,7 +214,13 @@ class ScoreReader {
   Model model_;
   LineTable lines_;
   CellReader cells_;
-  pugi::xml_node at_;
+  std::size_t at_ = 0;  // where reading is, for messages
+  std::string skeleton_;
+  std::vector<Skeleton::Cell> cell_places_;  // empty: the tree is whole
+  std::size_t next_cell_ = 0;
+  pugi::xml_document tree_;
+  std::string cell_text_;
+  pugi::xml_document cell_tree_;
   std::vector<Fraction> times_;  // by the time signature, by measure
   std::vector<std::size_t> first_offsets_;
 };
@@ -195,8 +228,20 @@ class ScoreReader {
 }  // namespace
 
 Model ReadModel(std::string_view text, const ReadOptions& options, ParsedScore* parsed) {
-  ParsedScore own;
-  return ScoreReader(text, options, parsed).Read(parsed != nullptr ? *parsed : own);
+  return ScoreReader(text, options, parsed).Read();
+}
+
+Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptions& options) {
+  pugi::xml_document tree;
+  if (!tree.load_buffer(cell.data(), cell.size(), kMusicOnly, pugi::encoding_utf8)) throw TextError(0, "not well-formed XML");
+  Model model;
+  model.options = options;
+  model.parts.emplace_back();
+  const LineTable lines(cell);
+  PartState state;
+  state.divisions = divisions;
+  CellReader(model, lines, nullptr).Read(0, state, tree.document_element(), 0);
+  return model;
 }
 
 }  // namespace sok

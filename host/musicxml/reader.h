@@ -24,7 +24,10 @@ struct ParsedScore {
   std::unordered_map<std::ptrdiff_t, int> positions;
 };
 
-// `text` is UTF-8. With `parsed` the tree is kept, else it is dropped as soon as it has been walked. Throws TextError.
+// `text` is UTF-8. With `parsed` the whole tree is kept there, else there is never one. Throws TextError.
 Model ReadModel(std::string_view text, const ReadOptions& options, ParsedScore* parsed = nullptr);
+
+// One measure of one part read alone: a model of one part with one measure.
+Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptions& options);
 
 }  // namespace sok

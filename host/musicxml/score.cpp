@@ -7,6 +7,7 @@
 #include "host/musicxml/changes.h"
 #include "host/musicxml/encoding.h"
 #include "host/musicxml/frames.h"
+#include "host/musicxml/guard.h"
 #include "host/musicxml/markup.h"
 #include "host/musicxml/reader.h"
 #include "host/musicxml/writer.h"
@@ -68,7 +69,7 @@ struct Score::Impl {
     try {
       std::vector<VoiceChange> voices;
       std::string patched = PatchText(model, text, changes, options, voices);
-      CheckPatchedText(model, patched, voices);
+      CheckPatchedText(model, text, patched, voices);
       return patched;
     } catch (const WriteError& error) {
       FailAt(error.offset, error.what());
@@ -78,7 +79,7 @@ struct Score::Impl {
   }
 
   // The patched text in the encoding of the score.
-  std::string Encoded(const std::string& patched) const {
+  std::string Encoded(std::string patched) const {
     if (encoding == "UTF-8") return patched;
     if (EncodeText(text, encoding) != encoded) throw std::runtime_error("the text in " + encoding + " has more than one spelling");
     std::string bytes = EncodeText(patched, encoding);
@@ -110,6 +111,7 @@ const std::string& Score::Text() const { return impl_->text; }
 
 LayerFacts Score::Facts(short slot, short measure, short layer) const {
   LayerFacts facts = FactsOf(impl_->model, slot, measure, layer);
+  if (facts.line != 0) facts.line = impl_->lines->LineOf(static_cast<std::size_t>(facts.line));
   return facts;
 }
 
@@ -150,9 +152,9 @@ std::string Score::Write(const WriteOptions& options) const {
     if (!impl_->archive.empty()) return impl_->archive;
     return impl_->encoded.empty() ? impl_->text : impl_->encoded;
   }
-  const std::string patched = impl_->Patched(changes, options);
+  std::string patched = impl_->Patched(changes, options);
   try {
-    std::string bytes = impl_->Encoded(patched);
+    std::string bytes = impl_->Encoded(std::move(patched));
     return impl_->archive.empty() ? bytes : RepackScore(impl_->archive, {impl_->member, std::move(bytes)});
   } catch (const std::runtime_error& error) {
     impl_->Fail(error.what());

@@ -5,7 +5,6 @@
 #include <set>
 
 #include "host/musicxml/cell_edit.h"
-#include "host/musicxml/reader.h"
 
 namespace sok {
 namespace {
@@ -140,44 +139,6 @@ class Writer {
   std::map<int, std::set<std::string>> taken_;  // by part: names given to new voices
 };
 
-// One voice of one measure, as two readings are compared by it.
-struct Trace {
-  std::string_view voice;
-  int staff;
-  std::uint64_t fingerprint;
-  auto operator<=>(const Trace&) const = default;
-};
-
-std::vector<Trace> TracesOf(const Part& part, const Cell& cell) {
-  std::vector<Trace> traces;
-  for (std::uint32_t i = 0; i < cell.voices; ++i) {
-    const VoiceCell& voice = part.cells[cell.first_voice + i];
-    const Voice& owner = part.voices[voice.voice];
-    traces.push_back({owner.name, owner.key_staff, voice.fingerprint});
-  }
-  std::sort(traces.begin(), traces.end());
-  return traces;
-}
-
-// Takes the voices that were to go out of `before` and those that were to come out of `after`; false when one of them
-// is not as it should be.
-bool TakeNamed(const VoiceChange& change, const Part& part, const Cell& cell, std::vector<Trace>& before, std::vector<Trace>& after) {
-  std::vector<Trace>& in = change.comes ? after : before;
-  const auto at = std::find_if(in.begin(), in.end(), [&](const Trace& trace) {
-    return trace.voice == change.voice && trace.staff == change.staff;
-  });
-  if (at == in.end()) return false;
-  in.erase(at);
-  if (!change.comes) return true;
-  for (std::uint32_t i = 0; i < cell.voices; ++i) {
-    const VoiceCell& voice = part.cells[cell.first_voice + i];
-    if (part.voices[voice.voice].name == change.voice && part.voices[voice.voice].key_staff == change.staff) {
-      return voice.entries >= 1;
-    }
-  }
-  return false;
-}
-
 }  // namespace
 
 std::vector<std::string> AttachedTo(const Model& model, std::string_view text, const Change& change) {
@@ -212,39 +173,6 @@ std::string PatchText(const Model& model, std::string_view text, const std::vect
   }
   for (auto& [offset, cell_changes] : by_cell) writer.Apply(std::move(cell_changes));
   return writer.Result();
-}
-
-void CheckPatchedText(const Model& model, std::string_view patched, const std::vector<VoiceChange>& voices) {
-  Model again;
-  try {
-    again = ReadModel(patched, model.options);
-  } catch (const TextError& error) {
-    throw WriteError(0, std::string("the result cannot be read again (") + error.what() + "); nothing is written");
-  }
-  std::map<std::pair<int, short>, std::vector<const VoiceChange*>> by_cell;
-  for (const VoiceChange& change : voices) by_cell[{change.part, change.measure}].push_back(&change);
-  bool same = again.parts.size() == model.parts.size();
-  for (std::size_t p = 0; same && p < model.parts.size(); ++p) {
-    const Part& was = model.parts[p];
-    const Part& is = again.parts[p];
-    same = was.measures.size() == is.measures.size() && was.staves == is.staves && was.id == is.id;
-    for (std::size_t m = 0; same && m < was.measures.size(); ++m) {
-      std::vector<Trace> before = TracesOf(was, was.measures[m]);
-      std::vector<Trace> after = TracesOf(is, is.measures[m]);
-      const auto named = by_cell.find({static_cast<int>(p), static_cast<short>(m + 1)});
-      if (named != by_cell.end()) {
-        for (const VoiceChange* change : named->second) {
-          same = same && TakeNamed(*change, is, is.measures[m], before, after);
-        }
-      }
-      same = same && before == after && was.measures[m].fingerprint == is.measures[m].fingerprint;
-      if (!same) {
-        throw WriteError(was.measures[m].offset, "measure " + std::to_string(m + 1) + " of part " + was.id +
-                                                     " would come out changed beyond what was asked for; nothing is written");
-      }
-    }
-  }
-  if (!same) throw WriteError(0, "the result would have other parts or measures; nothing is written");
 }
 
 }  // namespace sok

@@ -31,8 +31,4 @@ std::vector<std::string> AttachedTo(const Model& model, std::string_view text, c
 std::string PatchText(const Model& model, std::string_view text, const std::vector<Change>& changes,
                       const WriteOptions& options, std::vector<VoiceChange>& voices);
 
-// Reads the patched text again and compares: beside the voices named nothing may have come, gone or moved. Throws
-// WriteError.
-void CheckPatchedText(const Model& model, std::string_view patched, const std::vector<VoiceChange>& voices);
-
 }  // namespace sok
