@@ -5,6 +5,7 @@
 
 #include "host/musicxml/archive.h"
 #include "host/musicxml/changes.h"
+#include "host/musicxml/document_data.h"
 #include "host/musicxml/encoding.h"
 #include "host/musicxml/frames.h"
 #include "host/musicxml/guard.h"
@@ -23,12 +24,13 @@ struct Score::Impl {
   std::string encoded;  // the text's own bytes, where they are not UTF-8
   Model model;
   std::optional<ModelFrames> frames;  // over `model`
+  std::optional<LineTable> lines;     // over `text`
   Document document;                  // over `frames`
 
   std::string Source() const { return member.empty() ? name : name + "(" + member + ")"; }
   [[noreturn]] void Fail(const std::string& reason) const { throw ScoreError(Source() + ": " + reason); }
   [[noreturn]] void FailAt(std::size_t offset, const std::string& reason) const {
-    throw ScoreError(Source() + ":" + std::to_string(LineTable(text).LineOf(offset)) + ": " + reason);
+    throw ScoreError(Source() + ":" + std::to_string(lines->LineOf(offset)) + ": " + reason);
   }
 
   // Answers a warning or nothing.
@@ -52,6 +54,7 @@ struct Score::Impl {
   }
 
   void Read(const ReadOptions& options, const std::string& warning) {
+    lines.emplace(text);
     ParsedScore parsed;
     try {
       model = ReadModel(text, options, options.document_data ? &parsed : nullptr);
@@ -61,8 +64,12 @@ struct Score::Impl {
     if (!warning.empty()) model.warnings.insert(model.warnings.begin(), {1, warning});
     frames.emplace(model);
     FillDocument(model, document);
-    for (std::size_t i = 0; i < model.staves.size(); ++i) model.staves[i].instrument = static_cast<short>(i + 1);
     document.SetEntrySource(&*frames);
+    if (options.document_data) {
+      const ReaderContext context{parsed.root, document, model.staves, model.measures, std::move(parsed.nodes),
+                                  std::move(parsed.entry_numbers), std::move(parsed.positions)};
+      ReadDocumentData(context);
+    }
   }
 
   std::string Patched(const std::vector<Change>& changes, const WriteOptions& options) const {
@@ -111,7 +118,9 @@ const std::string& Score::Text() const { return impl_->text; }
 
 LayerFacts Score::Facts(short slot, short measure, short layer) const {
   LayerFacts facts = FactsOf(impl_->model, slot, measure, layer);
-  if (facts.line != 0) facts.line = impl_->lines->LineOf(static_cast<std::size_t>(facts.line));
+  impl_->model.ForEachVoice(slot, measure, layer, [&](const Voice&, const VoiceCell& voice) {
+    if (facts.line == 0) facts.line = impl_->lines->LineOf(voice.offset);
+  });
   return facts;
 }
 
@@ -132,10 +141,9 @@ bool Score::LayerWhollyHidden(short slot, short layer) const {
 
 std::vector<Change> Score::Changes() const {
   std::vector<Change> changes = FindChanges(impl_->model, impl_->document);
-  const LineTable lines(impl_->text);
   for (Change& change : changes) {
     const Cell* cell = impl_->model.CellOf(change.slot, change.measure);
-    if (cell != nullptr) change.line = lines.LineOf(cell->offset);
+    if (cell != nullptr) change.line = impl_->lines->LineOf(cell->offset);
     if (change.kind == ChangeKind::kCleared) change.lost = AttachedTo(impl_->model, impl_->text, change);
   }
   return changes;
