@@ -1,0 +1,41 @@
+// Text decoding and encoding: what decodes encodes back, and buffers of any size are kept to.
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+
+namespace {
+
+void CheckEncoding(CFStringRef string, CFStringEncoding encoding, CFIndex capacity) {
+  const auto buffer = std::make_unique<UInt8[]>(static_cast<size_t>(capacity));
+  const CFRange all = CFRangeMake(0, CFStringGetLength(string));
+  CFIndex used = 0;
+  const CFIndex converted = CFStringGetBytes(string, all, encoding, '?', false, buffer.get(), capacity, &used);
+  if (converted < 0 || converted > all.length || used < 0 || used > capacity) std::abort();
+  CFStringGetPascalString(string, buffer.get(), capacity, encoding);
+  CFStringGetIntValue(string);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size < 2) return 0;
+  const CFStringEncoding encodings[] = {kCFStringEncodingMacRoman, kCFStringEncodingUTF8, kCFStringEncodingASCII};
+  const CFStringEncoding encoding = encodings[data[0] % 3];
+  const CFIndex capacity = data[1];
+  const std::string bytes(reinterpret_cast<const char*>(data + 2), size - 2);
+  const CFStringRef decoded = CFStringCreateWithCString(kCFAllocatorDefault, bytes.c_str(), encoding);
+  if (decoded != nullptr) {
+    for (const CFStringEncoding target : encodings) CheckEncoding(decoded, target, capacity);
+    CFRelease(decoded);
+  }
+  const auto units = std::make_unique<UniChar[]>(bytes.size() / 2 + 1);
+  std::memcpy(units.get(), bytes.data(), bytes.size() / 2 * 2);
+  const CFStringRef wide = CFStringCreateWithCharacters(kCFAllocatorDefault, units.get(), static_cast<CFIndex>(bytes.size() / 2));
+  for (const CFStringEncoding target : encodings) CheckEncoding(wide, target, capacity);
+  CFRelease(wide);
+  return 0;
+}

@@ -1,0 +1,41 @@
+// Any bytes as a score: read, both commands of the real bundle, written, and read back.
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "host/musicxml/score.h"
+#include "tests/extension/extension_bundle.h"
+#include "tests/support/test_host.h"
+
+namespace {
+
+std::string After(const std::string& bytes, int command, TestHost& host, const ExtensionBundle& extension) {
+  const auto score = sok::Score::Read(bytes, "fuzz");
+  if (score->staves().size() * score->measures().size() > 4096) return bytes;
+  if (score->Write() != bytes) std::abort();  // nothing changed
+  host.session.document = &score->document();
+  host.calls.clear();
+  EREGION region = Region(1, static_cast<int>(score->staves().size()), 1, static_cast<int>(score->measures().size()));
+  extension.Invoke(command, &region);
+  const std::string written = score->Write();
+  host.session.document = &host.document;
+  return written;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static TestHost host;
+  static const ExtensionBundle extension;
+  static const int opened = extension.Main();
+  (void)opened;
+  const std::string bytes(reinterpret_cast<const char*>(data), size);
+  try {
+    const std::string filled = After(bytes, 1, host, extension);
+    const std::string cleared = After(filled, 0, host, extension);
+    if (After(bytes, 0, host, extension) != cleared) std::abort();  // fill, then clear, is clear
+  } catch (const sok::ScoreError&) {
+    host.session.document = &host.document;
+  }
+  return 0;
+}
