@@ -1,11 +1,12 @@
 // Find-or-create: what counts as the same definition, what a new one looks like, and what is made of failures.
+#include "SokExtShared/LIB/notation/definitions.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <random>
 
 #include "SokExtShared/LIB/notation/chord_suffixes.h"
-#include "SokExtShared/LIB/notation/definitions.h"
 #include "SokExtShared/LIB/notation/entry_attachments.h"
 #include "tests/support/test_host.h"
 
@@ -183,7 +184,8 @@ TEST(ChordSuffixes, SavingEndsWithTheElementsGiven) {
   host.calls.clear();
   EXPECT_TRUE(sx_savechordsuffix(number, elements));
   std::vector<std::string> expected;
-  for (const char* call : {"SX_CreateEData SOIV 4,0 16 -> 0", "SX_CreateEData SOIV 4,1 16 -> 0"}) expected.push_back(call);
+  for (const char* call : {"SX_CreateEData SOIV 4,0 16 -> 0", "SX_CreateEData SOIV 4,1 16 -> 0"})
+    expected.push_back(call);
   for (int i = 0; i < 5; ++i) expected.push_back(std::string("SX_DeleteEData SOIV 4,2 -> ") + (i < 4 ? "1" : "0"));
   EXPECT_EQ(host.calls, expected);
   EXPECT_TRUE(sx_loadchordsuffix(4, elements));

@@ -1,4 +1,6 @@
 // Durations, diagnostics and record comparisons: formulas against arithmetic done in another way.
+#include "SokExtShared/LIB/notation/durations.h"
+
 #include <gtest/gtest.h>
 
 #include <bit>
@@ -7,7 +9,6 @@
 
 #include "SokExtShared/LIB/notation/definition_records.h"
 #include "SokExtShared/LIB/notation/diagnostics.h"
-#include "SokExtShared/LIB/notation/durations.h"
 
 namespace {
 
@@ -67,10 +68,10 @@ TEST(Durations, TimeSignaturesFromAGivenBeat) {
     short den_in, num, den;
   };
   constexpr short kShortMax = std::numeric_limits<short>::max();
-  for (const Case& c : {Case{3072, 2048, 3, 1024}, Case{4096, 1536, 4, 1024}, Case{4608, 1536, 3, 1536},
-                        Case{8192, 4096, 2, 4096}, Case{1, 2048, 1, 1}, Case{3584, kShortMax, 7, 512},
-                        Case{1023, 1024, 1023, 1}, Case{0, 1024, -9, 1024}, Case{1024, 0, -9, 0},
-                        Case{1024, -512, -9, -512}, Case{-1024, 512, -9, 512}}) {
+  for (const Case& c :
+       {Case{3072, 2048, 3, 1024}, Case{4096, 1536, 4, 1024}, Case{4608, 1536, 3, 1536}, Case{8192, 4096, 2, 4096},
+        Case{1, 2048, 1, 1}, Case{3584, kShortMax, 7, 512}, Case{1023, 1024, 1023, 1}, Case{0, 1024, -9, 1024},
+        Case{1024, 0, -9, 0}, Case{1024, -512, -9, -512}, Case{-1024, 512, -9, 512}}) {
     short num = -9, den = c.den_in;
     FindTimeSignature(c.duration, num, den);
     EXPECT_EQ(num, c.num) << c.duration << "/" << c.den_in;

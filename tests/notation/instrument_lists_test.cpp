@@ -1,4 +1,6 @@
 // Instrument lists against a model: after every operation the whole record store must be what the model says.
+#include "SokExtShared/LIB/notation/instrument_lists.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,7 +8,6 @@
 #include <map>
 #include <random>
 
-#include "SokExtShared/LIB/notation/instrument_lists.h"
 #include "tests/support/test_host.h"
 
 namespace {
@@ -79,7 +80,8 @@ TEST(InstrumentLists, FollowAModelThroughRandomOperations) {
         break;
       }
       case 2:
-        ASSERT_EQ(InstInLists(inst, list, add, remove), all((add ? 5 : 0) + (remove ? 10 : 0), false, false) * (inst != 0));
+        ASSERT_EQ(InstInLists(inst, list, add, remove),
+                  all((add ? 5 : 0) + (remove ? 10 : 0), false, false) * (inst != 0));
         break;
       case 3: {
         bool valid = false;
@@ -105,7 +107,8 @@ TEST(InstrumentLists, AskTheHostForNoMoreThanNeeded) {
   EXPECT_TRUE(host.calls.empty());
   InstInLists(3, 1, true, true);
   std::vector<std::string> loads;
-  for (const char* tag : {"otDC", "otIO", "otdc", "otio"}) loads.push_back(std::string("SX_LoadEData ") + tag + " 1,0 12 -> 0");
+  for (const char* tag : {"otDC", "otIO", "otdc", "otio"})
+    loads.push_back(std::string("SX_LoadEData ") + tag + " 1,0 12 -> 0");
   EXPECT_EQ(host.CallsWith("SX_LoadEData"), loads);
 }
 

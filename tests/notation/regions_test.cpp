@@ -1,4 +1,6 @@
 // Points, regions and the search for the last record, against a host whose durations and records the test sets.
+#include "SokExtShared/LIB/notation/regions.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,7 +8,6 @@
 #include <random>
 
 #include "SokExtShared/LIB/notation/last_item.h"
-#include "SokExtShared/LIB/notation/regions.h"
 #include "tests/support/test_host.h"
 
 namespace {
@@ -22,8 +23,8 @@ TEST(Regions, PointsMoveToTheGlobalListWhateverComesOfIt) {
     short slot, new_slot;
     bool translated;
   };
-  for (const Case& c : {Case{7, 1, 4, true}, Case{7, 2, 2, true}, Case{7, 3, 0, false}, Case{9, 1, 0, false},
-                        Case{0, -3, -3, true}}) {
+  for (const Case& c :
+       {Case{7, 1, 4, true}, Case{7, 2, 2, true}, Case{7, 3, 0, false}, Case{9, 1, 0, false}, Case{0, -3, -3, true}}) {
     EMUSICPOINT point{c.list, c.slot, 2, 70000};
     EXPECT_EQ(TranslateMusicPointToGlobalStaffList(point), c.translated) << c.list << "/" << c.slot;
     EXPECT_TRUE(MusicPointsEqual(point, {0, c.new_slot, 2, 70000})) << c.list << "/" << c.slot;
@@ -70,7 +71,8 @@ TEST(Regions, InsideOrOutsideOverTheWholeRangeOfPositions) {
         place = static_cast<int>(place & 0xFFFFFFFF);
       }
       place = std::max(place, 0LL);
-      expected = (measure != first || place >= region.start.position) && (measure != last || place <= region.end.position);
+      expected =
+          (measure != first || place >= region.start.position) && (measure != last || place <= region.end.position);
     }
     ASSERT_EQ(InRegion(measure, position, region, staff), expected) << "round " << round;
     inside += expected;
@@ -107,7 +109,8 @@ TEST(LastItem, FoundFromAnyStartWithAnyStride) {
     const short step = kSteps[random() % std::size(kSteps)];
     char buffer[12];
     if (step == 1 && span > 60) continue;  // right, but a call for every number
-    EXPECT_EQ(FindLastItem(kTag, sizeof buffer, step, buffer, first), static_cast<short>(highest)) << first << "+" << step;
+    EXPECT_EQ(FindLastItem(kTag, sizeof buffer, step, buffer, first), static_cast<short>(highest))
+        << first << "+" << step;
     EXPECT_LT(host.calls.size(), 2000u);
     int absent = 1;
     while (numbers.contains(absent)) ++absent;
@@ -127,8 +130,9 @@ TEST(LastItem, SizesFollowTheHostWithinTheBuffer) {
   char buffer[12];
   EXPECT_EQ(FindLastItem(kTag, sizeof buffer, 1, buffer, 1), 3);
   std::vector<std::string> expected;
-  for (const char* call : {"SX_LoadEData otMx 1,0 12 -> 1", "SX_LoadEData otMx 2,0 12 -> 1", "SX_LoadEData otMx 3,0 6 -> 1",
-                           "SX_LoadEData otMx 4,0 12 -> 0", "SX_NextEData otMx 4,0 12 -> 0", "SX_NextEData otMx 3,0 12 -> 0"}) {
+  for (const char* call :
+       {"SX_LoadEData otMx 1,0 12 -> 1", "SX_LoadEData otMx 2,0 12 -> 1", "SX_LoadEData otMx 3,0 6 -> 1",
+        "SX_LoadEData otMx 4,0 12 -> 0", "SX_NextEData otMx 4,0 12 -> 0", "SX_NextEData otMx 3,0 12 -> 0"}) {
     expected.push_back(call);
   }
   EXPECT_EQ(host.calls, expected);

@@ -104,8 +104,8 @@ struct Model {
     }
     for (const auto& [measure, marks] : measure_marks) {
       for (size_t i = 0; i < marks.size(); ++i) {
-        const EDTSmartShapeMeasMark mark{static_cast<unsigned short>(marks[i].first),
-                                         static_cast<unsigned short>(marks[i].second), {}};
+        const EDTSmartShapeMeasMark mark{
+            static_cast<unsigned short>(marks[i].first), static_cast<unsigned short>(marks[i].second), {}};
         store.Save(kMeasureMark, Other(measure, static_cast<int>(i)), &mark, 12);
       }
     }
@@ -149,7 +149,9 @@ TEST_P(SmartShapeModel, HoldsThroughRandomOperations) {
   TestHost host;
   host.AddScore(kStaves, kMeasures);
   std::mt19937 random(9);
-  const auto from = [&](int first, int count) { return first + static_cast<int>(random() % static_cast<unsigned>(count)); };
+  const auto from = [&](int first, int count) {
+    return first + static_cast<int>(random() % static_cast<unsigned>(count));
+  };
   Model model;
   for (int round = 0; round < 500; ++round) {
     const int operation = from(0, 10);
@@ -162,7 +164,8 @@ TEST_P(SmartShapeModel, HoldsThroughRandomOperations) {
       ASSERT_TRUE(shape.FullCreate(number));
       ASSERT_EQ(number, model.Create(shape));
     } else if (operation < 8) {
-      const auto number = static_cast<unsigned short>(std::next(model.shapes.begin(), from(0, static_cast<int>(model.shapes.size())))->first);
+      const auto number = static_cast<unsigned short>(
+          std::next(model.shapes.begin(), from(0, static_cast<int>(model.shapes.size())))->first);
       EDTSmartShape shape{};
       ASSERT_TRUE(shape.Load(number));
       if (operation == 5 && model.shapes.size() < 20) {
@@ -198,10 +201,11 @@ TEST(SmartShape, WordOrderByHostVersion) {
     unsigned int version;
     int entry, swapped;
   };
-  for (const Case& c : {Case{0, 5, 0x00050000}, Case{0x0A000000, 0x00012345, 0x23450001},
-                        Case{0x0AFFFFFF, -1, static_cast<int>(0xFFFF0000)}, Case{0, -65537, static_cast<int>(0xFFFEFFFF)},
-                        Case{0, static_cast<int>(0x80010000), static_cast<int>(0xFFFF8001)}, Case{kNewOrder, 5, 5},
-                        Case{0xF0000000, -1, -1}}) {
+  for (const Case& c :
+       {Case{0, 5, 0x00050000}, Case{0x0A000000, 0x00012345, 0x23450001},
+        Case{0x0AFFFFFF, -1, static_cast<int>(0xFFFF0000)}, Case{0, -65537, static_cast<int>(0xFFFEFFFF)},
+        Case{0, static_cast<int>(0x80010000), static_cast<int>(0xFFFF8001)}, Case{kNewOrder, 5, 5},
+        Case{0xF0000000, -1, -1}}) {
     SokVersion = c.version;
     EDTSmartShape shape{};
     shape.startEntry = shape.endEntry = c.entry;
@@ -244,8 +248,8 @@ TEST(SmartShape, RefusedDeletesAreTriedOnce) {
   host.calls.clear();
   EXPECT_FALSE(shape.FullErase(number));
   std::vector<std::string> expected;
-  for (const char* key : {"O\\x08Sx 1,0", "otMx 3,0", "D\\x03Cx 1,1,0", "otMx 4,0", "otMx 5,0", "edEx 11,0", "edEx 11,1",
-                          "edEx 11,0", "edEx 11,1"}) {
+  for (const char* key : {"O\\x08Sx 1,0", "otMx 3,0", "D\\x03Cx 1,1,0", "otMx 4,0", "otMx 5,0", "edEx 11,0",
+                          "edEx 11,1", "edEx 11,0", "edEx 11,1"}) {
     expected.push_back(std::string("SX_DeleteEData ") + key + " -> 0");
   }
   EXPECT_EQ(host.CallsWith("SX_DeleteEData"), expected);
@@ -312,8 +316,9 @@ TEST(SmartShapeMarks, LoadSaveStepAndErase) {
   EXPECT_TRUE(shape.CreateShapeOnly(number));
   EXPECT_TRUE(shape.Load(number));
   EXPECT_TRUE(EDTSmartShape::EraseShapeOnly(number));
-  EXPECT_EQ(host.calls, (std::vector<std::string>{"SX_CreateEData O\\x07Sx 65535,0 84 -> 1", "SX_LoadEData O\\x07Sx 1,0 84 -> 1",
-                                                  "SX_DeleteEData O\\x07Sx 1,0 -> 1"}));
+  EXPECT_EQ(host.calls,
+            (std::vector<std::string>{"SX_CreateEData O\\x07Sx 65535,0 84 -> 1", "SX_LoadEData O\\x07Sx 1,0 84 -> 1",
+                                      "SX_DeleteEData O\\x07Sx 1,0 -> 1"}));
 }
 
 }  // namespace

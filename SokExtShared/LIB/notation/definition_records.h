@@ -8,7 +8,7 @@
 
 // Tag 0x4F044958 ('O', 4, 'IX'), key view `other`: number, 0.
 struct EDTArticulationDefinition2012 {
-  short words[25];           // what two definitions are compared by
+  short words[25];  // what two definitions are compared by
   unsigned char host50[10];
 };
 

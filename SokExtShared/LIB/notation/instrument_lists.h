@@ -1,7 +1,7 @@
 // The instruments of a staff list: who is in, adding and removing.
 //
-// A staff list keeps its instruments in four instrument lists, told apart by a bit in masks and by a record tag. Each is
-// a chain of EDT_DC records, key view `other`: list number, 0, 1, 2 … List number 0 is the global list, which holds
+// A staff list keeps its instruments in four instrument lists, told apart by a bit in masks and by a record tag. Each
+// is a chain of EDT_DC records, key view `other`: list number, 0, 1, 2 … List number 0 is the global list, which holds
 // every instrument and is never read. Host failures show as a negative answer; those of saves and creates do not show.
 #pragma once
 

@@ -26,7 +26,7 @@ int SwapSigned(int value) {
 void CreateMeasureMark(short measure, unsigned short shape) {
   short subIndex = -1;
   EDTSmartShapeMeasMark{.shape = shape, .centerShape = 0, .host4 = {}}.Create(static_cast<unsigned short>(measure),
-                                                                             subIndex);
+                                                                              subIndex);
 }
 
 void CreateEntryMark(int entry, unsigned short shape) {
