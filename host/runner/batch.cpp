@@ -54,6 +54,7 @@ Worker Start(std::size_t index, const BatchCallbacks& callbacks) {
 std::string FailureOf(int status) {
   if (WIFSIGNALED(status)) {
     const int signal = WTERMSIG(status);
+    if (signal == SIGALRM) return "the extension takes longer than it may";
     return "the process that ran the extension was ended by signal " + std::to_string(signal) + " (" +
            strsignal(signal) + ")";
   }

@@ -35,6 +35,7 @@ void AddInspectCommand(CLI::App& app, int& exit_code);
 void AddRecordsCommand(CLI::App& app, int& exit_code);
 void AddTextsCommand(CLI::App& app, int& exit_code);
 void AddShapesCommand(CLI::App& app, int& exit_code);
+void AddValidateCommand(CLI::App& app, int& exit_code);
 
 // Tables for a reader of a terminal, for the commands of the same names and for `inspect`. The score is read with
 // ReadOptions::document_data.

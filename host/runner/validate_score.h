@@ -1,0 +1,10 @@
+// The score that validated commands run on.
+#pragma once
+
+namespace sok {
+
+// MusicXML: three staves in two parts, five measures, with empty measures, rests of a whole measure, two voices, a
+// slur, a hairpin, words, lyrics and articulations.
+extern const char* const kValidationScore;
+
+}  // namespace sok
