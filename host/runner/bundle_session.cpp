@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <climits>
 #include <filesystem>
 
 #include "host/runner/commands.h"
@@ -131,9 +132,17 @@ void BundleSession::Enumerate() {
 }
 
 std::string BundleSession::Identifier() const {
-  const CFTypeRef value = CFBundleGetValueForInfoDictionaryKey(bundle_, CFSTR("CFBundleIdentifier"));
-  if (value == nullptr || CFGetTypeID(value) != CFStringGetTypeID()) return {};
-  return Utf8(static_cast<CFStringRef>(value));
+  const CFStringRef identifier = CFBundleGetIdentifier(bundle_);
+  return identifier != nullptr ? Utf8(identifier) : std::string();
+}
+
+std::string BundleSession::Executable() const {
+  const CFURLRef url = CFBundleCopyExecutableURL(bundle_);
+  if (url == nullptr) return {};
+  UInt8 path[PATH_MAX] = {};
+  CFURLGetFileSystemRepresentation(url, true, path, sizeof path);
+  CFRelease(url);
+  return reinterpret_cast<const char*>(path);
 }
 
 int BundleSession::Invoke(int command, EREGION* region) {

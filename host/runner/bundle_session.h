@@ -33,6 +33,7 @@ class BundleSession {
   BundleSession& operator=(const BundleSession&) = delete;
 
   std::string Identifier() const;  // empty when the bundle has none
+  std::string Executable() const;  // its path
   unsigned int InterfaceVersion() const { return interface_version_; }
   const std::vector<ExtensionMenuItem>& Commands() const { return commands_; }
 

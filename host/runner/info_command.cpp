@@ -30,14 +30,6 @@ bool IsMissingText(const std::string& text) {
   });
 }
 
-std::vector<std::string> Executables(const std::string& plugin) {
-  std::vector<std::string> paths;
-  std::error_code error;
-  for (const auto& file : fs::directory_iterator(plugin + "/Contents/MacOS", error)) paths.push_back(file.path().string());
-  std::sort(paths.begin(), paths.end());
-  return paths;
-}
-
 std::vector<std::string> Languages(const std::string& plugin) {
   std::vector<std::string> languages;
   std::error_code error;
@@ -75,11 +67,9 @@ Json Describe(const std::string& plugin) {
     info[bundle.Address(name) != nullptr ? "interface" : "missing_exports"].push_back(name);
   }
   info["other_exports"] = Json::array();
-  for (const std::string& path : Executables(plugin)) {
-    for (const std::string& name : ExportedNames(path)) {
-      const bool known = std::find(std::begin(kInterfaceNames), std::end(kInterfaceNames), name) != std::end(kInterfaceNames);
-      if (!known) info["other_exports"].push_back(name);
-    }
+  for (const std::string& name : ExportedNames(bundle.Executable())) {
+    const bool known = std::find(std::begin(kInterfaceNames), std::end(kInterfaceNames), name) != std::end(kInterfaceNames);
+    if (!known) info["other_exports"].push_back(name);
   }
   info["alerts"] = session.alerts;
   return info;
