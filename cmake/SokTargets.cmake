@@ -2,6 +2,9 @@
 
 function(sok_target_defaults target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    target_compile_options(${target} PRIVATE -Wno-restrict)  # wrong about joined strings when optimising
+  endif()
   if(PROJECT_IS_TOP_LEVEL AND SOK_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
