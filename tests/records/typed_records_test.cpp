@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
-#include <functional>
+#include <iterator>
 
 #include "SokExtShared/LIB/records/smart_shape_records.h"
 #include "SokExtShared/SokEDK/Source/host_types.h"
@@ -12,7 +13,8 @@
 
 namespace {
 
-constexpr unsigned int kNotes = 0x45056E68;   // a tag of entry details
+constexpr unsigned int kNotes = 0x45056E68;  // a tag of entry details
+constexpr unsigned int kAccidentals = 0x45024168;
 constexpr unsigned int kOther = 0x6F743939;   // 'ot99'
 constexpr unsigned int kDetail = 0x64743939;  // 'dt99'
 constexpr unsigned int kGlobal = 0x70663939;  // 'pf99'
@@ -98,66 +100,43 @@ TEST(TypedRecords, MakeOneCallEach) {
   }
 }
 
-// Helpers that take numbers by reference: the call that they make, and what the numbers are after the host has written
-// all ones into the key. 99: not given.
+// Helpers that take numbers by reference: these here. The call that they make, and the numbers after the host has
+// written all ones into the key.
 struct Numbers {
-  int first = 99;
-  int second = 99;
-  int subIndex = 99;
+  int first, second, sub;
+} n;
 
-  bool operator==(const Numbers&) const = default;
-};
 struct WriteBackCase {
   const char* call;
   Numbers before;
   Numbers after;
-  bool (*helper)(Numbers&);
+  bool (*helper)();
 };
 
 // clang-format off
 const WriteBackCase kWriteBacks[] = {
-    {"SX_NextEData ot99 1,2 7", {1, 99, 2}, {65535, 99, -1},
-     [](Numbers& n) { return sx_nextother(kOther, n.first, n.subIndex, bytes, 7); }},
-    {"SX_CreateEData ot99 65535,0 7", {65535, 99, 7}, {65535, 99, -1},
-     [](Numbers& n) { return sx_createother(kOther, n.first, n.subIndex, bytes, 7); }},
-    {"SX_CreateEData ot99 65535,7 7", {-1, 99, 7}, {65535, 99, -1},
-     [](Numbers& n) { return sx_createother(kOther, n.first, n.subIndex, bytes, 7); }},
-    {"SX_NextEData dt99 1,2,3 7", {1, 2, 3}, {65535, 65535, -1},
-     [](Numbers& n) { return sx_nextdetail(kDetail, n.first, n.second, bytes, 7, n.subIndex); }},
-    {"SX_CreateEData dt99 1,2,3 7", {1, 2, 3}, {1, 2, -1},
-     [](Numbers& n) {
-       return sx_createdetailconstcmper(kDetail, n.first, static_cast<unsigned int>(n.second), bytes, 7, n.subIndex);
-     }},
-    {"SX_CreateEData dt99 1,65535,3 7", {1, -1, 3}, {1, 65535, -1},
-     [](Numbers& n) {
-       auto second = static_cast<unsigned int>(n.second);
-       const bool created = sx_createdetail(kDetail, n.first, second, bytes, 7, n.subIndex);
+    {"SX_NextEData ot99 1,2 7", {1, 0, 2}, {65535, 0, -1}, [] { return sx_nextother(kOther, n.first, n.sub, bytes, 7); }},
+    {"SX_CreateEData ot99 65535,0 7", {65535, 0, 7}, {65535, 0, -1}, [] { return sx_createother(kOther, n.first, n.sub, bytes, 7); }},
+    {"SX_CreateEData ot99 65535,7 7", {-1, 0, 7}, {65535, 0, -1}, [] { return sx_createother(kOther, n.first, n.sub, bytes, 7); }},
+    {"SX_NextEData dt99 1,2,3 7", {1, 2, 3}, {65535, 65535, -1}, [] { return sx_nextdetail(kDetail, n.first, n.second, bytes, 7, n.sub); }},
+    {"SX_CreateEData dt99 1,65534,3 7", {1, 0, 3}, {1, 0, -1}, [] { return sx_createdetailconstcmper(kDetail, n.first, 65534u, bytes, 7, n.sub); }},
+    {"SX_CreateEData dt99 65535,2,3 7", {-1, 2, 3}, {-1, 2, -1}, [] { return sx_createdetail(kDetail, n.first, n.second, bytes, 7, n.sub); }},
+    {"SX_CreateEData dt99 1,0,3 7", {1, 0, 3}, {1, 65535, -1}, [] {
+       unsigned int second = 0;
+       const bool created = sx_createdetail(kDetail, n.first, second, bytes, 7, n.sub);
        n.second = static_cast<int>(second);
-       return created;
-     }},
-    {"SX_CreateEData dt99 65535,2,3 7", {-1, 2, 3}, {-1, 2, -1},
-     [](Numbers& n) { return sx_createdetail(kDetail, n.first, n.second, bytes, 7, n.subIndex); }},
-    {"SX_CreateEData E\\x05nh 1,3 7", {1, 99, 3}, {1, 99, -1},
-     [](Numbers& n) {
-       return sx_createentrydetail(kNotes, static_cast<unsigned int>(n.first), n.subIndex, bytes, 7);
-     }},
-    {"SX_CreateEData E\\x05nh 70000,3 7", {70000, 99, 3}, {-1, 99, -1},
-     [](Numbers& n) { return sx_createentrydetail(kNotes, n.first, n.subIndex, bytes, 7); }},
-    {"SX_CreateEData E\\x03TP 1,3 30", {1, 99, 3}, {1, 99, -1},
-     [](Numbers& n) {
-       auto subIndex = static_cast<short>(n.subIndex);
-       const bool created = sx_createtuplet(n.first, subIndex, record<EDTTuplet2005>);
-       n.subIndex = subIndex;
-       return created;
-     }},
-    {"SX_NextEData eteE 70000 52", {70000}, {-1}, [](Numbers& n) { return sx_nextentry(n.first, record<EDTEntry>); }},
-    {"SX_PreviousEData eteE 2 52", {2}, {-1}, [](Numbers& n) { return sx_preventry(n.first, record<EDTEntry>); }},
-    {"SX_CreateEData O\\x08Sx 4,-1 92", {4}, {65535},
-     [](Numbers& n) { return sx_createsmartshape(n.first, record<EDTSmartShape>); }},
-    {"SX_CreateEData O\\x08Sx 65535,0 92", {65535}, {65535},
-     [](Numbers& n) { return sx_createsmartshape(n.first, record<EDTSmartShape>); }},
-    {"SX_NextEData O\\x08Sx 4,0 92", {4}, {65535},
-     [](Numbers& n) { return sx_nextsmartshape(n.first, record<EDTSmartShape>); }},
+       return created; }},
+    {"SX_CreateEData E\\x05nh 9,3 7", {0, 0, 3}, {0, 0, -1}, [] { return sx_createentrydetail(kNotes, 9u, n.sub, bytes, 7); }},
+    {"SX_CreateEData E\\x05nh 70000,3 7", {70000, 0, 3}, {-1, 0, -1}, [] { return sx_createentrydetail(kNotes, n.first, n.sub, bytes, 7); }},
+    {"SX_CreateEData E\\x03TP 1,3 30", {1, 0, 3}, {1, 0, -1}, [] {
+       short sub = 3;
+       const bool created = sx_createtuplet(n.first, sub, record<EDTTuplet2005>);
+       n.sub = sub;
+       return created; }},
+    {"SX_NextEData eteE 70000 52", {70000, 0, 0}, {-1, 0, 0}, [] { return sx_nextentry(n.first, record<EDTEntry>); }},
+    {"SX_PreviousEData eteE 2 52", {2, 0, 0}, {-1, 0, 0}, [] { return sx_preventry(n.first, record<EDTEntry>); }},
+    {"SX_CreateEData O\\x08Sx 4,-1 92", {4, 0, 0}, {65535, 0, 0}, [] { return sx_createsmartshape(n.first, record<EDTSmartShape>); }},
+    {"SX_NextEData O\\x08Sx 4,0 92", {4, 0, 0}, {65535, 0, 0}, [] { return sx_nextsmartshape(n.first, record<EDTSmartShape>); }},
 };
 // clang-format on
 
@@ -169,38 +148,26 @@ TEST(TypedRecords, BringKeysBackWhateverTheResult) {
     call.result = result;
   };
   for (const WriteBackCase& c : kWriteBacks) {
+    SCOPED_TRACE(c.call);
     for (const long answer : {0, 1}) {
-      host.calls.clear();
       result = answer;
-      Numbers numbers = c.before;
-      EXPECT_EQ(c.helper(numbers), answer != 0) << c.call;
-      EXPECT_EQ(host.calls, std::vector{c.call + (" -> " + std::to_string(answer))});
-      EXPECT_TRUE(numbers == c.after) << c.call << ": " << numbers.first << " " << numbers.second << " "
-                                      << numbers.subIndex;
+      n = c.before;
+      EXPECT_EQ(c.helper(), answer != 0);
+      EXPECT_EQ(host.calls.back(), c.call + (" -> " + std::to_string(answer)));
+      EXPECT_EQ(std::make_tuple(n.first, n.second, n.sub), std::make_tuple(c.after.first, c.after.second, c.after.sub));
     }
   }
 }
 
-// A document whose entry 7 has `count` records of a tag; the first word of each is 100 plus its subIndex.
-template <typename Record>
-void AddRecords(TestHost& host, unsigned int tag, short count) {
-  for (short i = 0; i < count; ++i) {
-    Record mods{};
-    const short word = static_cast<short>(100 + i);
-    std::memcpy(&mods, &word, 2);
-    EDataID id{};
-    id.entryDetail.entryNum = 7;
-    id.entryDetail.subIndex = i;
-    host.document.records.Save(tag, id, &mods, sizeof mods);
-  }
-}
-
+// Searches of an entry with so many records; the first word of each is 100 plus its subIndex. Record and subIndex of
+// the caller start as -9.
+constexpr short kUntouched = -9;
 struct SearchCase {
   short records;
   short wanted;
-  short found;  // -5: not found
+  short found;
   size_t loads;
-  short word;  // first word of the caller's record then; it starts as -9
+  short word;  // the first of the caller's record then
 };
 
 template <typename Record, typename Search>
@@ -208,50 +175,43 @@ void ExpectSearches(unsigned int tag, std::initializer_list<SearchCase> cases, S
   for (const SearchCase& c : cases) {
     SCOPED_TRACE(testing::Message() << c.records << " records, wanted " << c.wanted);
     TestHost host;
-    AddRecords<Record>(host, tag, c.records);
+    short words[sizeof(Record) / 2] = {};
+    EDataID id{};
+    for (id.entryDetail.entryNum = 7; id.entryDetail.subIndex < c.records; ++id.entryDetail.subIndex) {
+      words[0] = static_cast<short>(100 + id.entryDetail.subIndex);
+      host.document.records.Save(tag, id, words, sizeof words);
+    }
+    std::fill(std::begin(words), std::end(words), kUntouched);
     Record mods;
-    std::memset(&mods, 0xF7, sizeof mods);
-    const short start = -9;
-    std::memcpy(&mods, &start, 2);
-    short found = -5;
-    EXPECT_EQ(search(c.wanted, mods, found), c.found != -5);
+    std::memcpy(&mods, words, sizeof mods);
+    short found = kUntouched;
+    EXPECT_EQ(search(c.wanted, mods, found), c.found != kUntouched);
     EXPECT_EQ(found, c.found);
     EXPECT_EQ(host.calls.size(), c.loads);
-    short word = 0;
-    std::memcpy(&word, &mods, 2);
-    EXPECT_EQ(word, c.word);
+    std::memcpy(words, &mods, sizeof mods);
+    EXPECT_EQ(words[0], c.word);
+    EXPECT_EQ(words[1], c.word == kUntouched ? kUntouched : 0);  // zeroed or loaded wholly
   }
 }
 
-TEST(RecordSearches, NoteheadChangesZeroTheRecordAtTheEnd) {
+TEST(RecordSearches, EndAsEachTypeHasIt) {
   ExpectSearches<EDTNoteheadMods2012>(kNotes,
-                                      {{0, 100, -5, 1, 0},
+                                      {{0, 100, -9, 1, 0},
                                        {3, 102, 2, 3, 102},
-                                       {3, 103, -5, 4, 0},
-                                       {3, -1, -5, 4, 0},  // no special value here
+                                       {3, -1, -9, 4, 0},
                                        {1001, 1099, 999, 1000, 1099},
-                                       {1001, 1100, -5, 1000, 1099}},
+                                       {1001, 1100, -9, 1000, 1099}},
                                       [](short wanted, EDTNoteheadMods2012& mods, short& found) {
                                         return sx_loadnoteheadmod(7, wanted, mods, found, kNotes);
                                       });
-}
-
-TEST(RecordSearches, AccidentalChangesTakeAnyFirstRecordForMinusOne) {
-  ExpectSearches<EDTAccidentalMods2012>(0x45024168,
-                                        {{0, 100, -5, 1, -9},
-                                         {0, -1, -5, 1, -9},
-                                         {3, -1, 0, 1, 100},
-                                         {3, 101, 1, 2, 101},
-                                         {3, 103, -5, 4, 102},
-                                         {1001, 1100, -5, 1000, 1099}},
-                                        [](short wanted, EDTAccidentalMods2012& mods, short& found) {
-                                          return sx_loadaccidentalmod(7, wanted, mods, found);
-                                        });
-}
-
-TEST(RecordSearches, TieAlterationsGiveUpAfterTwenty) {
+  ExpectSearches<EDTAccidentalMods2012>(
+      kAccidentals,
+      {{0, -1, -9, 1, -9}, {3, -1, 0, 1, 100}, {3, 101, 1, 2, 101}, {3, 103, -9, 4, 102}, {1001, 1100, -9, 1000, 1099}},
+      [](short wanted, EDTAccidentalMods2012& mods, short& found) {
+        return sx_loadaccidentalmod(7, wanted, mods, found);
+      });
   ExpectSearches<EDTTieAltRecord>(
-      kNotes, {{0, 100, -5, 1, -9}, {25, 119, 19, 20, 119}, {25, 120, -5, 20, 119}, {2, -1, -5, 3, 101}},
+      kNotes, {{0, 100, -9, 1, -9}, {25, 119, 19, 20, 119}, {25, 120, -9, 20, 119}, {2, -1, -9, 3, 101}},
       [](short wanted, EDTTieAltRecord& mods, short& found) {
         return sx_loadtiealteration(kNotes, 7, wanted, mods, found);
       });
@@ -259,29 +219,30 @@ TEST(RecordSearches, TieAlterationsGiveUpAfterTwenty) {
 
 TEST(RecordSearches, DeleteAllUntilTheHostRefuses) {
   TestHost host;
-  AddRecords<EDTNoteheadMods2012>(host, kNotes, 3);
-  AddRecords<EDTAccidentalMods2012>(host, 0x45024168, 1);
+  EDataID id{};
+  for (id.entryDetail.entryNum = 7; id.entryDetail.subIndex < 2; ++id.entryDetail.subIndex) {
+    host.document.records.Save(kNotes, id, bytes, 20);
+  }
   EXPECT_FALSE(sx_deletenoteheadmod(7, kNotes));
   EXPECT_FALSE(sx_deleteaccidentalmod(7));
+  const std::string note = "SX_DeleteEData E\\x05nh 7,0 -> ";
   EXPECT_EQ(host.calls,
-            (std::vector<std::string>{"SX_DeleteEData E\\x05nh 7,0 -> 1", "SX_DeleteEData E\\x05nh 7,0 -> 1",
-                                      "SX_DeleteEData E\\x05nh 7,0 -> 1", "SX_DeleteEData E\\x05nh 7,0 -> 0",
-                                      "SX_DeleteEData E\\x02Ah 7,0 -> 1", "SX_DeleteEData E\\x02Ah 7,0 -> 0"}));
+            (std::vector{note + "1", note + "1", note + "0", std::string("SX_DeleteEData E\\x02Ah 7,0 -> 0")}));
 }
 
 TEST(TypedRecords, BringBackTheSizeOfTextExpressionsAndGlobals) {
   TestHost host;
   host.document.records.Save(0x534F4454, EDataID{}, "eight..", 8);
   host.document.records.Save(kGlobal, EDataID{}, "xy", 2);
-  std::memset(bytes, 'z', sizeof bytes);
+  char buffer[] = "zzzzzz";
   int size = 5;
-  EXPECT_TRUE(sx_loadtextexpression(0, bytes, size, 0));
+  EXPECT_TRUE(sx_loadtextexpression(0, buffer, size, 0));
   EXPECT_EQ(size, 8);
-  EXPECT_EQ(std::string(bytes, 6), "eightz");
+  EXPECT_STREQ(buffer, "eightz");
   size = 4;
-  EXPECT_TRUE(sx_loadglobalwithsize(kGlobal, 0, bytes, size));
+  EXPECT_TRUE(sx_loadglobalwithsize(kGlobal, 0, buffer, size));
   EXPECT_EQ(size, 2);
-  EXPECT_EQ(std::string(bytes, 6), std::string("xy\0\0tz", 6));  // zeroed as far as the stated size
+  EXPECT_EQ(std::string(buffer, 6), std::string("xy\0\0tz", 6));  // zeroed as far as the stated size
 }
 
 TEST(TypedRecords, GlobalsReadAsZerosWithoutTheEntryPoint) {
