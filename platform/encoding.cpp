@@ -1,0 +1,235 @@
+#include "platform/encoding.h"
+
+#include <bit>
+#include <limits>
+
+#include "platform/mac_roman.h"
+
+namespace sok {
+namespace {
+
+constexpr CFStringEncoding kNativeUtf16 =
+    std::endian::native == std::endian::little ? kCFStringEncodingUTF16LE : kCFStringEncodingUTF16BE;
+
+constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+constexpr bool IsSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
+
+unsigned char ByteAt(std::string_view bytes, size_t at) { return static_cast<unsigned char>(bytes[at]); }
+
+std::optional<std::u16string> DecodeUtf8(std::string_view bytes) {
+  if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
+  std::u16string units;
+  units.reserve(bytes.size());
+  for (size_t at = 0; at < bytes.size();) {
+    const unsigned char lead = ByteAt(bytes, at++);
+    if (lead < 0x80) {
+      units += lead;
+      continue;
+    }
+    if (lead < 0xC2 || lead > 0xF4) return std::nullopt;
+    const size_t more = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+    if (bytes.size() - at < more) return std::nullopt;
+    char32_t code_point = lead & (0x3Fu >> more);
+    for (size_t end = at + more; at < end; ++at) {
+      if ((ByteAt(bytes, at) & 0xC0) != 0x80) return std::nullopt;
+      code_point = code_point << 6 | (ByteAt(bytes, at) & 0x3F);
+    }
+    constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
+    if (code_point < kSmallest[more] || !AppendCodePoint(units, code_point)) return std::nullopt;
+  }
+  return units;
+}
+
+char32_t ReadWord(std::string_view bytes, size_t at, size_t width, bool big_endian) {
+  char32_t word = 0;
+  for (size_t i = 0; i < width; ++i) word = word << 8 | ByteAt(bytes, at + (big_endian ? i : width - 1 - i));
+  return word;
+}
+
+std::u16string DecodeUtf16(std::string_view bytes, CFStringEncoding encoding) {
+  if (encoding == kCFStringEncodingUTF16) {
+    encoding = bytes.starts_with("\xFE\xFF")   ? kCFStringEncodingUTF16BE
+               : bytes.starts_with("\xFF\xFE") ? kCFStringEncodingUTF16LE
+                                               : kNativeUtf16;
+  }
+  const bool big_endian = encoding == kCFStringEncodingUTF16BE;
+  std::u16string units;
+  for (size_t at = 0; at + 2 <= bytes.size(); at += 2) {
+    const char32_t unit = ReadWord(bytes, at, 2, big_endian);
+    if (at > 0 || unit != 0xFEFF) units += static_cast<char16_t>(unit);
+  }
+  return units;
+}
+
+std::optional<std::u16string> DecodeUtf32(std::string_view bytes, bool big_endian) {
+  if (bytes.size() % 4 != 0) return std::nullopt;
+  std::u16string units;
+  for (size_t at = 0; at < bytes.size(); at += 4) {
+    const char32_t code_point = ReadWord(bytes, at, 4, big_endian);
+    if ((at > 0 || code_point != 0xFEFF) && !AppendCodePoint(units, code_point)) return std::nullopt;
+  }
+  return units;
+}
+
+// Where encoded bytes go: into a buffer of limited size, or nowhere.
+class Output {
+ public:
+  Output(UInt8* buffer, size_t capacity)
+      : buffer_(buffer), room_(buffer != nullptr ? capacity : std::numeric_limits<size_t>::max()) {}
+
+  bool HasRoom(size_t count) const { return room_ - used_ >= count; }
+  void Put(char32_t byte) {
+    Peek(byte);
+    ++used_;
+  }
+  // Writes a byte without counting it.
+  void Peek(char32_t byte) {
+    if (buffer_ != nullptr) buffer_[used_] = static_cast<UInt8>(byte);
+  }
+  size_t used() const { return used_; }
+
+ private:
+  UInt8* const buffer_;
+  const size_t room_;
+  size_t used_ = 0;
+};
+
+Encoded EncodeAscii(std::u16string_view units, UInt8 loss_byte, Output output) {
+  size_t done = 0;
+  for (; done < units.size() && output.HasRoom(1); ++done) {
+    if (units[done] >= 0x80 && loss_byte == 0) break;
+    output.Put(units[done] < 0x80 ? units[done] : loss_byte);
+  }
+  return {done, output.used()};
+}
+
+Encoded EncodeMacRoman(std::u16string_view units, UInt8 loss_byte, Output output) {
+  size_t done = 0;
+  while (done < units.size() && output.HasRoom(1)) {
+    int byte = MacRomanByte(units[done]);
+    size_t length = 1;
+    if (byte != kNoByte && done + 1 < units.size() && IsCombiningMark(units[done + 1])) {
+      output.Peek(static_cast<char32_t>(byte));
+      byte = MacRomanComposedByte(units[done], units[done + 1]);
+      length = 2;
+    }
+    if (byte == kNoByte && loss_byte == 0) break;
+    output.Put(byte != kNoByte ? static_cast<char32_t>(byte) : loss_byte);
+    done += length;
+  }
+  return {done, output.used()};
+}
+
+// An unpaired surrogate ends the conversion: no loss byte stands for it here.
+Encoded EncodeUtf8(std::u16string_view units, Output output) {
+  size_t done = 0;
+  while (done < units.size()) {
+    char32_t code_point = units[done];
+    size_t length = 1;
+    if (IsSurrogate(code_point)) {
+      if (!IsHighSurrogate(code_point) || done + 1 == units.size() || !IsLowSurrogate(units[done + 1])) break;
+      code_point = (code_point << 10) + units[done + 1] - 0x35FDC00;
+      length = 2;
+    }
+    const size_t more = code_point < 0x80 ? 0 : code_point < 0x800 ? 1 : code_point < 0x10000 ? 2 : 3;
+    if (!output.HasRoom(more + 1)) break;
+    constexpr char32_t kLead[] = {0x00, 0xC0, 0xE0, 0xF0};
+    output.Put(kLead[more] | code_point >> (6 * more));
+    for (size_t i = more; i-- > 0;) output.Put(0x80 | (code_point >> (6 * i) & 0x3F));
+    done += length;
+  }
+  return {done, output.used()};
+}
+
+Encoded EncodeUtf16(std::u16string_view units, CFStringEncoding encoding, bool with_mark, Output output) {
+  const bool big_endian = (encoding == kCFStringEncodingUTF16 ? kNativeUtf16 : encoding) == kCFStringEncodingUTF16BE;
+  const auto put = [&](char32_t unit) {
+    if (!output.HasRoom(2)) return false;
+    output.Put(big_endian ? unit >> 8 : unit);
+    output.Put(big_endian ? unit : unit >> 8);
+    return true;
+  };
+  if (with_mark && encoding == kCFStringEncodingUTF16 && !put(0xFEFF)) return {};
+  size_t done = 0;
+  while (done < units.size() && put(units[done])) ++done;
+  return {done, output.used()};
+}
+
+}  // namespace
+
+bool AppendCodePoint(std::u16string& units, char32_t code_point) {
+  if (code_point > 0x10FFFF || IsSurrogate(code_point)) return false;
+  if (code_point >= 0x10000) {
+    units += static_cast<char16_t>(0xD7C0 + (code_point >> 10));
+    units += static_cast<char16_t>(0xDC00 + (code_point & 0x3FF));
+  } else {
+    units += static_cast<char16_t>(code_point);
+  }
+  return true;
+}
+
+std::optional<std::u16string> Decode(std::string_view bytes, CFStringEncoding encoding) {
+  switch (encoding) {
+    case kCFStringEncodingMacRoman:
+    case kCFStringEncodingASCII: {
+      std::u16string units;
+      units.reserve(bytes.size());
+      for (const char byte : bytes) {
+        const auto value = static_cast<unsigned char>(byte);
+        units += encoding == kCFStringEncodingMacRoman ? MacRomanUnit(value) : char16_t{value};
+      }
+      return units;
+    }
+    case kCFStringEncodingUTF8:
+      return DecodeUtf8(bytes);
+    case kCFStringEncodingUTF16:
+    case kCFStringEncodingUTF16BE:
+    case kCFStringEncodingUTF16LE:
+      return DecodeUtf16(bytes, encoding);
+    case kCFStringEncodingUTF32BE:
+    case kCFStringEncodingUTF32LE:
+      return DecodeUtf32(bytes, encoding == kCFStringEncodingUTF32BE);
+    default:
+      return std::nullopt;
+  }
+}
+
+Encoded Encode(std::u16string_view units, CFStringEncoding encoding, UInt8 loss_byte, bool with_mark, UInt8* buffer,
+               size_t capacity) {
+  const Output output(buffer, capacity);
+  switch (encoding) {
+    case kCFStringEncodingMacRoman:
+      return EncodeMacRoman(units, loss_byte, output);
+    case kCFStringEncodingASCII:
+      return EncodeAscii(units, loss_byte, output);
+    case kCFStringEncodingUTF8:
+      return EncodeUtf8(units, output);
+    case kCFStringEncodingUTF16:
+    case kCFStringEncodingUTF16BE:
+    case kCFStringEncodingUTF16LE:
+      return EncodeUtf16(units, encoding, with_mark, output);
+    default:
+      return {};
+  }
+}
+
+std::string ToUtf8(std::u16string_view units) {
+  std::string bytes;
+  while (!units.empty()) {
+    const Encoded size = Encode(units, kCFStringEncodingUTF8, 0, false, nullptr, 0);
+    const size_t start = bytes.size();
+    bytes.resize(start + size.bytes);
+    Encode(units.substr(0, size.units), kCFStringEncodingUTF8, 0, false, reinterpret_cast<UInt8*>(bytes.data() + start),
+           size.bytes);
+    units.remove_prefix(size.units < units.size() ? size.units + 1 : size.units);
+  }
+  return bytes;
+}
+
+bool HoldsAscii(CFStringEncoding encoding) {
+  return encoding == kCFStringEncodingMacRoman || encoding == kCFStringEncodingASCII ||
+         encoding == kCFStringEncodingUTF8;
+}
+
+}  // namespace sok

@@ -1,0 +1,251 @@
+#include "platform/format.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+#include <string>
+
+#include "platform/mac_roman.h"
+#include "platform/string_object.h"
+
+namespace sok {
+namespace {
+
+constexpr size_t kNumericLimit = 510;  // the characters that one numeric directive yields at most
+
+// A value of the argument list as its directive reads it.
+struct Argument {
+  Directive directive = Directive::kText;
+  ArgumentSize size = ArgumentSize::kInt;
+  long integer = 0;
+  double number = 0;
+  long double long_number = 0;
+  const void* pointer = nullptr;
+};
+
+// Gives every directive the indexes of its arguments, and returns what the list holds by index; nothing when an index
+// is out of reach. Directives without an index count on their own, and an index may be used more than once.
+std::optional<std::vector<Argument>> PlanArguments(std::vector<FormatSpec>& specs, size_t percent_signs) {
+  std::vector<Argument> arguments(3 * percent_signs + 1);  // value, width and precision of each
+  int next = 0;
+  for (FormatSpec& spec : specs) {
+    if (spec.directive == Directive::kText) continue;
+    for (int* index : {&spec.width_argument, &spec.precision_argument, &spec.argument}) {
+      const bool is_value = index == &spec.argument;
+      if (*index == FormatSpec::kNone && !is_value) continue;
+      if (*index < 0) *index = next++;
+      if (static_cast<size_t>(*index) >= arguments.size()) return std::nullopt;
+      Argument& argument = arguments[static_cast<size_t>(*index)];
+      argument.directive = is_value ? spec.directive : Directive::kInteger;
+      argument.size = is_value ? spec.size : ArgumentSize::kInt;
+    }
+  }
+  return arguments;
+}
+
+// Takes the arguments from the list in the order of their indexes; an index that nothing refers to takes none.
+void TakeArguments(std::vector<Argument>& arguments, va_list list) {
+  for (Argument& argument : arguments) {
+    switch (argument.directive) {
+      case Directive::kText:
+        break;
+      case Directive::kInteger:
+      case Directive::kUnsigned:
+      case Directive::kCharacter:
+      case Directive::kUnit: {
+        const bool wide = argument.size == ArgumentSize::kLong || argument.size == ArgumentSize::kLongDouble;
+        const bool is_number = argument.directive == Directive::kInteger || argument.directive == Directive::kUnsigned;
+        argument.integer = wide && is_number ? va_arg(list, long) : va_arg(list, int);
+        break;
+      }
+      case Directive::kDouble:
+        if (argument.size == ArgumentSize::kLongDouble) {
+          argument.long_number = va_arg(list, long double);
+        } else {
+          argument.number = va_arg(list, double);
+        }
+        break;
+      case Directive::kNothing:
+      case Directive::kBytes:
+      case Directive::kUnits:
+      case Directive::kPascal:
+      case Directive::kObject:
+      case Directive::kPointer:
+        argument.pointer = va_arg(list, const void*);
+        break;
+    }
+  }
+}
+
+// printf for one number, cut to what one directive may yield.
+template <typename Value>
+std::u16string Print(const FormatSpec& spec, const char* length_modifier, char letter, Value value) {
+  std::string format = "%";
+  if (spec.minus) format += '-';
+  if (spec.plus) format += '+';
+  if (spec.space) format += ' ';
+  if (spec.alternate) format += '#';
+  if (spec.zero) format += '0';
+  if (spec.width >= 0) format += std::to_string(spec.width);
+  if (spec.precision >= 0) format += "." + std::to_string(spec.precision);
+  format += length_modifier;
+  format += letter;
+  char text[kNumericLimit + 1] = "";
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+  std::snprintf(text, sizeof text, format.c_str(), value);
+#pragma GCC diagnostic pop
+  return Widen(text);
+}
+
+std::u16string PrintInteger(const FormatSpec& spec, long value) {
+  switch (spec.size) {
+    case ArgumentSize::kChar:
+      return Print(spec, "hh", spec.letter, static_cast<int>(value));
+    case ArgumentSize::kShort:
+      return Print(spec, "h", spec.letter, static_cast<int>(value));
+    case ArgumentSize::kInt:
+      return Print(spec, "", spec.letter, static_cast<int>(value));
+    case ArgumentSize::kLong:
+    case ArgumentSize::kLongDouble:
+      break;
+  }
+  return Print(spec, "l", spec.letter, value);
+}
+
+std::u16string PrintPointer(FormatSpec spec, const void* pointer) {
+  spec.alternate = true;
+  if (pointer != nullptr) return Print(spec, "l", 'x', reinterpret_cast<std::uintptr_t>(pointer));
+  spec.precision = FormatSpec::kNone;
+  return Print(spec, "", 's', "0x0");
+}
+
+// Pads text to the width; never with zeros.
+std::u16string Padded(const FormatSpec& spec, std::u16string text) {
+  const size_t width = spec.width > 0 ? static_cast<size_t>(spec.width) : 0;
+  if (text.size() < width) text.insert(spec.minus ? text.size() : 0, width - text.size(), u' ');
+  return text;
+}
+
+size_t Limit(const FormatSpec& spec) {
+  return spec.precision >= 0 ? static_cast<size_t>(spec.precision) : std::numeric_limits<size_t>::max();
+}
+
+std::u16string FromMacRoman(const unsigned char* bytes, size_t length) {
+  std::u16string text(length, u'\0');
+  for (size_t i = 0; i < length; ++i) text[i] = MacRomanUnit(bytes[i]);
+  return text;
+}
+
+template <typename Unit>
+size_t BoundedLength(const Unit* text, size_t limit) {
+  size_t length = 0;
+  while (length < limit && text[length] != 0) ++length;
+  return length;
+}
+
+std::u16string PrintText(const FormatSpec& spec, const void* pointer) {
+  if (pointer == nullptr) return u"(null)";
+  switch (spec.directive) {
+    case Directive::kUnits: {
+      const auto* units = static_cast<const UniChar*>(pointer);
+      return Padded(spec, std::u16string(units, units + BoundedLength(units, Limit(spec))));
+    }
+    case Directive::kPascal: {
+      const auto* bytes = static_cast<const unsigned char*>(pointer);
+      return Padded(spec, FromMacRoman(bytes + 1, std::min<size_t>(bytes[0], Limit(spec))));
+    }
+    case Directive::kObject:
+      return static_cast<const Object*>(pointer)->Description();
+    default: {
+      const auto* bytes = static_cast<const unsigned char*>(pointer);
+      return Padded(spec, FromMacRoman(bytes, BoundedLength(bytes, Limit(spec))));
+    }
+  }
+}
+
+std::u16string PrintValue(const FormatSpec& spec, const Argument& argument) {
+  switch (spec.directive) {
+    case Directive::kInteger:
+    case Directive::kUnsigned:
+      return PrintInteger(spec, argument.integer);
+    case Directive::kDouble:
+      if (spec.size == ArgumentSize::kLongDouble) return Print(spec, "L", spec.letter, argument.long_number);
+      return Print(spec, "", spec.letter, argument.number);
+    case Directive::kCharacter:
+      return Print(spec, "", 'c', static_cast<int>(argument.integer));
+    case Directive::kUnit:
+      return std::u16string(1, static_cast<char16_t>(argument.integer));
+    case Directive::kPointer:
+      return PrintPointer(spec, argument.pointer);
+    case Directive::kBytes:
+    case Directive::kUnits:
+    case Directive::kPascal:
+    case Directive::kObject:
+      return PrintText(spec, argument.pointer);
+    case Directive::kText:
+    case Directive::kNothing:
+      break;
+  }
+  return {};
+}
+
+// Fills in the width and precision that arguments give. A negative width aligns numbers on the left and leaves text
+// unpadded; a negative precision counts as none.
+FormatSpec Resolved(FormatSpec spec, const std::vector<Argument>& arguments) {
+  const bool is_text = spec.directive == Directive::kBytes || spec.directive == Directive::kUnits ||
+                       spec.directive == Directive::kPascal;
+  if (spec.bare_precision && !is_text) spec.precision = 0;
+  if (spec.width_argument >= 0) {
+    spec.width = static_cast<int>(arguments[static_cast<size_t>(spec.width_argument)].integer);
+    if (spec.width < 0 && !is_text) {
+      spec.minus = true;
+      spec.width = spec.width == std::numeric_limits<int>::min() ? std::numeric_limits<int>::max() : -spec.width;
+    }
+  }
+  if (spec.precision_argument >= 0) {
+    spec.precision = static_cast<int>(arguments[static_cast<size_t>(spec.precision_argument)].integer);
+  }
+  return spec;
+}
+
+CFStringRef Format(std::u16string_view format, va_list list) {
+  std::optional<std::vector<FormatSpec>> specs = ParseFormat(format);
+  if (!specs) return nullptr;
+  const auto percent_signs = static_cast<size_t>(std::count(format.begin(), format.end(), u'%'));
+  std::optional<std::vector<Argument>> arguments = PlanArguments(*specs, percent_signs);
+  if (!arguments) return new String({});
+  TakeArguments(*arguments, list);
+  std::u16string text;
+  for (const FormatSpec& spec : *specs) {
+    if (spec.directive == Directive::kText) {
+      text += spec.text;
+    } else {
+      text += PrintValue(Resolved(spec, *arguments), (*arguments)[static_cast<size_t>(spec.argument)]);
+    }
+  }
+  return new String(std::move(text));
+}
+
+}  // namespace
+}  // namespace sok
+
+CFStringRef CFStringCreateWithFormatAndArguments(CFAllocatorRef, CFDictionaryRef, CFStringRef format,
+                                                 va_list arguments) {
+  if (format == nullptr) return nullptr;
+  va_list list;
+  va_copy(list, arguments);
+  const CFStringRef made = sok::OrElse<CFStringRef>(nullptr, [&] { return sok::Format(format->units, list); });
+  va_end(list);
+  return made;
+}
+
+CFStringRef CFStringCreateWithFormat(CFAllocatorRef allocator, CFDictionaryRef options, CFStringRef format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  const CFStringRef made = CFStringCreateWithFormatAndArguments(allocator, options, format, arguments);
+  va_end(arguments);
+  return made;
+}

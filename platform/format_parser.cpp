@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <limits>
+
+#include "platform/format.h"
+
+namespace sok {
+namespace {
+
+struct Letter {
+  char16_t unit;
+  Directive directive;
+  char printf_letter;
+};
+
+constexpr Letter kLetters[] = {
+    {u'd', Directive::kInteger, 'd'},  {u'i', Directive::kInteger, 'd'},  {u'D', Directive::kInteger, 'd'},
+    {u'u', Directive::kUnsigned, 'u'}, {u'U', Directive::kUnsigned, 'u'}, {u'x', Directive::kUnsigned, 'x'},
+    {u'X', Directive::kUnsigned, 'X'}, {u'o', Directive::kUnsigned, 'o'}, {u'O', Directive::kUnsigned, 'o'},
+    {u'f', Directive::kDouble, 'f'},   {u'F', Directive::kDouble, 'F'},   {u'e', Directive::kDouble, 'e'},
+    {u'E', Directive::kDouble, 'E'},   {u'g', Directive::kDouble, 'g'},   {u'G', Directive::kDouble, 'G'},
+    {u'a', Directive::kDouble, 'a'},   {u'A', Directive::kDouble, 'A'},   {u'c', Directive::kCharacter, 'c'},
+    {u'C', Directive::kUnit, 'C'},     {u's', Directive::kBytes, 's'},    {u'S', Directive::kUnits, 'S'},
+    {u'P', Directive::kPascal, 'P'},   {u'@', Directive::kObject, '@'},   {u'p', Directive::kPointer, 'p'},
+    {u'n', Directive::kNothing, 'n'},
+};
+
+enum class Outcome { kDirective, kUnknown, kCutOff, kOverflow };
+
+// Reads one directive, from behind its percent sign.
+class DirectiveParser {
+ public:
+  DirectiveParser(std::u16string_view format, size_t at) : format_(format), at_(at) {}
+
+  Outcome Parse(FormatSpec& spec) {
+    bool number_or_dot = false;  // the last thing read
+    while (at_ < format_.size()) {
+      const char16_t unit = format_[at_];
+      number_or_dot = unit == u'.';
+      if (unit >= u'1' && unit <= u'9') {
+        if (!Number(spec, number_or_dot)) return Outcome::kOverflow;
+        continue;
+      }
+      ++at_;
+      if (unit == u'[') {
+        const size_t close = format_.find(u']', at_);
+        at_ = close != format_.npos ? close + 1 : format_.size();
+        continue;
+      }
+      if (Flag(unit, spec) || Size(unit, spec)) continue;
+      for (const Letter& letter : kLetters) {
+        if (letter.unit != unit) continue;
+        spec.directive = letter.directive;
+        spec.letter = letter.printf_letter;
+        return Outcome::kDirective;
+      }
+      return Outcome::kUnknown;
+    }
+    return number_or_dot ? Outcome::kUnknown : Outcome::kCutOff;
+  }
+
+  size_t at() const { return at_; }
+
+ private:
+  // A width, a precision, or with a dollar sign the index of an argument. `is_plain`: it stood without the sign.
+  bool Number(FormatSpec& spec, bool& is_plain) {
+    long long number = 0;
+    for (; at_ < format_.size() && format_[at_] >= u'0' && format_[at_] <= u'9'; ++at_) {
+      number = number * 10 + (format_[at_] - u'0');
+      if (number > std::numeric_limits<int>::max()) return false;
+    }
+    const int value = static_cast<int>(number);
+    is_plain = at_ == format_.size() || format_[at_] != u'$';
+    if (is_plain) {
+      (seen_dot_ ? spec.precision : spec.width) = value;
+      spec.bare_precision = false;
+      return true;
+    }
+    ++at_;
+    if (spec.precision_argument == FormatSpec::kNext) {
+      spec.precision_argument = value - 1;
+    } else if (spec.width_argument == FormatSpec::kNext) {
+      spec.width_argument = value - 1;
+    } else {
+      spec.argument = value - 1;
+    }
+    return true;
+  }
+
+  bool Flag(char16_t unit, FormatSpec& spec) {
+    switch (unit) {
+      case u'-':
+        spec.minus = true;
+        return true;
+      case u'+':
+        spec.plus = true;
+        return true;
+      case u' ':
+        spec.space = true;
+        return true;
+      case u'#':
+        spec.alternate = true;
+        return true;
+      case u'0':
+        if (seen_dot_) {
+          spec.precision = 0;
+          spec.bare_precision = false;
+        } else {
+          spec.zero = true;
+        }
+        return true;
+      case u'*':
+        (seen_dot_ ? spec.precision_argument : spec.width_argument) = FormatSpec::kNext;
+        spec.bare_precision = false;
+        return true;
+      case u'.':
+        seen_dot_ = true;
+        spec.bare_precision = true;
+        return true;
+      default:
+        return false;
+    }
+  }
+
+  bool Size(char16_t unit, FormatSpec& spec) {
+    switch (unit) {
+      case u'h':
+        spec.size = at_ < format_.size() && format_[at_] == u'h' ? ArgumentSize::kChar : ArgumentSize::kShort;
+        if (spec.size == ArgumentSize::kChar) ++at_;
+        return true;
+      case u'l':
+      case u'q':
+      case u'j':
+      case u'z':
+      case u't':
+        spec.size = ArgumentSize::kLong;
+        return true;
+      case u'L':
+        spec.size = ArgumentSize::kLongDouble;
+        return true;
+      default:
+        return false;
+    }
+  }
+
+  const std::u16string_view format_;
+  size_t at_;
+  bool seen_dot_ = false;
+};
+
+}  // namespace
+
+std::optional<std::vector<FormatSpec>> ParseFormat(std::u16string_view format) {
+  std::vector<FormatSpec> specs;
+  const auto add_text = [&specs](std::u16string_view text) {
+    if (!text.empty()) specs.emplace_back().text = text;
+  };
+  size_t at = 0;
+  while (at < format.size()) {
+    const size_t percent = std::min(format.find(u'%', at), format.size());
+    add_text(format.substr(at, percent - at));
+    if (percent == format.size()) break;
+    DirectiveParser parser(format, percent + 1);
+    FormatSpec spec;
+    switch (parser.Parse(spec)) {
+      case Outcome::kDirective:
+        specs.push_back(spec);
+        break;
+      case Outcome::kUnknown:  // stands for the one character behind the percent sign
+        add_text(format.substr(percent + 1, 1));
+        break;
+      case Outcome::kCutOff:
+        break;
+      case Outcome::kOverflow:
+        return std::nullopt;
+    }
+    at = parser.at();
+  }
+  return specs;
+}
+
+}  // namespace sok

@@ -1,0 +1,18 @@
+// The Mac Roman character set.
+#pragma once
+
+namespace sok {
+
+constexpr int kNoByte = -1;
+
+// The unit that a byte stands for.
+char16_t MacRomanUnit(unsigned char byte);
+// The byte for a unit, or kNoByte.
+int MacRomanByte(char16_t unit);
+// The byte for a letter with the combining mark that follows it, or kNoByte.
+int MacRomanComposedByte(char16_t letter, char16_t mark);
+
+// Whether a unit is a mark that belongs to the character before it.
+bool IsCombiningMark(char16_t unit);
+
+}  // namespace sok

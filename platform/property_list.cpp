@@ -1,0 +1,61 @@
+#include "platform/property_list.h"
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <optional>
+
+#include "platform/encoding.h"
+#include "platform/property_list_text.h"
+
+namespace sok {
+namespace {
+
+struct ByteOrderMark {
+  std::string_view bytes;
+  CFStringEncoding encoding;
+};
+
+using namespace std::string_view_literals;
+
+// The 32-bit marks first: one of them begins like a 16-bit one.
+constexpr ByteOrderMark kMarks[] = {
+    {"\xFF\xFE\0\0"sv, kCFStringEncodingUTF32LE},
+    {"\0\0\xFE\xFF"sv, kCFStringEncodingUTF32BE},
+    {"\xFF\xFE"sv, kCFStringEncodingUTF16LE},
+    {"\xFE\xFF"sv, kCFStringEncodingUTF16BE},
+};
+
+std::optional<std::u16string> DecodeList(std::string_view bytes) {
+  for (const ByteOrderMark& mark : kMarks) {
+    if (bytes.starts_with(mark.bytes)) return Decode(bytes, mark.encoding);
+  }
+  return Decode(bytes, kCFStringEncodingUTF8);
+}
+
+bool LooksLikeXml(std::u16string_view text) {
+  const size_t start = text.find_first_not_of(u" \t\r\n");
+  return start != text.npos && text[start] == u'<';
+}
+
+}  // namespace
+
+Ref<const Dictionary> ParsePropertyList(std::string_view bytes) {
+  const std::optional<std::u16string> text = DecodeList(bytes);
+  if (!text) return {};
+  Value list = LooksLikeXml(*text) ? ParseXmlList(*text) : ParseOldStyleList(*text);
+  if (As<Dictionary>(list.get()) == nullptr) return {};
+  return Ref<const Dictionary>::Adopt(static_cast<const Dictionary*>(list.Detach()));
+}
+
+Ref<const Dictionary> ReadPropertyList(const std::string& path) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
+  if (file == nullptr) return {};
+  std::string bytes;
+  std::array<char, 16384> block;
+  while (const size_t count = std::fread(block.data(), 1, block.size(), file.get())) bytes.append(block.data(), count);
+  if (std::ferror(file.get()) != 0) return {};
+  return ParsePropertyList(bytes);
+}
+
+}  // namespace sok
