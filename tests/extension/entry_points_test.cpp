@@ -134,7 +134,7 @@ TEST(EntryPoints, WithoutASelectionThereIsAnAlertAndNothingElse) {
   for (const int index : {0, 1, -1}) {
     host.calls.clear();
     EXPECT_EQ(extension.Invoke(index, nullptr, reinterpret_cast<void*>(0x1234)), 0);
-    EXPECT_EQ(host.calls, std::vector<std::string>{"SX_AlertMessage 4660 48 0 \"Please select the measures and staves "
+    EXPECT_EQ(host.calls, std::vector<std::string>{"SX_AlertMessage handle 48 0 \"Please select the measures and staves "
                                                    "to work on first.\" -> 1"});
   }
   host.calls.clear();
