@@ -90,7 +90,8 @@ bool Document::LayerShown(short layer) const { return layer >= 0 && layer < kLay
 
 bool Document::Exists(const FramePlace& place) const {
   return place.instrument > 0 && place.instrument <= staff_count_ && place.measure > 0 &&
-         static_cast<size_t>(place.measure) <= measure_durations_.size() && place.layer >= 0 && place.layer < kLayers;
+         static_cast<size_t>(place.measure) <= measure_durations_.size() && place.layer >= 0 && place.layer < kLayers &&
+         (source_ == nullptr || source_->Has(place));
 }
 
 void Document::SetEntrySource(const EntrySource* source) {

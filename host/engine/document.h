@@ -38,6 +38,9 @@ class EntrySource {
  public:
   virtual ~EntrySource() = default;
 
+  // Whether the score has this place: parts may differ in length.
+  virtual bool Has(const FramePlace& /*place*/) const { return true; }
+
   // The number of entries at a place, 0 to 32767.
   virtual short Count(const FramePlace& place) const = 0;
 
@@ -79,7 +82,7 @@ class Document {
   void SetLayerShown(short layer, bool shown);
   bool LayerShown(short layer) const;
 
-  // Whether a place has a frame: its instrument, measure and layer exist.
+  // Whether a place has a frame: its instrument, measure and layer exist, and the source has it.
   bool Exists(const FramePlace& place) const;
 
   // The source must outlive the document and its copies; set it once, before entries are set or numbers taken.

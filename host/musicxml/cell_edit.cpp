@@ -307,7 +307,6 @@ void CellEdit::MoveFermatas(const Selector& selects) {
     }
   }
   const auto type_of = [](pugi::xml_node fermata) { return std::string(fermata.attribute("type").as_string("upright")); };
-  std::vector<std::string> there;
   for (const pugi::xml_node fermata : fermatas) {
     std::size_t barline = kNone;
     for (std::size_t i = 0; i < items_.size(); ++i) {
@@ -315,8 +314,7 @@ void CellEdit::MoveFermatas(const Selector& selects) {
       if (item.node && Is(item.node.name(), "barline") && Is(item.node.attribute("location").as_string("right"), "right")) barline = i;
     }
     const std::string text(TextOf(fermata));
-    if (std::find(there.begin(), there.end(), type_of(fermata)) != there.end()) continue;
-    there.push_back(type_of(fermata));
+    if (!fermatas_moved_.insert(type_of(fermata)).second) continue;
     if (barline == kNone) {
       const auto added = std::find_if(items_.begin(), items_.end(), [](const Item& item) { return !item.node && item.kind == Kind::kStanding; });
       if (added == items_.end()) Add(items_.size(), Kind::kStanding, {}, {text});

@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <pugixml.hpp>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -102,6 +103,7 @@ class CellEdit {
   std::size_t content_ = 0;  // behind the start tag
   bool empty_tag_ = false;
   std::vector<Item> items_;
+  std::set<std::string> fermatas_moved_;  // their types
 };
 
 }  // namespace sok

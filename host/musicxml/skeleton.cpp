@@ -6,8 +6,8 @@ namespace sok {
 namespace {
 
 std::string_view NameAt(std::string_view text, std::size_t tag) {
-  const std::size_t begin = tag + 1;
-  return text.substr(begin, text.find_first_of(" \t\r\n/>", begin) - begin);
+  const std::string_view name = text.substr(tag + 1);
+  return name.substr(0, name.find_first_of(" \t\r\n/>"));
 }
 
 }  // namespace
@@ -43,7 +43,7 @@ std::optional<Skeleton> SkeletonOf(std::string_view text) {
         if (!empty) {
           end = ElementEnd(text, at);
           const std::size_t close = text.rfind('<', end - 1);
-          if (NameAt(text, close + 1) != inner || text[close + 1] != '/') return std::nullopt;
+          if (!text.substr(close).starts_with("</") || NameAt(text, close + 1) != inner) return std::nullopt;
           skeleton.text.append(text, kept, content - kept);
           kept = close;
         }

@@ -1,0 +1,173 @@
+// Files as they come: encodings, archives, timewise scores, and what is no score.
+
+#include <gtest/gtest.h>
+#include <zip.h>
+
+#include "host/musicxml/archive.h"
+#include "host/musicxml/encoding.h"
+#include "tests/musicxml/score_text.h"
+
+namespace sok {
+namespace {
+
+struct Member {
+  std::string name;
+  std::string bytes;
+  zip_int32_t method = ZIP_CM_DEFLATE;
+};
+
+std::string Zip(const std::vector<Member>& members) {
+  zip_error_t error;
+  zip_error_init(&error);
+  zip_source_t* source = zip_source_buffer_create(nullptr, 0, 0, &error);
+  zip_source_keep(source);
+  zip_t* archive = zip_open_from_source(source, ZIP_CREATE | ZIP_TRUNCATE, &error);
+  for (const Member& member : members) {
+    zip_source_t* data = zip_source_buffer(archive, member.bytes.data(), member.bytes.size(), 0);
+    const zip_int64_t index = zip_file_add(archive, member.name.c_str(), data, 0);
+    zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), member.method, 0);
+  }
+  EXPECT_EQ(zip_close(archive), 0);
+  zip_stat_t stat;
+  zip_source_stat(source, &stat);
+  std::string bytes(stat.size, '\0');
+  zip_source_open(source);
+  zip_source_read(source, bytes.data(), bytes.size());
+  zip_source_close(source);
+  zip_source_free(source);
+  return bytes;
+}
+
+Member Container(const std::string& path) {
+  return {"META-INF/container.xml", "<container><rootfiles><rootfile full-path=\"" + path + "\"/><rootfile full-path=\"x\"/>"
+                                    "</rootfiles></container>"};
+}
+
+std::string WithHead(const std::string& head, const char* shorthand = "n4v1 |") { return head + ScoreText(shorthand); }
+
+std::string Filled(const std::string& bytes, std::string* text = nullptr) {
+  const auto score = Score::Read(bytes, "score");
+  EXPECT_EQ(score->Write(), bytes);
+  FillMeasures(*score);
+  if (text != nullptr) *text = score->WriteText();
+  return score->Write();
+}
+
+TEST(Files, KeepTheirEncoding) {
+  struct {
+    const char* encoding;
+    std::string head;
+    bool mark;
+  } const kCases[] = {
+      {"UTF-8", "", false},
+      {"UTF-8", "<!DOCTYPE score-partwise PUBLIC \"-//x//\" \"http://nowhere/partwise.dtd\">", true},
+      {"UTF-8", "<!DOCTYPE score-partwise [<!ENTITY a '>]'><!ENTITY b '&a;&a;'>]>", false},
+      {"UTF-16LE", "<?xml version=\"1.0\" encoding=\"UTF-16\"?><!-- \xC3\xA9\xF0\x9D\x84\x9E -->", true},
+      {"UTF-16BE", "<?xml version=\"1.0\" encoding=\"UTF-16\"?>", true},
+      {"UTF-16LE", "<?xml version=\"1.0\"?>", false},
+      {"UTF-32BE", "<?xml version=\"1.0\"?>", true},
+      {"ISO-8859-1", "<?xml version='1.0' encoding='iso-8859-1'?><!-- \xC3\xA9 -->", false},
+      {"WINDOWS-1252", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><!-- \xE2\x82\xAC -->", false},
+      {"SHIFT_JIS", "<?xml version=\"1.0\" encoding=\"Shift_JIS\"?><!-- \xE9\x9F\xB3 -->", false},
+  };
+  for (const auto& c : kCases) {
+    const std::string head = (c.mark ? "\xEF\xBB\xBF" : "") + c.head;
+    const std::string bytes = EncodeText(WithHead(head), c.encoding);
+    EXPECT_EQ(Filled(bytes), EncodeText(WithHead(head, "n4v1 | R4v1"), c.encoding)) << c.encoding;
+    EXPECT_EQ(Score::Read(bytes, "score")->encoding(), c.encoding);
+  }
+}
+
+TEST(Files, AnEncodingThatIsNotTrueIsWarnedOf) {
+  const std::string text = WithHead("<?xml version=\"1.0\" encoding=\"UTF-16\"?>");
+  EXPECT_EQ(Filled(text), WithHead("<?xml version=\"1.0\" encoding=\"UTF-16\"?>", "n4v1 | R4v1"));
+  EXPECT_NE(Score::Read(text, "score")->warnings().at(0).text.find("UTF-16"), std::string::npos);
+}
+
+TEST(Files, ArchivesKeepAllButTheScore) {
+  const Member picture{"a/picture.bin", std::string("\0\1\2\3", 4), ZIP_CM_STORE};
+  const Member extra{"z.xml", "<other/>"};
+  for (const zip_int32_t method : {ZIP_CM_STORE, ZIP_CM_DEFLATE}) {
+    const std::string bytes = Zip({picture, Container("a/s.xml"), {"a/s.xml", ScoreText("n4v1 |"), method}, extra});
+    const PackedScore unpacked = UnpackScore(Filled(bytes));
+    EXPECT_EQ(unpacked.member, "a/s.xml");
+    EXPECT_EQ(unpacked.bytes, ScoreText("n4v1 | R4v1"));
+    EXPECT_EQ(RepackScore(Filled(bytes), {"a/s.xml", ScoreText("n4v1 |")}).size(), bytes.size());
+  }
+  EXPECT_EQ(UnpackScore(Zip({extra, {"s.musicxml", "x"}})).member, "z.xml");  // no container
+}
+
+TEST(Files, TimewiseScoresStayTimewise) {
+  const auto score = [](const std::string& second) {
+    return "<score-timewise><measure number=\"1\"><part id=\"P1\">" + second + "</part><part id=\"P2\">" +
+           "<note><rest/><duration>4</duration><voice>1</voice><type>half</type></note></part></measure></score-timewise>";
+  };
+  EXPECT_EQ(Filled(score("")), score("<note><rest measure=\"yes\"/><duration>4</duration><voice>1</voice></note>"));
+  EXPECT_EQ(Score::Read(score(""), "s")->form(), "score-timewise");
+}
+
+// Every cut of a text is refused and never anything else; what stands behind the score may go.
+TEST(Files, CutTextsAreRefused) {
+  const std::string text = WithHead("<?xml version=\"1.0\"?>", "S2 R4v1s1y b4 n4v5s2 | f4 || n4v1 | d e");
+  for (std::size_t size = 0; size < text.size(); ++size) {
+    EXPECT_THROW(Score::Read(text.substr(0, size), "cut"), ScoreError) << size;
+  }
+  const std::string zip = Zip({Container("s.xml"), {"s.xml", text}});
+  for (std::size_t size = 0; size < zip.size(); ++size) {
+    EXPECT_THROW(Score::Read(zip.substr(0, size), "cut"), ScoreError) << size;
+  }
+}
+
+TEST(Files, WhatIsNoScoreIsRefusedWithItsPlace) {
+  const std::string deep = [] {
+    std::string text = "<score-partwise>";
+    for (int i = 0; i < 100000; ++i) text += "<a>";
+    return text;
+  }();
+  const std::string bomb(std::size_t{40} << 20, ' ');
+  struct {
+    std::string bytes;
+    const char* message;
+  } const kCases[] = {
+      {"", "x: the file is empty"},
+      {"hello", "x:1: not MusicXML: there is no XML element"},
+      {"<html></html>", "x:1: not a MusicXML score: the root element is <html>"},
+      {"<score-partwise>\n<part>\n<measure></part>", "x:3: "},
+      {"<score-partwise>\n<part>\n<measure><note a=b></note></measure></part></score-partwise>", "x:3: not well-formed XML"},
+      {std::string("<score-partwise>\0</score-partwise>", 34), "x: not a text"},
+      {"\xFF\xFE<\0\x00\xD8", "x: the text is not UTF-16LE in line 1"},
+      {"<?xml encoding='none-such'?><a/>", "x: the encoding NONE-SUCH is not known"},
+      {"PK\3\4 no zip", "x: the zip cannot be read"},
+      {deep, "x:1: "},
+      {ScoreText("@7919 n1 @7927 n1 @7933 n1 @7937 n1 @7949 n1 @7951 n1"), "x:1: a duration is too large"},
+      {Zip({{"a.txt", "x"}}), "x: the zip holds no score"},
+      {Zip({Container("b.xml"), {"a.xml", "x"}}), "x: the zip holds no member b.xml"},
+      {Zip({Container("b.xml"), {"b.xml", bomb}}), "x: the member b.xml is too large"},
+      {Zip({Container("b.xml"), {"b.xml", "<score-partwise>\n<a>"}}), "x(b.xml):2: "},
+  };
+  for (const auto& c : kCases) {
+    try {
+      Score::Read(c.bytes, "x");
+      ADD_FAILURE() << c.message;
+    } catch (const ScoreError& error) {
+      EXPECT_TRUE(std::string_view(error.what()).starts_with(c.message)) << error.what();
+    }
+  }
+}
+
+// Numbers that no score has are either refused or bounded.
+TEST(Files, AbsurdNumbersDoNoHarm) {
+  for (const char* shorthand : {"@1 n999999999999999v1 n999999999999999v1", "@999999999999999 n1v1", "%999999/1", "S99999 n1v1", "n99999999999999999v1",
+                                "n-4v1", "%4/0", "@0.000001 n999999999v1", "n1v99999999999999999999"}) {
+    try {
+      const auto score = Score::Read(ScoreText(shorthand), "x");
+      FillMeasures(*score);
+      score->Write();
+    } catch (const ScoreError& error) {
+      EXPECT_NE(std::string(error.what()).find("too large"), std::string::npos) << shorthand << error.what();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace sok

@@ -1,0 +1,162 @@
+#include "tests/musicxml/score_text.h"
+
+#include <cctype>
+#include <sstream>
+#include <vector>
+
+namespace sok {
+namespace {
+
+std::string Element(const std::string& name, const std::string& content) { return "<" + name + ">" + content + "</" + name + ">"; }
+
+// Cuts the longest prefix that `accepts`.
+template <typename Accepts>
+std::string Take(std::string_view& text, Accepts accepts) {
+  std::size_t size = 0;
+  while (size < text.size() && accepts(text[size])) ++size;
+  const std::string taken(text.substr(0, size));
+  text.remove_prefix(size);
+  return taken;
+}
+
+std::string TakeNumber(std::string_view& text) {
+  return Take(text, [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; });
+}
+
+std::string NoteText(char kind, std::string_view rest) {
+  const std::string duration = Take(rest, [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == '-'; });
+  std::string voice, type, staff, chord, cue, notations, attribute;
+  const std::string marked = kind == 'T' ? " " : "";
+  while (!rest.empty()) {
+    const char what = rest.front();
+    rest.remove_prefix(1);
+    if (what == 'v') voice = "<voice>" + TakeNumber(rest) + "</voice" + marked + ">";
+    if (what == 's') staff = "<staff>" + TakeNumber(rest) + "</staff" + marked + ">";
+    if (what == 'c') chord = "<chord/>";
+    if (what == 'u') cue = "<cue/>";
+    if (what == 'h') attribute = " print-object=\"no\"";
+    if (what == 'y') notations = "<notations><fermata type=\"upright\"/></notations>";
+    if (what == 't') type += Element("type", Take(rest, [](char c) { return std::islower(static_cast<unsigned char>(c)) != 0; }));
+    if (what == '.') type += "<dot/>";
+  }
+  const std::string sound = kind == 'r' ? "<rest/>" : kind == 'R' || kind == 'T' ? "<rest measure=\"yes\"/>"
+                                                                   : "<pitch><step>D</step><octave>4</octave></pitch>";
+  return "<note" + attribute + ">" + (kind == 'g' ? "<grace/>" : "") + cue + chord + sound +
+         (duration.empty() ? "" : Element("duration", duration)) + voice + type + staff + notations + "</note" + marked + ">";
+}
+
+std::string ElementText(std::string_view token) {
+  const char kind = token.front();
+  const std::string rest(token.substr(1));
+  switch (kind) {
+    case 'b': return Element("backup", Element("duration", rest));
+    case 'f': return Element("forward", Element("duration", rest));
+    case 'd': return "<direction><direction-type><words>x</words></direction-type></direction>";
+    case 'e': return "<barline location=\"right\"><bar-style>light-heavy</bar-style></barline>";
+    case '@': return Element("attributes", Element("divisions", rest));
+    case '%':
+      return Element("attributes", Element("time", Element("beats", rest.substr(0, rest.find('/'))) +
+                                                       Element("beat-type", rest.substr(rest.find('/') + 1))));
+    case 'S': return Element("attributes", Element("staves", rest));
+    default: return NoteText(kind, rest);
+  }
+}
+
+}  // namespace
+
+std::string ScoreText(std::string_view shorthand) {
+  std::vector<std::string> parts(1);
+  int measure = 1;
+  const auto open = [&] { parts.back() += "<measure number=\"" + std::to_string(measure++) + "\">"; };
+  open();
+  std::istringstream tokens{std::string(shorthand)};
+  for (std::string token; tokens >> token;) {
+    if (token[0] == '|') {
+      parts.back() += "</measure>";
+      if (token == "||") {
+        parts.emplace_back();
+        measure = 1;
+      }
+      open();
+    } else {
+      parts.back() += ElementText(token);
+    }
+  }
+  parts.back() += "</measure>";
+  std::string list, music;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const std::string id = "id=\"P" + std::to_string(i + 1) + "\"";
+    list += "<score-part " + id + "><part-name>Part</part-name></score-part>";
+    music += "<part " + id + ">" + parts[i] + "</part>";
+  }
+  return "<score-partwise version=\"4.0\">" + Element("part-list", list) + music + "</score-partwise>";
+}
+
+std::unique_ptr<Score> ReadScoreText(const std::string& text, const ReadOptions& options) {
+  return Score::Read(text, "score.xml", options);
+}
+
+template <typename Change>
+int ForEachCell(Score& score, Change change) {
+  int count = 0;
+  Document& document = score.document();
+  for (short measure = 1; measure <= document.MeasureCount(); ++measure) {
+    for (short slot = 1; slot <= document.StaffCount(); ++slot) count += change(document, slot, measure);
+  }
+  return count;
+}
+
+int FillMeasures(Score& score) {
+  return ForEachCell(score, [](Document& document, short slot, short measure) {
+    for (short layer = 0; layer < kLayers; ++layer) {
+      const FramePlace place{slot, measure, layer};
+      if (!document.Exists(place) || (document.EntryCount(place) != 0 && document.LayerShown(layer))) return 0;
+    }
+    EXENTRY rest{};
+    rest.duration = kWholeRestDuration;
+    rest.flags = 0x81000800;
+    rest.noteCount = 1;
+    std::vector<EXENTRY> entries = document.Entries({slot, measure, 0});
+    entries.insert(entries.begin(), rest);
+    return document.SetEntries({slot, measure, 0}, std::move(entries)) ? 1 : 0;
+  });
+}
+
+int ClearRests(Score& score) {
+  return ForEachCell(score, [](Document& document, short slot, short measure) {
+    int cleared = 0;
+    for (short layer = 0; layer < kLayers; ++layer) {
+      const std::vector<EXENTRY> entries = document.Entries({slot, measure, layer});
+      if (entries.size() != 1 || entries[0].duration != kWholeRestDuration || (entries[0].flags & kEntryIsNote) != 0) continue;
+      cleared += document.SetEntries({slot, measure, layer}, {}) ? 1 : 0;
+    }
+    return cleared;
+  });
+}
+
+std::string Frames(const Score& score) {
+  std::string result;
+  const Document& document = score.document();
+  for (short measure = 1; measure <= document.MeasureCount(); ++measure) {
+    if (measure > 1) result += '|';
+    for (short slot = 1; slot <= document.StaffCount(); ++slot) {
+      if (slot > 1) result += ';';
+      std::string staff;
+      for (short layer = 0; layer < kLayers; ++layer) {
+        std::string entries;
+        for (const EXENTRY& entry : document.Entries({slot, measure, layer})) {
+          if (!entries.empty()) entries += ' ';
+          entries += std::to_string(entry.duration) + ((entry.flags & kEntryIsNote) != 0 ? 'n' : 'r');
+          if (entry.noteCount != 1) entries += 'x' + std::to_string(entry.noteCount);
+        }
+        if (layer > 0) staff += '/';
+        staff += entries;
+      }
+      staff.erase(staff.find_last_not_of('/') + 1);
+      result += staff.empty() ? "-" : staff;
+    }
+  }
+  return result;
+}
+
+}  // namespace sok

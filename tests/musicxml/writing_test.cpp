@@ -1,0 +1,177 @@
+// What the commands change, as text.
+
+#include <gtest/gtest.h>
+
+#include "tests/musicxml/score_text.h"
+
+namespace sok {
+namespace {
+
+struct Settings {
+  ReadOptions read = {};
+  WriteOptions write = {};
+  bool hide_first_layer = false;
+};
+
+std::string After(const std::string& text, int (*command)(Score&), const Settings& settings = {}) {
+  const auto score = ReadScoreText(text, settings.read);
+  score->document().SetLayerShown(0, !settings.hide_first_layer);
+  command(*score);
+  return score->Write(settings.write);
+}
+
+// Whatever the score: filling and clearing is clearing, what was filled is full, and untouched is unchanged.
+void CheckLaws(const std::string& text, const Settings& settings = {}) {
+  const std::string filled = After(text, FillMeasures, settings);
+  const std::string cleared = After(text, ClearRests, settings);
+  EXPECT_EQ(After(filled, ClearRests, settings), cleared);
+  EXPECT_EQ(After(cleared, ClearRests, settings), cleared);
+  EXPECT_EQ(After(filled, FillMeasures, settings), filled);
+  EXPECT_EQ(After(text, [](Score&) { return 0; }, settings), text);
+}
+
+struct WritingCase {
+  const char* before;
+  const char* after;
+};
+
+void Check(std::span<const WritingCase> cases, int (*command)(Score&), const Settings& settings = {}) {
+  for (const WritingCase& c : cases) {
+    SCOPED_TRACE(c.before);
+    EXPECT_EQ(After(ScoreText(c.before), command, settings), ScoreText(c.after));
+    CheckLaws(ScoreText(c.before), settings);
+  }
+}
+
+constexpr WritingCase kFills[] = {
+    {"%4/4 n4v1 |", "%4/4 n4v1 | R4v1"},                                    // no note at all: as long as the metre
+    {"@2 %3/4 | n6v3 | d e", "@2 %3/4 R6v3 | n6v3 | d R6v3 e"},             // divisions, voice, directions, barline
+    {"@2 n3v1 || @4", "@2 n3v1 || @4 R6v1"},                                // length of another part, own divisions
+    {"@2 n3v1 || @1", "@2 n3v1 || @1 R1.5v1"},                              // not whole in these divisions
+    {"S2 n4v5s2 | n4v1s1", "S2 n4v5s2 b4 R4v1s1 | n4v1s1 b4 R4v5s2"},       // one staff of two
+    {"S2 n4v5s2 d | n4v1s1", "S2 n4v5s2 b4 R4v1s1 d | n4v1s1 b4 R4v5s2"},   // what stands behind keeps its place
+    {"S2 n2v5s2 || n4v1", "S2 n2v5s2 b2 R4v1s1 b2 || n4v1"},                // the cursor ends where it did
+    {"S2 n4v5s2 b4", "S2 n4v5s2 b4 R4v1s1 b4"},
+    {"S2 |  n4v1s1 b4 n4v5s2", "S2 R4v1s1 b4 R4v5s2 | n4v1s1 b4 n4v5s2"},
+    {"n4v1 | f4", "n4v1 | T4v1"},                                           // in place of time that passes
+    {"n4v1 | f4 d", "n4v1 | T4v1 d"},
+    {"S2 n4v1s1 b4 n4v5s2 | f4 b4 n4v5s2", "S2 n4v1s1 b4 n4v5s2 | T4v1s1 b4 n4v5s2"},
+    {"S2 n4v1s1 b4 n4v5s2 | f4", "S2 n4v1s1 b4 n4v5s2 | T4v1s1 b4 R4v5s2"},
+    {"n4v1 | f4 || n5v1 | n5v1", "n4v1 | f4 b4 R5v1 b1 || n5v1 | n5v1"},    // not as long: it stays
+    {"n4 |", "n4 | R4"},                                                    // voices have no numbers here
+    {"S2 n4v1s2 b4 n4v5s2", "S2 n4v1s2 b4 n4v5s2 b4 R4v2s1"},               // number 1 is taken by the other staff
+};
+constexpr WritingCase kClears[] = {
+    {"R4v1 | r4v1twhole | r3v1thalf. n1v1 | r4v1", " | | r3v1thalf. n1v1 |"},
+    {"R4v1 d", "f4 d"},                                                     // something later depends on the cursor
+    {"R4v1 e", "e"},
+    {"d R4v1", "d"},
+    {"S2 R4v1s1 b4 n4v5s2", "S2 n4v5s2"},
+    {"S2 R4v1s1 d b4 n4v5s2", "S2 f4 d b4 n4v5s2"},
+    {"S2 n4v1s1 b4 R4v5s2", "S2 n4v1s1"},
+    {"S2 R4v1s1 b4 R4v5s2", "S2"},
+    {"S2 n3v1s1 b3 R4v5s2 b1 d", "S2 n3v1s1 d"},
+    {"n4v1 b4 R4v2 b4 n4v3", "n4v1 b4 n4v3"},
+    {"n4v1twhole b4 r4v2twhole", "n4v1twhole"},
+    {"R4v1 gv1", "R4v1 gv1"},                                               // not alone
+    {"R4v1y", ""},
+};
+
+TEST(Writing, RestsGoIn) { Check(kFills, FillMeasures); }
+TEST(Writing, RestsGoOut) { Check(kClears, ClearRests); }
+
+TEST(Writing, BesideMusicThatDoesNotCount) {
+  constexpr WritingCase kHiddenLayer[] = {
+      {"n4v1", "n4v1 b4 R4v2"},
+      {"n4v1 | n4v1 b4 n4v2", "n4v1 b4 R4v2 | n4v1 b4 n4v2"},  // the other layer's voice has nothing here
+      {"S2 n4v1s1 b4 n4v5s2", "S2 n4v1s1 b4 n4v5s2 b4 R4v2s1 b4 R4v6s2"},
+  };
+  Check(kHiddenLayer, FillMeasures, {.hide_first_layer = true});
+  constexpr WritingCase kHiddenRest[] = {{"R4v1h | n4v1", "R4v1h b4 R4v2 | n4v1"}};
+  Check(kHiddenRest, FillMeasures, {.read = {.hidden_rests_empty = true}});
+}
+
+TEST(Writing, FermatasMoveToTheBarlineOnRequest) {
+  const std::string fermata = "<fermata type=\"upright\"/>";
+  struct {
+    const char* before;
+    std::string measure;
+  } const kCases[] = {
+      {"R4v1y", "<barline location=\"right\">" + fermata + "</barline>"},
+      {"R4v1y e", "<barline location=\"right\"><bar-style>light-heavy</bar-style>" + fermata + "</barline>"},
+      {"R4v1y b4 R4v2y", "<barline location=\"right\">" + fermata + "</barline>"},
+  };
+  for (const auto& c : kCases) {
+    const std::string after = After(ScoreText(c.before), ClearRests, {.write = {.keep_fermatas = true}});
+    EXPECT_NE(after.find("<measure number=\"1\">" + c.measure + "</measure>"), std::string::npos) << after;
+  }
+  const auto score = ReadScoreText(ScoreText("R4v1y"));
+  ClearRests(*score);
+  ASSERT_EQ(score->Changes().size(), 1U);
+  EXPECT_EQ(score->Changes()[0].lost, std::vector<std::string>{"fermata"});
+}
+
+// The layout of the text: what comes looks like its neighbours, what goes leaves no trace.
+TEST(Writing, FollowsTheLayoutOfTheText) {
+  const std::string begin = "<?xml version='1.0'?>\r\n<!-- c --><score-partwise>\r\n\t<part id='P1'>\r\n";
+  const std::string first = "\t\t<measure number='1'>\r\n\t\t\t<note>\r\n\t\t\t\t<rest/>\r\n\t\t\t\t<duration>4</duration>\r\n"
+                            "\t\t\t\t<type>half</type>\r\n\t\t\t</note>\r\n\t\t</measure>\r\n";
+  const std::string end = "\t</part>\r\n</score-partwise>\r\n\r\n";
+  const std::string rest = "\r\n\t\t\t<note>\r\n\t\t\t\t<rest measure=\"yes\"/>\r\n\t\t\t\t<duration>4</duration>\r\n\t\t\t</note>";
+  struct {
+    std::string before;
+    std::string after;
+  } const kCases[] = {
+      {"\t\t<measure number='2'>\r\n\t\t</measure>\r\n", "\t\t<measure number='2'>" + rest + "\r\n\t\t</measure>\r\n"},
+      {"\t\t<measure number='2'></measure>\r\n", "\t\t<measure number='2'>" + rest + "</measure>\r\n"},
+      {"\t\t<measure number='2' />\r\n", "\t\t<measure number='2' >" + rest + "\r\n\t\t</measure >\r\n"},
+      {"\t\t<measure number='2'>\r\n\t\t\t<direction/><!-- > -->\r\n\r\n\t\t</measure>\r\n",
+       "\t\t<measure number='2'>\r\n\t\t\t<direction/>" + rest + "<!-- > -->\r\n\r\n\t\t</measure>\r\n"},
+      {"\t\t<measure number='2'><![CDATA[ </measure> ]]>\r\n\t\t</measure>\r\n",
+       "\t\t<measure number='2'>" + rest + "<![CDATA[ </measure> ]]>\r\n\t\t</measure>\r\n"},
+      {"\t\t<measure number='2'>\r\n\t\t\t<forward>\r\n\t\t\t  <duration> 4 </duration></forward>\r\n\t\t</measure>",
+       "\t\t<measure number='2'>\r\n\t\t\t<note>\r\n\t\t\t  <rest measure=\"yes\"/>\r\n\t\t\t  <duration> 4 </duration></note >\r\n"
+       "\t\t</measure>"},
+  };
+  for (const auto& c : kCases) {
+    const std::string text = begin + first + c.before + end;
+    EXPECT_EQ(After(text, FillMeasures), begin + first + c.after + end);
+    CheckLaws(text);
+  }
+}
+
+TEST(Writing, RefusesWhatItCannotWrite) {
+  const auto score = ReadScoreText("<score-partwise><part id='P1'>\n<measure>"
+                                   "<note><rest/><duration>2</duration></note><note><rest/><duration>2</duration></note>"
+                                   "</measure></part></score-partwise>");
+  Document& document = score->document();
+  const std::vector<EXENTRY> before = document.Entries({1, 1, 0});
+  const auto expect_refusal = [&](std::vector<EXENTRY> entries) {
+    document.SetEntries({1, 1, 0}, std::move(entries));
+    try {
+      score->Write();
+      ADD_FAILURE() << "written";
+    } catch (const ScoreError& error) {
+      EXPECT_TRUE(std::string_view(error.what()).starts_with("score.xml:2: staff 1, measure 1, layer 1: ")) << error.what();
+    }
+  };
+  std::vector<EXENTRY> longer = before;
+  longer[0].duration = 1024;
+  expect_refusal(longer);
+  std::vector<EXENTRY> articulated = before;
+  articulated[1].flags |= kEntryHasArticulations;
+  expect_refusal(articulated);
+  expect_refusal({before[0]});
+  document.SetEntries({1, 1, 0}, before);
+  EXPECT_TRUE(score->Changes().empty());
+}
+
+// A layer that another extension empties goes out whole, chords and all.
+TEST(Writing, AnEmptiedLayerOfMusicGoesOut) {
+  const auto score = ReadScoreText(ScoreText("n1v1 n1v1c n2v1 gv1 n1v1 d b4 n4v2"));
+  score->document().SetEntries({1, 1, 0}, {});
+  EXPECT_EQ(score->Write(), ScoreText("f1 f2 f1 d b4 n4v2"));
+}
+
+}  // namespace
+}  // namespace sok
