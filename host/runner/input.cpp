@@ -22,7 +22,8 @@ namespace fs = std::filesystem;
 }
 
 bool IsScoreName(const std::string& name) {
-  return std::any_of(std::begin({".musicxml", ".xml", ".mxl"}), std::end({".musicxml", ".xml", ".mxl"}),
+  constexpr const char* kEndings[] = {".musicxml", ".xml", ".mxl"};
+  return std::any_of(std::begin(kEndings), std::end(kEndings),
                      [&name](const char* ending) { return EndsWithIgnoringCase(name, ending); });
 }
 
