@@ -46,12 +46,13 @@ void Mix(std::uint64_t& fingerprint, std::uint64_t value) {
   fingerprint ^= fingerprint >> 29;
 }
 
-// The same for equal fractions, however they are written.
+// The same for equal fractions, however they are written, and for a cut decimal number in place of one.
 std::uint64_t Scaled(const Fraction& value) {
+  constexpr std::int64_t kGrid = 80640;  // all common notes and tuplets stand on it
   if (value.numerator < (std::int64_t{1} << 40)) {
-    return static_cast<std::uint64_t>((value.numerator << 20) / value.denominator);
+    return static_cast<std::uint64_t>((value.numerator * kGrid * 2 / value.denominator + 1) / 2);
   }
-  return static_cast<std::uint64_t>(value.numerator / value.denominator) << 20;
+  return static_cast<std::uint64_t>(value.numerator / value.denominator) * kGrid;
 }
 
 int StepsFromMiddleC(std::string_view step, int octave) {
