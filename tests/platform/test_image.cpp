@@ -1,0 +1,6 @@
+extern "C" int PlatformTestDependencyFunction();
+
+extern "C" {
+int PlatformTestFunction() { return PlatformTestDependencyFunction() + 35; }
+int PlatformTestVariable = 5;
+}
