@@ -1,7 +1,9 @@
 #include "host/musicxml/document_data.h"
 
+#include "host/musicxml/texts.h"
+
 namespace sok {
 
-void ReadDocumentData([[maybe_unused]] const ReaderContext& context) {}
+void ReadDocumentData(const ReaderContext& context) { AddTexts(context); }
 
 }  // namespace sok
