@@ -2,6 +2,15 @@
 #pragma once
 
 #include "SokExtShared/LIB/PORTABLE/string_resources.h"
+#include "SokExtShared/LIB/notation/chord_suffixes.h"
+#include "SokExtShared/LIB/notation/definition_records.h"
+#include "SokExtShared/LIB/notation/definitions.h"
+#include "SokExtShared/LIB/notation/diagnostics.h"
+#include "SokExtShared/LIB/notation/durations.h"
+#include "SokExtShared/LIB/notation/entry_attachments.h"
+#include "SokExtShared/LIB/notation/instrument_lists.h"
+#include "SokExtShared/LIB/notation/last_item.h"
+#include "SokExtShared/LIB/notation/regions.h"
 #include "SokExtShared/LIB/records/generic_records.h"
 #include "SokExtShared/LIB/records/record_runs.h"
 #include "SokExtShared/LIB/records/record_types.h"
