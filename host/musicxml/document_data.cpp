@@ -1,9 +1,13 @@
 #include "host/musicxml/document_data.h"
 
+#include "host/musicxml/preferences.h"
 #include "host/musicxml/texts.h"
 
 namespace sok {
 
-void ReadDocumentData(const ReaderContext& context) { AddTexts(context); }
+void ReadDocumentData(const ReaderContext& context) {
+  AddPreferences(context);
+  AddTexts(context);
+}
 
 }  // namespace sok

@@ -15,7 +15,7 @@ struct Topic {
   void (*print)(std::ostream&, const Score&);
 };
 
-constexpr Topic kTopics[] = {{"frames", PrintFrames}};
+constexpr Topic kTopics[] = {{"frames", PrintFrames}, {"records", PrintRecords}};
 
 void PrintEntry(std::ostream& out, const FramePlace& place, std::size_t index, const EXENTRY& entry) {
   char line[160];

@@ -39,6 +39,7 @@ int main(int count, char** arguments) {
   sok::AddInfoCommand(app, exit_code);
   sok::AddScanCommand(app, exit_code);
   sok::AddInspectCommand(app, exit_code);
+  sok::AddRecordsCommand(app, exit_code);
   sok::AddValidateCommand(app, exit_code);
   try {
     app.parse(count, arguments);
