@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 
+#include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 #include "tests/support/open_engine.h"
 #include "tests/support/test_host.h"
 

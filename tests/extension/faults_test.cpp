@@ -103,8 +103,8 @@ TEST(Faults, EveryHostCallFailingInTurn) {
           ASSERT_EQ(host.session.frames_held, 0);
           ASSERT_EQ(host.session.edits_open, 0);
           const char* const proof = command == 0 ? "SX_SaveTGF" : "SX_InsertEXENTRY";
-          if (result != 0) ASSERT_FALSE(host.CallsWith(proof).empty());
-          ASSERT_EQ(host.CallsWith("SX_InsertEXENTRY").empty() || command == 1, true);
+          ASSERT_TRUE(result == 0 || !host.CallsWith(proof).empty());
+          ASSERT_TRUE(command == 1 || host.CallsWith("SX_InsertEXENTRY").empty());
         }
         ASSERT_GT(total, 4u);
       }
