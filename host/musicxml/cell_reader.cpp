@@ -335,14 +335,14 @@ void CellReader::ReadStyle(pugi::xml_node style) {
     const char* name = child.name();
     if (Is(name, "multiple-rest")) {
       const int count = SmallNumber(child.child_value());
-      if (count > 1) part_->ranges.push_back({Range::kMultipleRest, staff, here, here + count - 1});
+      if (count > 1) part_->ranges.push_back({SignRange::kMultipleRest, staff, here, here + count - 1});
       continue;
     }
     const bool repeat = Is(name, "measure-repeat");
     if (!repeat && !Is(name, "slash")) continue;
-    const Range::Kind kind = repeat ? Range::kMeasureRepeat : Range::kSlash;
+    const SignRange::Kind kind = repeat ? SignRange::kMeasureRepeat : SignRange::kSlash;
     const auto open = std::find_if(state_->open.begin(), state_->open.end(),
-                                   [&](const Range& range) { return range.kind == kind && range.staff == staff; });
+                                   [&](const SignRange& range) { return range.kind == kind && range.staff == staff; });
     if (open != state_->open.end()) {
       open->last = std::max(here - 1, open->first);
       part_->ranges.push_back(*open);
@@ -439,7 +439,7 @@ void CellReader::Finish(Cell& cell) {
 
 void CellReader::EndPart(int part, PartState& state) {
   Part& ended = model_.parts[static_cast<std::size_t>(part)];
-  for (Range& range : state.open) {
+  for (SignRange& range : state.open) {
     range.last = static_cast<int>(ended.measures.size()) - 1;
     ended.ranges.push_back(range);
   }

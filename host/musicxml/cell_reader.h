@@ -18,7 +18,7 @@ struct PartState {
   Fraction divisions{1, 1};
   Fraction time{0, 1};  // length of a measure by the time signature; 0: none
   std::unordered_map<std::string, std::uint16_t> voices;
-  std::vector<Range> open;  // measure repeats and slashes that have not ended
+  std::vector<SignRange> open;  // measure repeats and slashes that have not ended
   std::uint32_t clefs_known = 0;
 };
 

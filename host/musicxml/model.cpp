@@ -143,12 +143,12 @@ LayerFacts FactsOf(const Model& model, short slot, short measure, short layer) {
 Surroundings AroundOf(const Model& model, short slot, short measure) {
   Surroundings around;
   if (!model.Holds(slot, measure)) return around;
-  for (const Range& range : model.PartOf(slot).ranges) {
+  for (const SignRange& range : model.PartOf(slot).ranges) {
     if (measure - 1 < range.first || measure - 1 > range.last) continue;
     if (range.staff != 0 && range.staff != model.StaffOf(slot)) continue;
-    if (range.kind == Range::kMultipleRest) around.multiple_rest = true;
-    if (range.kind == Range::kMeasureRepeat) around.measure_repeat = true;
-    if (range.kind == Range::kSlash) around.slash = true;
+    if (range.kind == SignRange::kMultipleRest) around.multiple_rest = true;
+    if (range.kind == SignRange::kMeasureRepeat) around.measure_repeat = true;
+    if (range.kind == SignRange::kSlash) around.slash = true;
   }
   return around;
 }

@@ -67,7 +67,7 @@ struct Voice {
   std::vector<std::uint32_t> rests_on;
 };
 
-struct Range {
+struct SignRange {
   enum Kind { kMultipleRest, kMeasureRepeat, kSlash } kind = kMultipleRest;
   int staff = 0;  // 0: all staves of the part
   int first = 0;  // measures, from 0
@@ -83,7 +83,7 @@ struct Part {
   std::vector<Voice> voices;
   std::vector<Cell> measures;
   std::vector<VoiceCell> cells;
-  std::vector<Range> ranges;
+  std::vector<SignRange> ranges;
   std::vector<int> clef_middles;  // [staff - 1]: steps of the middle line from middle C, by the staff's first clef
 };
 

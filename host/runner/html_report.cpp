@@ -29,7 +29,7 @@ std::string Escaped(std::string_view text) {
   return escaped;
 }
 
-std::string Sentence(const Cell& cell, Purpose purpose) {
+std::string Sentence(const ReportCell& cell, Purpose purpose) {
   std::string text(Name(cell.verdict.outcome));
   text += ": " + Text(cell.verdict, purpose);
   for (const std::string& note : cell.notes) text += "; " + note;
@@ -53,10 +53,10 @@ std::string_view CellClass(const Verdict& verdict) {
 }
 
 std::string Grid(const Score& score, const ScoreReport& report) {
-  std::map<short, std::map<short, const Cell*>> by_slot;
+  std::map<short, std::map<short, const ReportCell*>> by_slot;
   std::set<short> measures;
   const bool large = static_cast<long>(report.cells.size()) > kLargestGrid;
-  for (const Cell& cell : report.cells) {
+  for (const ReportCell& cell : report.cells) {
     if (!large || cell.verdict.outcome != Outcome::kKept) measures.insert(cell.measure);
     by_slot[cell.slot][cell.measure] = &cell;
   }
@@ -78,7 +78,7 @@ std::string Grid(const Score& score, const ScoreReport& report) {
         html += "<td></td>";
         continue;
       }
-      const Cell& cell = *found->second;
+      const ReportCell& cell = *found->second;
       html += "<td class=\"" + std::string(CellClass(cell.verdict)) + "\" title=\"" +
               Escaped(MeasureLabel(score, measure)) + ", " + label + " &#8211; " +
               Escaped(Sentence(cell, report.purpose)) + "\"></td>";
@@ -90,9 +90,9 @@ std::string Grid(const Score& score, const ScoreReport& report) {
 
 // Each reason once, the most frequent first, with where it holds when that is short.
 std::string Reasons(const Score& score, const ScoreReport& report) {
-  std::map<std::string, std::vector<const Cell*>> by_text;
-  for (const Cell& cell : report.cells) by_text[Sentence(cell, report.purpose)].push_back(&cell);
-  std::vector<std::pair<std::string, std::vector<const Cell*>>> sorted(by_text.begin(), by_text.end());
+  std::map<std::string, std::vector<const ReportCell*>> by_text;
+  for (const ReportCell& cell : report.cells) by_text[Sentence(cell, report.purpose)].push_back(&cell);
+  std::vector<std::pair<std::string, std::vector<const ReportCell*>>> sorted(by_text.begin(), by_text.end());
   std::stable_sort(sorted.begin(), sorted.end(), [](const auto& left, const auto& right) {
     const bool left_kept = left.second[0]->verdict.outcome == Outcome::kKept;
     const bool right_kept = right.second[0]->verdict.outcome == Outcome::kKept;
@@ -106,7 +106,7 @@ std::string Reasons(const Score& score, const ScoreReport& report) {
     if (verdict.outcome != Outcome::kKept) {
       html += " <details><summary>where</summary>";
       std::map<short, std::vector<short>> by_slot;
-      for (const Cell* cell : cells) by_slot[cell->slot].push_back(cell->measure);
+      for (const ReportCell* cell : cells) by_slot[cell->slot].push_back(cell->measure);
       for (const auto& [slot, measures] : by_slot) {
         html += "<div>" + Escaped(StaffLabel(score.staves()[static_cast<std::size_t>(slot - 1)])) + ": measures ";
         for (std::size_t i = 0; i < measures.size();) {

@@ -26,7 +26,7 @@ const Measure& MeasureOf(const Score& score, short measure) {
 // "160 music, 14 whole rest": the reasons of what was kept, the most frequent first.
 std::string KeptReasons(const ScoreReport& report) {
   std::map<Reason, long> counts;
-  for (const Cell& cell : report.cells) {
+  for (const ReportCell& cell : report.cells) {
     if (cell.verdict.outcome == Outcome::kKept) ++counts[cell.verdict.reason];
   }
   std::vector<std::pair<Reason, long>> sorted(counts.begin(), counts.end());
@@ -67,7 +67,7 @@ std::string MeasureLabel(const Score& score, short measure) {
 
 std::string ReportText(const Score& score, const ScoreReport& report) {
   std::size_t measure_width = 0, staff_width = 0;
-  for (const Cell& cell : report.cells) {
+  for (const ReportCell& cell : report.cells) {
     measure_width = std::max(measure_width, DisplayWidth(MeasureLabel(score, cell.measure)));
     staff_width = std::max(staff_width, DisplayWidth(StaffLabel(StaffOf(score, cell.slot))));
   }
@@ -77,7 +77,7 @@ std::string ReportText(const Score& score, const ScoreReport& report) {
   std::string text = report.file + ": " + report.title + "\n";
   std::string measure_label;
   short labelled = 0;
-  for (const Cell& cell : report.cells) {
+  for (const ReportCell& cell : report.cells) {
     if (cell.measure != labelled) measure_label = Padded(MeasureLabel(score, cell.measure), measure_width);
     labelled = cell.measure;
     text += measure_label + "  " + staff_labels[static_cast<std::size_t>(cell.slot - 1)] + "  ";
@@ -106,11 +106,11 @@ std::string ReportJson(const Score& score, const ScoreReport& report) {
   head["kept"] = report.selected - report.changed;
   head["warnings"] = report.warnings;
   head["alerts"] = report.alerts;
-  // Cell by cell, so that a large score need not stand in memory as a tree.
+  // ReportCell by cell, so that a large score need not stand in memory as a tree.
   std::string text = Dump(head);
   text.back() = ',';
   text += "\"cells\":[";
-  for (const Cell& cell : report.cells) {
+  for (const ReportCell& cell : report.cells) {
     const Verdict& verdict = cell.verdict;
     Json row;
     row["measure"] = cell.measure;

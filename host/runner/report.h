@@ -9,7 +9,7 @@
 namespace sok {
 
 // One staff in one measure of the selection.
-struct Cell {
+struct ReportCell {
   short slot = 0;
   short measure = 0;
   Verdict verdict;
@@ -22,7 +22,7 @@ struct ScoreReport {
   std::string title;    // the command's name in the menu
   Purpose purpose = Purpose::kOther;
   std::vector<Change> changes;
-  std::vector<Cell> cells;  // by measure, then staff; all of the selection, or the changed ones
+  std::vector<ReportCell> cells;  // by measure, then staff; all of the selection, or the changed ones
   long selected = 0;        // staff-measures in the selection
   long changed = 0;         // staff-measures that changed
   std::vector<std::string> warnings;

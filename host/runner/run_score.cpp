@@ -101,7 +101,7 @@ void FillCells(const RunOptions& options, const Score& score, const std::vector<
     Settings settings{options.purpose, {}, {}};
     std::copy(std::begin(invocation.layer_shown), std::end(invocation.layer_shown), settings.layer_shown);
     std::copy(std::begin(options.count_hidden), std::end(options.count_hidden), settings.count_hidden);
-    Cell cell{slot, measure, Explain(score, slot, measure, changes, settings), {}};
+    ReportCell cell{slot, measure, Explain(score, slot, measure, changes, settings), {}};
     if (!changes.empty()) cell.notes = Notes(score, changes, options.write.keep_fermatas);
     report.cells.push_back(std::move(cell));
   };
@@ -175,7 +175,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   if (!options.quiet) result.err += Lines(report.file + ": ", report.warnings);
   if (!options.html.empty()) result.html = HtmlSection(*score, report, options);
   if (options.only_changed) {
-    std::erase_if(report.cells, [](const Cell& cell) { return cell.verdict.outcome == Outcome::kKept; });
+    std::erase_if(report.cells, [](const ReportCell& cell) { return cell.verdict.outcome == Outcome::kKept; });
   }
   if (options.json) result.json = ReportJson(*score, report);
   const std::string text = options.quiet || options.json ? std::string() : ReportText(*score, report);
