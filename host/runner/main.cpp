@@ -40,6 +40,8 @@ int main(int count, char** arguments) {
   sok::AddScanCommand(app, exit_code);
   sok::AddInspectCommand(app, exit_code);
   sok::AddRecordsCommand(app, exit_code);
+  sok::AddTextsCommand(app, exit_code);
+  sok::AddShapesCommand(app, exit_code);
   sok::AddValidateCommand(app, exit_code);
   try {
     app.parse(count, arguments);

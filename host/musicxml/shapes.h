@@ -1,0 +1,71 @@
+// The lines of a score as smart shapes with their marks, and the staves of its parts as staff lists.
+//
+// A slur is tied to its first and last entry; a hairpin, octave line, bracket or pedal line to places in measures. Each
+// shape is a shape record; every measure that it touches has a measure mark, those between its first and its last with
+// a centre shape; and the entries of a slur have an entry mark each.
+//
+// Part n (from 1) becomes staff list n: Document::SetStaffList, and the instruments of the part in its four instrument
+// lists, each a chain of records of six.
+#pragma once
+
+#include <cstddef>
+
+#include "host/musicxml/reader_context.h"
+
+namespace sok {
+
+inline constexpr unsigned int kSmartShapeTag = 0x4F085378;   // 'O', 8, 'Sx'; key: shape, 0
+inline constexpr unsigned int kCenterShapeTag = 0x44034378;  // 'D', 3, 'Cx'; key: shape, centre shape, 0
+inline constexpr unsigned int kMeasureMarkTag = 0x6F744D78;  // 'otMx'; key: measure, place
+inline constexpr unsigned int kEntryMarkTag = 0x65644578;    // 'edEx'; key: entry, place
+inline constexpr unsigned int kInstrumentListTags[] = {0x6F744443, 0x6F746463, 0x6F74494F, 0x6F74696F};
+
+inline constexpr unsigned int kShapeOnEntries = 0x40000000;  // in ShapeRecord::flags
+inline constexpr int kListRecordInstruments = 6;             // 16-bit each; 0: none
+
+enum class ShapeKind : short { kSlur, kCrescendo, kDiminuendo, kOctaveLine, kBracket, kPedal };
+
+#pragma pack(push, 2)
+
+// Measures count from 1, positions are in duration units from the start of their measure.
+struct ShapeRecord {
+  ShapeKind kind;
+  unsigned int flags;
+  unsigned short start_instrument;
+  short start_measure;
+  int start_entry;  // 0 unless kShapeOnEntries
+  int start_position;
+  short octaves;  // of an octave line: how far it sounds from what is written, up or down
+  unsigned char unused20[16];
+  unsigned short end_instrument;
+  short end_measure;
+  int end_entry;
+  int end_position;
+  unsigned char unused48[44];
+};
+
+struct MeasureMarkRecord {
+  unsigned short shape;
+  unsigned short center;  // 0 in the shape's first and last measure
+  unsigned char unused4[8];
+};
+
+struct EntryMarkRecord {
+  unsigned short shape;
+  unsigned char unused2[8];
+};
+
+#pragma pack(pop)
+
+static_assert(sizeof(ShapeRecord) == 92 && offsetof(ShapeRecord, flags) == 2, "ShapeRecord layout");
+static_assert(offsetof(ShapeRecord, start_instrument) == 6 && offsetof(ShapeRecord, start_measure) == 8, "start");
+static_assert(offsetof(ShapeRecord, start_entry) == 10 && offsetof(ShapeRecord, end_instrument) == 36, "start, end");
+static_assert(offsetof(ShapeRecord, end_measure) == 38 && offsetof(ShapeRecord, end_entry) == 40, "end");
+static_assert(sizeof(MeasureMarkRecord) == 12 && offsetof(MeasureMarkRecord, center) == 2, "MeasureMarkRecord layout");
+static_assert(sizeof(EntryMarkRecord) == 10, "EntryMarkRecord layout");
+
+// Adds the shapes, part by part in the order in which they end, and the staff lists. A line without a start or without
+// an end, one that starts anew under the number of a line still open, and those beyond 65533 are left out.
+void AddShapes(const ReaderContext& context);
+
+}  // namespace sok
