@@ -159,6 +159,37 @@ void CellEdit::Remove(const Selector& selects) {
   for (auto at = found.rbegin(); at != found.rend(); ++at) RemoveNote(*at, found.size() == 1);
 }
 
+void CellEdit::Articulate(const Selector& selects, std::size_t index, const std::vector<std::string>& articulations) {
+  for (Item& item : items_) {
+    if (item.kind != Kind::kNote || item.chord || !selects(item.voice, item.staff) || index-- > 0) continue;
+    const pugi::xml_node notations = item.node.child("notations");
+    const pugi::xml_node there = notations.child("articulations");
+    std::string content;
+    for (const std::string& articulation : articulations) {
+      if (!there.child(articulation.c_str())) content += "<" + articulation + "/>";
+    }
+    if (content.empty()) return;
+    if (!there) content = "<articulations>" + content + "</articulations>";
+    if (!notations) content = "<notations>" + content + "</notations>";
+
+    const pugi::xml_node place = there ? there : notations ? notations : item.node;
+    std::string whole(TextOf(item.node));
+    const std::size_t begin = BeginOf(place) - item.begin;
+    const std::size_t end = begin + TextOf(place).size();
+    if (whole[end - 2] == '/') {
+      whole.replace(end - 2, 2, ">" + content + "</" + place.name() + ">");
+    } else {
+      std::size_t at = whole.rfind("</", end - 1);
+      for (const char* later : {"listen", "play", "lyric"}) {  // stand behind the notations of a note
+        if (place == item.node && place.child(later)) at = BeginOf(place.child(later)) - item.begin;
+      }
+      whole.insert(SpaceBefore(whole, at), std::string(Indentation(text_, BeginOf(place.first_child()))) + content);
+    }
+    item.replacement = whole;
+    return;
+  }
+}
+
 std::vector<std::string> CellEdit::Attached(const Selector& selects) const {
   constexpr const char* kOwn[] = {"rest", "duration", "voice", "type", "dot", "staff", "pitch", "chord", "stem", "beam", "unpitched",
                                   "time-modification", "instrument", "accidental", "notehead", "cue", "grace", "tie"};

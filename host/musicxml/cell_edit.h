@@ -43,6 +43,9 @@ class CellEdit {
   // Takes out all notes of the voice.
   void Remove(const Selector& selects);
   void Insert(const NewRest& rest);
+  // Gives articulations (names of elements) to one of the voice's notes, by its number among them; chords count once.
+  // Those that the note has already are passed over. Once for each note.
+  void Articulate(const Selector& selects, std::size_t index, const std::vector<std::string>& articulations);
   // What hangs on the voice's notes beside the notes themselves, by element name; "fermata" first.
   std::vector<std::string> Attached(const Selector& selects) const;
   // Puts the fermatas of the voice's notes on the right barline, where it has none of their kind yet.

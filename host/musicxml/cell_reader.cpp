@@ -388,6 +388,7 @@ void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size
   cell.offset = OffsetOf(node);
   cell.divisions = state.divisions;
   for (const pugi::xml_node child : node.children()) {
+    if (child.type() != pugi::node_element) continue;
     const char* name = child.name();
     if (parsed_ != nullptr) parsed_->positions.emplace(child.offset_debug(), ToUnits(cursor_));
     if (Is(name, "note")) {

@@ -34,11 +34,13 @@ std::vector<Trace> TracesOf(const Model& model, const Part& part, const Cell& ce
 // Takes the voices that were to go out of `before` and those that were to come out of `after`; false when one of them
 // is not there, or is not what was to come.
 bool TakeNamed(const VoiceChange& change, std::vector<Trace>& before, std::vector<Trace>& after) {
-  std::vector<Trace>& in = change.comes ? after : before;
+  if (change.fate == VoiceChange::kMarked) return true;
+  const bool comes = change.fate == VoiceChange::kComes;
+  std::vector<Trace>& in = comes ? after : before;
   const auto at = std::find_if(in.begin(), in.end(), [&](const Trace& trace) {
     return trace.voice == change.voice && trace.staff == change.staff;
   });
-  if (at == in.end() || (change.comes && (at->entries != 1 || !at->bar_rest))) return false;
+  if (at == in.end() || (comes && (at->entries != 1 || !at->bar_rest))) return false;
   in.erase(at);
   return true;
 }

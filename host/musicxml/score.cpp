@@ -75,7 +75,7 @@ struct Score::Impl {
   std::string Patched(const std::vector<Change>& changes, const WriteOptions& options) const {
     try {
       std::vector<VoiceChange> voices;
-      std::string patched = PatchText(model, text, changes, options, voices);
+      std::string patched = PatchText(model, document, text, changes, options, voices);
       CheckPatchedText(model, text, patched, voices);
       return patched;
     } catch (const WriteError& error) {

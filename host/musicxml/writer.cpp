@@ -4,15 +4,23 @@
 #include <map>
 #include <set>
 
+#include "host/musicxml/articulations.h"
 #include "host/musicxml/cell_edit.h"
+#include "host/musicxml/frames.h"
 
 namespace sok {
 namespace {
 
 class Writer {
  public:
-  Writer(const Model& model, std::string_view text, const WriteOptions& options, std::vector<VoiceChange>& voices)
-      : model_(model), text_(text), options_(options), voices_(voices), style_(NoteStyle::Of(text, model.first_note)) {}
+  Writer(const Model& model, const Document& document, std::string_view text, const WriteOptions& options,
+         std::vector<VoiceChange>& voices)
+      : model_(model),
+        document_(document),
+        text_(text),
+        options_(options),
+        voices_(voices),
+        style_(NoteStyle::Of(text, model.first_note)) {}
 
   // All changes of one measure of one part.
   void Apply(std::vector<const Change*> changes) {
@@ -20,6 +28,9 @@ class Writer {
     CellEdit edit(text_, cell.offset, cell.divisions, style_);
     // What stands later in the text goes first: groups that were put in one after the other come out in reverse.
     std::stable_sort(changes.begin(), changes.end(), [&](const Change* a, const Change* b) { return OffsetOf(*a) > OffsetOf(*b); });
+    for (const Change* change : changes) {
+      if (change->kind == ChangeKind::kOther) Articulate(edit, *change);
+    }
     for (const Change* change : changes) {
       if (change->kind == ChangeKind::kCleared) Clear(edit, *change);
     }
@@ -65,15 +76,42 @@ class Writer {
     return offset;
   }
 
+  static CellEdit::Selector SelectorOf(const Voice& owner) {
+    return [&owner](const std::string& name, int staff) {
+      return name == owner.name && (owner.key_staff == 0 || owner.key_staff == staff);
+    };
+  }
+
+  void Articulate(CellEdit& edit, const Change& change) {
+    const FramePlace place{change.slot, change.measure, change.layer};
+    const ModelFrames frames(model_);
+    std::vector<EXENTRY> before(static_cast<std::size_t>(frames.Count(place)));
+    if (!before.empty()) frames.Fill(place, before.data());
+    const auto added = FindArticulations(document_, std::move(before), document_.Entries(place));
+    if (!added) {
+      throw WriteError(CellOf(change).offset,
+                       Place(change) + ": its entries were changed in a way that cannot be written; only whole-measure rests "
+                                       "that come, layers that are emptied and common articulations can");
+    }
+    std::size_t first = 0;  // of the voice's entries in the frame
+    model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
+      if (model_.IsLeftOut(voice, change.measure)) return;
+      for (const AddedArticulations& signs : *added) {
+        if (signs.entry < first || signs.entry - first >= voice.entries) continue;
+        edit.Articulate(SelectorOf(owner), signs.entry - first, signs.elements);
+      }
+      first += voice.entries;
+    });
+    voices_.push_back({model_.StaffAt(change.slot).part, change.measure, {}, 0, VoiceChange::kMarked});
+  }
+
   void Clear(CellEdit& edit, const Change& change) {
     model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
       if (model_.IsLeftOut(voice, change.measure)) return;
-      const auto selects = [&](const std::string& name, int staff) {
-        return name == owner.name && (owner.key_staff == 0 || owner.key_staff == staff);
-      };
+      const CellEdit::Selector selects = SelectorOf(owner);
       if (options_.keep_fermatas) edit.MoveFermatas(selects);
       edit.Remove(selects);
-      voices_.push_back({model_.StaffAt(change.slot).part, change.measure, owner.name, owner.key_staff, false});
+      voices_.push_back({model_.StaffAt(change.slot).part, change.measure, owner.name, owner.key_staff, VoiceChange::kGoes});
     });
   }
 
@@ -88,7 +126,7 @@ class Writer {
     rest.voice = rest.own_voice ? FreeVoice(change) : VoiceFor(change.slot);
     edit.Insert(rest);
     const bool by_staff = rest.voice.empty() || model_.options.cross_staff_drawn;
-    voices_.push_back({model_.StaffAt(change.slot).part, change.measure, rest.voice, by_staff ? staff : 0, true});
+    voices_.push_back({model_.StaffAt(change.slot).part, change.measure, rest.voice, by_staff ? staff : 0, VoiceChange::kComes});
   }
 
   // The voice of the staff's layer 0; a staff without any gets the first number of its block that is free.
@@ -129,6 +167,7 @@ class Writer {
   }
 
   const Model& model_;
+  const Document& document_;
   std::string_view text_;
   const WriteOptions& options_;
   std::vector<VoiceChange>& voices_;
@@ -158,17 +197,12 @@ std::vector<std::string> AttachedTo(const Model& model, std::string_view text, c
   return names;
 }
 
-std::string PatchText(const Model& model, std::string_view text, const std::vector<Change>& changes,
-                      const WriteOptions& options, std::vector<VoiceChange>& voices) {
-  Writer writer(model, text, options, voices);
+std::string PatchText(const Model& model, const Document& document, std::string_view text,
+                      const std::vector<Change>& changes, const WriteOptions& options, std::vector<VoiceChange>& voices) {
+  Writer writer(model, document, text, options, voices);
   std::map<std::size_t, std::vector<const Change*>> by_cell;
   for (const Change& change : changes) {
     const Cell& cell = writer.CellOf(change);
-    if (change.kind == ChangeKind::kOther) {
-      throw WriteError(cell.offset, writer.Place(change) +
-                                        ": its entries were changed in a way that cannot be written; only whole-measure rests "
-                                        "that come and layers that are emptied can");
-    }
     by_cell[cell.offset].push_back(&change);
   }
   for (auto& [offset, cell_changes] : by_cell) writer.Apply(std::move(cell_changes));

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/engine/document.h"
 #include "host/musicxml/model.h"
 
 namespace sok {
@@ -21,14 +22,14 @@ struct VoiceChange {
   short measure = 0;   // from 1
   std::string voice;
   int staff = 0;       // of the part
-  bool comes = false;  // else it goes
+  enum { kComes, kGoes, kMarked } fate = kMarked;  // marked: its notes stay as they are, but for signs on them
 };
 
 // What hangs on a layer's notes beside the notes, by element name.
 std::vector<std::string> AttachedTo(const Model& model, std::string_view text, const Change& change);
 
 // The text with the changes spliced in, and what they are in terms of voices. Throws WriteError.
-std::string PatchText(const Model& model, std::string_view text, const std::vector<Change>& changes,
-                      const WriteOptions& options, std::vector<VoiceChange>& voices);
+std::string PatchText(const Model& model, const Document& document, std::string_view text,
+                      const std::vector<Change>& changes, const WriteOptions& options, std::vector<VoiceChange>& voices);
 
 }  // namespace sok

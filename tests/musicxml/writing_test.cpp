@@ -158,12 +158,41 @@ TEST(Writing, RefusesWhatItCannotWrite) {
   std::vector<EXENTRY> longer = before;
   longer[0].duration = 1024;
   expect_refusal(longer);
-  std::vector<EXENTRY> articulated = before;
-  articulated[1].flags |= kEntryHasArticulations;
-  expect_refusal(articulated);
+  std::vector<EXENTRY> turned = before;
+  turned[1].flags |= kEntryIsNote;
+  expect_refusal(turned);
   expect_refusal({before[0]});
   document.SetEntries({1, 1, 0}, before);
   EXPECT_TRUE(score->Changes().empty());
+}
+
+TEST(Writing, ArticulationsGoOntoTheirNotes) {
+  const std::string text = ScoreText("n1v1 n1v1c gv1 n1v1y n1v1 b3 n3v2");
+  const auto mark = [](const std::string& before, std::initializer_list<std::pair<int, short>> marks) {
+    const auto score = ReadScoreText(before);
+    Document& document = score->document();
+    std::vector<EXENTRY> entries = document.Entries({1, 1, 0});
+    for (const auto& [index, character] : marks) {
+      EDataID definition{};
+      definition.other.cmper = static_cast<unsigned short>(character);
+      document.records.Save(0x4F044958, definition, &character, sizeof character);
+      EDataID id{};
+      id.entryDetail.entryNum = entries[static_cast<std::size_t>(index)].number;
+      id.entryDetail.subIndex = -1;
+      document.records.Create(0x6564494D, id, &character, sizeof character);
+      entries[static_cast<std::size_t>(index)].flags |= kEntryHasArticulations;
+    }
+    document.SetEntries({1, 1, 0}, std::move(entries));
+    return score->Write();
+  };
+  std::string expected = text;
+  const auto put = [&](std::string_view place, std::string_view what) { expected.insert(expected.find(place), what); };
+  put("</note><note><chord/>", "<notations><articulations><accent/><staccato/></articulations></notations>");
+  put("</notations></note><note><pitch><step>D</step><octave>4</octave></pitch><duration>1</duration><voice>1</voice></note><backup>",
+      "<articulations><tenuto/></articulations>");
+  EXPECT_EQ(mark(text, {{0, '>'}, {0, '.'}, {2, '-'}}), expected);
+  EXPECT_EQ(mark(expected, {{0, '>'}, {2, '-'}}), expected);  // there already
+  EXPECT_THROW(mark(text, {{0, 'U'}}), ScoreError);
 }
 
 // A layer that another extension empties goes out whole, chords and all.
