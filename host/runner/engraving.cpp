@@ -142,7 +142,7 @@ Engraving Engrave(const Score& score, const std::string& text_after, const std::
     engraving.version = answer.value("version", "");
     engraving.left = answer.value("left", 0L);
     for (const Json& system : answer["systems"]) {
-      const Range measures{system.value("first", short{1}), system.value("last", short{1})};
+      const NumberRange measures{system.value("first", short{1}), system.value("last", short{1})};
       engraving.systems.push_back({measures, system.value("before", ""), system.value("after", "")});
     }
   }

@@ -13,7 +13,7 @@
 namespace sok {
 
 struct SystemPicture {
-  Range measures;
+  NumberRange measures;
   std::string before;  // SVG; rests that went have the class rest-out
   std::string after;   // SVG; rests that came have the class rest-in
 };

@@ -21,27 +21,27 @@ std::optional<short> Number(std::string_view text) {
   return static_cast<short>(number);
 }
 
-std::optional<Range> ParseRange(std::string_view text) {
+std::optional<NumberRange> ParseRange(std::string_view text) {
   const auto dash = text.find('-');
   if (dash == std::string_view::npos) {
     const auto number = Number(text);
-    return number ? std::optional(Range{*number, *number}) : std::nullopt;
+    return number ? std::optional(NumberRange{*number, *number}) : std::nullopt;
   }
   const std::string_view before = text.substr(0, dash), after = text.substr(dash + 1);
   if (before.empty() && after.empty()) return std::nullopt;
   const auto first = before.empty() ? std::optional<short>(1) : Number(before);
   const auto last = after.empty() ? std::optional(kMaximum) : Number(after);
   if (!first || !last || *first > *last) return std::nullopt;
-  return Range{*first, *last, after.empty()};
+  return NumberRange{*first, *last, after.empty()};
 }
 
 // Which of the numbers 1 to `count` are chosen.
 using Chosen = std::vector<bool>;  // [number - 1]
 
-void Choose(Chosen& chosen, const std::vector<Range>& ranges, std::string_view what,
+void Choose(Chosen& chosen, const std::vector<NumberRange>& ranges, std::string_view what,
             std::vector<std::string>& warnings) {
   const auto count = static_cast<short>(chosen.size());
-  for (const Range& range : ranges) {
+  for (const NumberRange& range : ranges) {
     if (range.last > count && (!range.open || range.first > count)) {
       warnings.push_back("the score has " + Counted(count, what) + ": " + std::string(what) + " " +
                          RangeText(std::max<int>(range.first, count + 1), range.open ? range.first : range.last) +
@@ -112,15 +112,15 @@ void ChooseByPart(Chosen& chosen, const Score& score, const std::vector<std::str
 }
 
 bool HiddenOn(const HiddenLayer& hidden, short slot) {
-  return hidden.staves.empty() || std::any_of(hidden.staves.begin(), hidden.staves.end(), [slot](const Range& range) {
+  return hidden.staves.empty() || std::any_of(hidden.staves.begin(), hidden.staves.end(), [slot](const NumberRange& range) {
            return range.first <= slot && slot <= range.last;
          });
 }
 
 // The runs of chosen numbers; a run also ends where `joined(number, number + 1)` says no.
 template <typename Joined>
-std::vector<Range> Runs(const Chosen& chosen, const Joined& joined) {
-  std::vector<Range> runs;
+std::vector<NumberRange> Runs(const Chosen& chosen, const Joined& joined) {
+  std::vector<NumberRange> runs;
   for (std::size_t i = 0; i < chosen.size(); ++i) {
     if (!chosen[i]) continue;
     const auto number = static_cast<short>(i + 1);
@@ -135,8 +135,8 @@ std::vector<Range> Runs(const Chosen& chosen, const Joined& joined) {
 
 }  // namespace
 
-std::vector<Range> ParseRanges(std::string_view text, std::string_view option) {
-  std::vector<Range> ranges;
+std::vector<NumberRange> ParseRanges(std::string_view text, std::string_view option) {
+  std::vector<NumberRange> ranges;
   for (const std::string_view item : Split(text, ',')) {
     const auto range = ParseRange(Trimmed(item));
     if (!range) {
@@ -186,10 +186,10 @@ std::vector<Invocation> PlanInvocations(const Score& score, const Selection& sel
       return HiddenOn(hidden, left) == HiddenOn(hidden, right);
     });
   };
-  const std::vector<Range> slot_runs = Runs(slots, same_layers_hidden);
+  const std::vector<NumberRange> slot_runs = Runs(slots, same_layers_hidden);
   std::vector<Invocation> invocations;
-  for (const Range& measure_run : Runs(measures, [](short, short) { return true; })) {
-    for (const Range& slot_run : slot_runs) {
+  for (const NumberRange& measure_run : Runs(measures, [](short, short) { return true; })) {
+    for (const NumberRange& slot_run : slot_runs) {
       Invocation invocation{measure_run, slot_run};
       for (const HiddenLayer& hidden : selection.hidden_layers) {
         if (HiddenOn(hidden, slot_run.first)) invocation.layer_shown[hidden.layer] = false;

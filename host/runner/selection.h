@@ -13,21 +13,21 @@
 namespace sok {
 
 // Numbers from 1, both ends inside.
-struct Range {
+struct NumberRange {
   short first = 1;
   short last = 1;
   bool open = false;  // "5-": to the last there is
 
-  bool operator==(const Range&) const = default;
+  bool operator==(const NumberRange&) const = default;
 };
 
 // "3-8,12,20-": ranges in the order given. Throws UsageError that names the option.
-std::vector<Range> ParseRanges(std::string_view text, std::string_view option);
+std::vector<NumberRange> ParseRanges(std::string_view text, std::string_view option);
 
 // One --hide-layer: a layer, from 0, hidden on some staves, or on all when there are no ranges.
 struct HiddenLayer {
   short layer = 0;
-  std::vector<Range> staves;
+  std::vector<NumberRange> staves;
 };
 
 // "2" or "2:1,3-4". Throws UsageError.
@@ -39,17 +39,17 @@ short ParseLayer(std::string_view text, std::string_view option);
 // What the options say. Measures by position and by printed number add up, and so do staves and parts; nothing given
 // means all.
 struct Selection {
-  std::vector<Range> measures;
+  std::vector<NumberRange> measures;
   std::vector<std::string> numbers;  // printed measure numbers: "3-8", "12", "X1"
-  std::vector<Range> staves;
+  std::vector<NumberRange> staves;
   std::vector<std::string> parts;  // names, abbreviations or ids
   std::vector<HiddenLayer> hidden_layers;
 };
 
 // One call of the extension: a block of measures and staves on which the same layers are shown.
 struct Invocation {
-  Range measures;
-  Range slots;
+  NumberRange measures;
+  NumberRange slots;
   bool layer_shown[kLayers] = {true, true, true, true};
 
   EREGION Region(const Document& document) const;
