@@ -31,7 +31,7 @@ const char* ElementOf(const Document& document, short definition) {
 }  // namespace
 
 std::optional<std::vector<AddedArticulations>> FindArticulations(const Document& document, std::vector<EXENTRY> before,
-                                                                const std::vector<EXENTRY>& after) {
+                                                                 const std::vector<EXENTRY>& after) {
   if (before.size() != after.size()) return std::nullopt;
   std::vector<AddedArticulations> added;
   for (std::size_t i = 0; i < after.size(); ++i) {

@@ -11,13 +11,13 @@
 namespace sok {
 
 struct AddedArticulations {
-  std::size_t entry = 0;  // index in the frame
+  std::size_t entry = 0;              // index in the frame
   std::vector<std::string> elements;  // "accent" …
 };
 
 // The difference between two frames when it is nothing but articulations; none when there is another one, or when an
 // articulation is not one that MusicXML has.
 std::optional<std::vector<AddedArticulations>> FindArticulations(const Document& document, std::vector<EXENTRY> before,
-                                                                const std::vector<EXENTRY>& after);
+                                                                 const std::vector<EXENTRY>& after);
 
 }  // namespace sok

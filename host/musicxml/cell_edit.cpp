@@ -59,7 +59,8 @@ void CellEdit::ReadItem(pugi::xml_node node, Fraction& divisions) {
   if (duration && duration->numerator > 0) item.length = *duration / divisions;
   if (Is(name, "note")) {
     item.kind = Kind::kNote;
-    const auto before = std::find_if(items_.rbegin(), items_.rend(), [](const Item& other) { return MovesCursor(other); });
+    const auto before =
+        std::find_if(items_.rbegin(), items_.rend(), [](const Item& other) { return MovesCursor(other); });
     item.chord = node.child("chord") && before != items_.rend() && before->kind == Kind::kNote;
     item.voice = Trimmed(node.child_value("voice"));
     item.staff = std::max(node.child("staff").text().as_int(1), 1);
@@ -73,7 +74,8 @@ void CellEdit::ReadItem(pugi::xml_node node, Fraction& divisions) {
     item.kind = Kind::kBackup;
   } else if (Is(name, "forward")) {
     item.kind = Kind::kForward;
-  } else if (Is(name, "barline") || Is(name, "print") || Is(name, "grouping") || Is(name, "link") || Is(name, "bookmark")) {
+  } else if (Is(name, "barline") || Is(name, "print") || Is(name, "grouping") || Is(name, "link") ||
+             Is(name, "bookmark")) {
     item.kind = Kind::kStanding;
   } else {
     item.kind = Kind::kPlaced;
@@ -92,8 +94,10 @@ void CellEdit::Walk() {
   Fraction cursor;
   for (Item& item : items_) {
     item.before = cursor;
-    if (!item.gone && item.kind == Kind::kBackup) cursor = cursor < item.length ? Fraction() : cursor - item.length;
-    else if (!item.gone && MovesCursor(item)) cursor = cursor + item.length;
+    if (!item.gone && item.kind == Kind::kBackup)
+      cursor = cursor < item.length ? Fraction() : cursor - item.length;
+    else if (!item.gone && MovesCursor(item))
+      cursor = cursor + item.length;
     item.after = cursor;
   }
 }
@@ -142,7 +146,8 @@ void CellEdit::RemoveNote(std::size_t index, bool lone) {
   } else if (lone && Same(item.before, {}) && RemoveGroup(index)) {
     Walk();
   } else if (NeededLater(index)) {
-    item.replacement = style_.Format(Indentation(text_, item.begin), "forward", {std::string(TextOf(item.node.child("duration")))});
+    item.replacement =
+        style_.Format(Indentation(text_, item.begin), "forward", {std::string(TextOf(item.node.child("duration")))});
     item.kind = Kind::kForward;
   } else {
     item.gone = true;
@@ -191,8 +196,9 @@ void CellEdit::Articulate(const Selector& selects, std::size_t index, const std:
 }
 
 std::vector<std::string> CellEdit::Attached(const Selector& selects) const {
-  constexpr const char* kOwn[] = {"rest", "duration", "voice", "type", "dot", "staff", "pitch", "chord", "stem", "beam", "unpitched",
-                                  "time-modification", "instrument", "accidental", "notehead", "cue", "grace", "tie"};
+  constexpr const char* kOwn[] = {"rest",       "duration",   "voice",    "type", "dot",       "staff",
+                                  "pitch",      "chord",      "stem",     "beam", "unpitched", "time-modification",
+                                  "instrument", "accidental", "notehead", "cue",  "grace",     "tie"};
   std::vector<std::string> names;
   const auto add = [&](const char* name) {
     if (std::find(names.begin(), names.end(), name) == names.end()) names.emplace_back(name);
@@ -202,7 +208,8 @@ std::vector<std::string> CellEdit::Attached(const Selector& selects) const {
     for (const pugi::xml_node child : item.node.children()) {
       if (Is(child.name(), "notations")) {
         for (const pugi::xml_node notation : child.children()) add(notation.name());
-      } else if (std::none_of(std::begin(kOwn), std::end(kOwn), [&](const char* own) { return Is(child.name(), own); })) {
+      } else if (std::none_of(std::begin(kOwn), std::end(kOwn),
+                              [&](const char* own) { return Is(child.name(), own); })) {
         add(child.name());
       }
     }
@@ -228,7 +235,10 @@ std::string_view CellEdit::IndentationAt(std::size_t index) const {
 
 void CellEdit::Add(std::size_t index, Kind kind, const Fraction& length, const std::vector<std::string>& children) {
   const std::string_view indentation = IndentationAt(index);
-  const char* name = kind == Kind::kNote ? "note" : kind == Kind::kBackup ? "backup" : kind == Kind::kForward ? "forward" : "barline";
+  const char* name = kind == Kind::kNote      ? "note"
+                     : kind == Kind::kBackup  ? "backup"
+                     : kind == Kind::kForward ? "forward"
+                                              : "barline";
   Item item;
   item.kind = kind;
   item.length = length;
@@ -274,7 +284,8 @@ void CellEdit::Insert(const NewRest& rest) {
 bool CellEdit::TakeForwardsPlace(const NewRest& rest) {
   for (std::size_t i = 0; i < items_.size(); ++i) {
     Item& item = items_[i];
-    if (item.gone || item.kind != Kind::kForward || !item.node || !item.replacement.empty() || !Same(item.before, {})) continue;
+    if (item.gone || item.kind != Kind::kForward || !item.node || !item.replacement.empty() || !Same(item.before, {}))
+      continue;
     if (!Same(item.length, rest.length)) continue;
     const std::size_t previous = Neighbour(i, -1, true);
     const std::size_t next = Neighbour(i, 1, true);
@@ -345,19 +356,26 @@ void CellEdit::MoveFermatas(const Selector& selects) {
       for (const pugi::xml_node fermata : notations.children("fermata")) fermatas.push_back(fermata);
     }
   }
-  const auto type_of = [](pugi::xml_node fermata) { return std::string(fermata.attribute("type").as_string("upright")); };
+  const auto type_of = [](pugi::xml_node fermata) {
+    return std::string(fermata.attribute("type").as_string("upright"));
+  };
   for (const pugi::xml_node fermata : fermatas) {
     std::size_t barline = kNone;
     for (std::size_t i = 0; i < items_.size(); ++i) {
       const Item& item = items_[i];
-      if (item.node && Is(item.node.name(), "barline") && Is(item.node.attribute("location").as_string("right"), "right")) barline = i;
+      if (item.node && Is(item.node.name(), "barline") &&
+          Is(item.node.attribute("location").as_string("right"), "right"))
+        barline = i;
     }
     const std::string text(TextOf(fermata));
     if (!fermatas_moved_.insert(type_of(fermata)).second) continue;
     if (barline == kNone) {
-      const auto added = std::find_if(items_.begin(), items_.end(), [](const Item& item) { return !item.node && item.kind == Kind::kStanding; });
-      if (added == items_.end()) Add(items_.size(), Kind::kStanding, {}, {text});
-      else added->replacement.insert(added->replacement.rfind("</barline>"), text);
+      const auto added = std::find_if(items_.begin(), items_.end(),
+                                      [](const Item& item) { return !item.node && item.kind == Kind::kStanding; });
+      if (added == items_.end())
+        Add(items_.size(), Kind::kStanding, {}, {text});
+      else
+        added->replacement.insert(added->replacement.rfind("</barline>"), text);
       continue;
     }
     Item& item = items_[barline];
@@ -417,8 +435,10 @@ std::vector<Splice> CellEdit::Splices() const {
       continue;
     }
     anchor = item.end;
-    if (item.gone) splices.push_back({SpaceBefore(text_, item.begin), item.end, {}});
-    else if (!item.replacement.empty()) splices.push_back({item.begin, item.end, item.replacement});
+    if (item.gone)
+      splices.push_back({SpaceBefore(text_, item.begin), item.end, {}});
+    else if (!item.replacement.empty())
+      splices.push_back({item.begin, item.end, item.replacement});
   }
   return splices;
 }

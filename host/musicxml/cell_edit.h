@@ -66,16 +66,16 @@ class CellEdit {
     Kind kind = Kind::kStanding;
     std::size_t begin = 0;
     std::size_t end = 0;
-    pugi::xml_node node;       // null: added
+    pugi::xml_node node;  // null: added
     Fraction length;
-    Fraction divisions;        // in force behind it
-    Fraction before;           // cursor before and after
+    Fraction divisions;  // in force behind it
+    Fraction before;     // cursor before and after
     Fraction after;
     std::string voice;
     int staff = 1;
     bool chord = false;
     bool gone = false;
-    std::string replacement;   // an added item's text, or what another one becomes
+    std::string replacement;  // an added item's text, or what another one becomes
   };
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 

@@ -6,17 +6,18 @@
 namespace sok {
 namespace {
 
-constexpr int kMostStaves = 64;        // of one part
+constexpr int kMostStaves = 64;  // of one part
 constexpr std::size_t kMostWarnings = 1000;
-constexpr int kMostNotes = 12;         // of one entry
+constexpr int kMostNotes = 12;  // of one entry
 
 struct NoteType {
   std::string_view name;
   int duration;
 };
 constexpr NoteType kNoteTypes[] = {
-    {"quarter", 1024}, {"eighth", 512}, {"16th", 256}, {"half", 2048},   {"whole", 4096},  {"32nd", 128},   {"64th", 64},
-    {"128th", 32},     {"256th", 16},   {"512th", 8},  {"1024th", 4},    {"breve", 8192},  {"long", 16384}, {"maxima", 32768},
+    {"quarter", 1024}, {"eighth", 512}, {"16th", 256},   {"half", 2048},    {"whole", 4096},
+    {"32nd", 128},     {"64th", 64},    {"128th", 32},   {"256th", 16},     {"512th", 8},
+    {"1024th", 4},     {"breve", 8192}, {"long", 16384}, {"maxima", 32768},
 };
 
 bool Is(const char* name, const char* other) { return std::strcmp(name, other) == 0; }
@@ -139,7 +140,8 @@ CellReader::NoteData CellReader::Parse(pugi::xml_node node) {
       case 'u':
         if (Is(name, "unpitched")) {
           const std::string_view step = Trimmed(child.child_value("display-step"));
-          note.pitch.step = ToShort(step.empty() ? 6 : StepsFromMiddleC(step, SmallNumber(child.child_value("display-octave"))));
+          note.pitch.step =
+              ToShort(step.empty() ? 6 : StepsFromMiddleC(step, SmallNumber(child.child_value("display-octave"))));
         }
         break;
       case 'r':
@@ -180,7 +182,8 @@ CellReader::NoteData CellReader::Parse(pugi::xml_node node) {
       case 'n':
         if (Is(name, "notations") && child.child("fermata")) flags |= kFermata;
         break;
-      default: break;
+      default:
+        break;
     }
   }
   if (Is(node.attribute("print-object").value(), "no")) flags |= kHidden;
@@ -194,7 +197,9 @@ CellReader::NoteData CellReader::Parse(pugi::xml_node node) {
     }
   }
   if (written == 0) flags |= kUntyped;
-  const int duration = written != 0 ? written : (flags & kGrace) != 0 ? 512 : std::clamp(ToUnits(note.length), 0, 65535);
+  const int duration = written != 0            ? written
+                       : (flags & kGrace) != 0 ? 512
+                                               : std::clamp(ToUnits(note.length), 0, 65535);
   note.entry = {static_cast<std::uint16_t>(duration), 1, flags, 0};
   return note;
 }
@@ -274,8 +279,9 @@ void CellReader::AddToEntry(const NoteData& note, OpenVoice& voice) {
 
   Mix(cell.fingerprint, Scaled(chord_onset_));
   Mix(cell.fingerprint, Scaled(note.length));
-  Mix(cell.fingerprint, static_cast<std::uint64_t>(note.entry.duration) << 24 | static_cast<std::uint64_t>(flags) << 16 |
-                            static_cast<std::uint64_t>(note.staff) << 8 | static_cast<std::uint64_t>(note.chord));
+  Mix(cell.fingerprint, static_cast<std::uint64_t>(note.entry.duration) << 24 |
+                            static_cast<std::uint64_t>(flags) << 16 | static_cast<std::uint64_t>(note.staff) << 8 |
+                            static_cast<std::uint64_t>(note.chord));
   Mix(cell.fingerprint, static_cast<std::uint64_t>(static_cast<std::uint16_t>(note.pitch.step)) << 16 |
                             static_cast<std::uint16_t>(note.pitch.alter));
 }
@@ -366,8 +372,10 @@ void CellReader::ReadAttributes(pugi::xml_node node) {
       ReadTime(child);
     } else if (Is(name, "staves")) {
       const int staves = SmallNumber(child.child_value());
-      if (staves < 1 || staves > kMostStaves) Warn(child, "<staves> is not heeded: a part has 1 to 64");
-      else part_->staves = std::max(part_->staves, staves);
+      if (staves < 1 || staves > kMostStaves)
+        Warn(child, "<staves> is not heeded: a part has 1 to 64");
+      else
+        part_->staves = std::max(part_->staves, staves);
     } else if (Is(name, "clef")) {
       ReadClef(child);
     } else if (Is(name, "measure-style")) {
@@ -417,7 +425,8 @@ void CellReader::Finish(Cell& cell) {
   cell.voices = static_cast<std::uint32_t>(open_count_);
   for (std::size_t i = 0; i < open_count_; ++i) {
     OpenVoice& voice = open_[i];
-    if (model_.entries.size() + voice.entries.size() > 0x7FFFFFF0) throw std::runtime_error("the score has too many notes");
+    if (model_.entries.size() + voice.entries.size() > 0x7FFFFFF0)
+      throw std::runtime_error("the score has too many notes");
     voice.cell.length = Reduced(voice.cell.length);
     voice.cell.first_entry = static_cast<std::uint32_t>(model_.entries.size());
     voice.cell.entries = static_cast<std::uint32_t>(voice.entries.size());

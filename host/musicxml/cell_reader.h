@@ -25,7 +25,8 @@ struct PartState {
 class CellReader {
  public:
   // `parsed` may be null.
-  CellReader(Model& model, const LineTable& lines, ParsedScore* parsed) : model_(model), lines_(lines), parsed_(parsed) {}
+  CellReader(Model& model, const LineTable& lines, ParsedScore* parsed)
+      : model_(model), lines_(lines), parsed_(parsed) {}
 
   // Appends the measure to the part. The part's measures come in order. `base` is where the tree of the cell begins in
   // the text.
@@ -69,9 +70,9 @@ class CellReader {
   Fraction cursor_;
   Fraction furthest_;
   Fraction chord_onset_;
-  std::size_t open_count_ = 0;      // the first of open_ are in use
+  std::size_t open_count_ = 0;  // the first of open_ are in use
   std::vector<OpenVoice> open_;
-  OpenVoice* last_ = nullptr;       // whose last entry a <chord/> note joins
+  OpenVoice* last_ = nullptr;  // whose last entry a <chord/> note joins
 };
 
 }  // namespace sok

@@ -18,9 +18,9 @@ struct Signature {
 
 // Longer marks first: UTF-32LE begins like UTF-16LE.
 constexpr Signature kSignatures[] = {
-    {{"\xFF\xFE\0\0", 4}, "UTF-32LE"},  {{"\0\0\xFE\xFF", 4}, "UTF-32BE"}, {{"<\0\0\0", 4}, "UTF-32LE"},
-    {{"\0\0\0<", 4}, "UTF-32BE"},       {{"\xFF\xFE", 2}, "UTF-16LE"},     {{"\xFE\xFF", 2}, "UTF-16BE"},
-    {{"<\0", 2}, "UTF-16LE"},           {{"\0<", 2}, "UTF-16BE"},          {{"\xEF\xBB\xBF", 3}, kUtf8},
+    {{"\xFF\xFE\0\0", 4}, "UTF-32LE"}, {{"\0\0\xFE\xFF", 4}, "UTF-32BE"}, {{"<\0\0\0", 4}, "UTF-32LE"},
+    {{"\0\0\0<", 4}, "UTF-32BE"},      {{"\xFF\xFE", 2}, "UTF-16LE"},     {{"\xFE\xFF", 2}, "UTF-16BE"},
+    {{"<\0", 2}, "UTF-16LE"},          {{"\0<", 2}, "UTF-16BE"},          {{"\xEF\xBB\xBF", 3}, kUtf8},
 };
 
 class Converter {
@@ -83,8 +83,10 @@ std::string DeclaredEncoding(std::string_view text) {
   return is_name ? Upper(name) : std::string();
 }
 
-bool IsEightBit(const std::string& encoding) { return !encoding.starts_with("UTF-16") && !encoding.starts_with("UTF-32") &&
-                                                      !encoding.starts_with("UCS-") && !encoding.starts_with("ISO-10646"); }
+bool IsEightBit(const std::string& encoding) {
+  return !encoding.starts_with("UTF-16") && !encoding.starts_with("UTF-32") && !encoding.starts_with("UCS-") &&
+         !encoding.starts_with("ISO-10646");
+}
 
 }  // namespace
 

@@ -31,8 +31,8 @@ Fraction operator*(const Fraction& a, const Fraction& b);
 Fraction operator/(const Fraction& a, const Fraction& b);  // b is above 0
 Fraction Reduced(const Fraction& value);
 
-// A decimal number as the schema has them ("4", "0.5"), blanks around it allowed. None for anything else and for numbers
-// of more than 15 digits.
+// A decimal number as the schema has them ("4", "0.5"), blanks around it allowed. None for anything else and for
+// numbers of more than 15 digits.
 std::optional<Fraction> ParseDecimal(std::string_view text);
 
 // As a decimal number, cut (never rounded up) after six places.

@@ -7,11 +7,11 @@
 namespace sok {
 namespace {
 
-constexpr unsigned int kInstrumentTag = 0x534F4953;       // 'SOIS'
-constexpr unsigned int kInstrumentUsedTag = 0x534F4975;   // 'SOIu'
-constexpr unsigned int kMeasureTag = 0x534F4D53;          // 'SOMS'
-constexpr std::size_t kRestPlacement = 24;                // in 'SOIS'
-constexpr int kTopLine = 10;                              // steps from middle C, treble clef; rests hang from it
+constexpr unsigned int kInstrumentTag = 0x534F4953;      // 'SOIS'
+constexpr unsigned int kInstrumentUsedTag = 0x534F4975;  // 'SOIu'
+constexpr unsigned int kMeasureTag = 0x534F4D53;         // 'SOMS'
+constexpr std::size_t kRestPlacement = 24;               // in 'SOIS'
+constexpr int kTopLine = 10;                             // steps from middle C, treble clef; rests hang from it
 constexpr unsigned short kRestHostWord = 0x0080;
 constexpr std::uint32_t kMostEntries = 32767;
 
@@ -75,14 +75,16 @@ std::optional<EntrySource::Position> ModelFrames::Find(int number) const {
   const auto entry = static_cast<std::uint32_t>(number - 1);
   for (const Part& part : model_.parts) {
     // Both the voices of a part and its measures stand in the order of their entries.
-    const auto behind = std::upper_bound(part.cells.begin(), part.cells.end(), entry,
-                                         [](std::uint32_t value, const VoiceCell& voice) { return value < voice.first_entry; });
+    const auto behind =
+        std::upper_bound(part.cells.begin(), part.cells.end(), entry,
+                         [](std::uint32_t value, const VoiceCell& voice) { return value < voice.first_entry; });
     if (behind == part.cells.begin()) continue;
     const VoiceCell& voice = *(behind - 1);
     if (entry - voice.first_entry >= voice.entries) continue;
     const auto index = static_cast<std::uint32_t>(behind - 1 - part.cells.begin());
     const auto cell = std::upper_bound(part.measures.begin(), part.measures.end(), index,
-                                       [](std::uint32_t value, const Cell& each) { return value < each.first_voice; }) - 1;
+                                       [](std::uint32_t value, const Cell& each) { return value < each.first_voice; }) -
+                      1;
     const Voice& owner = part.voices[voice.voice];
     Position position;
     position.place = {static_cast<short>(part.first_slot + owner.home - 1),
@@ -90,10 +92,11 @@ std::optional<EntrySource::Position> ModelFrames::Find(int number) const {
     if (model_.IsLeftOut(voice, position.place.measure)) return std::nullopt;
     std::uint32_t at = entry - voice.first_entry;
     bool before = true;
-    model_.ForEachVoice(position.place.instrument, position.place.measure, owner.layer, [&](const Voice&, const VoiceCell& other) {
-      before = before && &other != &voice;
-      if (before && !model_.IsLeftOut(other, position.place.measure)) at += other.entries;
-    });
+    model_.ForEachVoice(position.place.instrument, position.place.measure, owner.layer,
+                        [&](const Voice&, const VoiceCell& other) {
+                          before = before && &other != &voice;
+                          if (before && !model_.IsLeftOut(other, position.place.measure)) at += other.entries;
+                        });
     if (at >= kMostEntries) return std::nullopt;
     position.index = static_cast<short>(at);
     return position;

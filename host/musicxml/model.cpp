@@ -67,8 +67,7 @@ bool Model::IsWholeRest(const VoiceCell& voice, short measure) const {
 }
 
 bool Model::IsLeftOut(const VoiceCell& voice, short measure) const {
-  return options.hidden_rests_empty && (entries[voice.first_entry].flags & kHidden) != 0 &&
-         IsWholeRest(voice, measure);
+  return options.hidden_rests_empty && (entries[voice.first_entry].flags & kHidden) != 0 && IsWholeRest(voice, measure);
 }
 
 const Voice* Model::FirstVoice(short slot) const {
@@ -95,7 +94,8 @@ void AssignLayers(Model& model) {
     }
     for (int staff = 1; staff <= part.staves; ++staff, ++slot) {
       if (slot == 32767) throw std::runtime_error("the score has too many staves");
-      model.staves.push_back({part.id, part.name, part.abbreviation, static_cast<int>(index), staff, part.staves, slot});
+      model.staves.push_back(
+          {part.id, part.name, part.abbreviation, static_cast<int>(index), staff, part.staves, slot});
     }
   }
 }

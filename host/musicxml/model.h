@@ -19,11 +19,11 @@ struct Pitch {
 
 enum EntryFlag : std::uint8_t {
   kRest = 1,
-  kBarRest = 2,    // <rest measure="yes"/>
-  kUntyped = 4,    // no <type>: the duration is the sounding one
+  kBarRest = 2,  // <rest measure="yes"/>
+  kUntyped = 4,  // no <type>: the duration is the sounding one
   kGrace = 8,
   kCue = 16,
-  kHidden = 32,    // print-object="no"
+  kHidden = 32,  // print-object="no"
   kFermata = 64,
 };
 
@@ -31,14 +31,14 @@ struct Entry {
   std::uint16_t duration = 0;  // as written, 1024 a quarter note
   std::uint8_t notes = 0;      // 1 to 12; 1 for a rest
   std::uint8_t flags = 0;
-  std::uint32_t pitch = 0;     // index of the first of its pitches
+  std::uint32_t pitch = 0;  // index of the first of its pitches
 };
 
 // The entries of one voice in one measure of one part.
 struct VoiceCell {
   std::uint32_t first_entry = 0;
   std::uint32_t entries = 0;
-  std::uint16_t voice = 0;        // index in Part::voices
+  std::uint16_t voice = 0;  // index in Part::voices
   bool all_hidden = true;
   bool no_full_notes = true;      // cue notes and rests only
   bool cross_staff = false;       // several staves in this cell; else `staff` has it
@@ -58,11 +58,11 @@ struct Cell {
 };
 
 struct Voice {
-  std::string name;      // the text of <voice>; empty: notes without one
-  int key_staff = 0;     // part of the voice's identity where voices are told apart by staff, else 0
-  int home = 1;          // staff of the part
+  std::string name;   // the text of <voice>; empty: notes without one
+  int key_staff = 0;  // part of the voice's identity where voices are told apart by staff, else 0
+  int home = 1;       // staff of the part
   short layer = 0;
-  bool surplus = false;  // came after the last layer had been given away
+  bool surplus = false;                 // came after the last layer had been given away
   std::vector<std::uint32_t> notes_on;  // [staff - 1]: notes that are no rests
   std::vector<std::uint32_t> rests_on;
 };
@@ -97,12 +97,12 @@ struct Model {
   std::vector<Measure> measures;
   std::vector<Fraction> lengths;  // real lengths, by measure
   std::vector<Warning> warnings;
-  std::size_t first_note = 0;     // offset of the first <note>; 0: none
+  std::size_t first_note = 0;  // offset of the first <note>; 0: none
 
   const Staff& StaffAt(short slot) const { return staves[static_cast<std::size_t>(slot - 1)]; }
   const Part& PartOf(short slot) const { return parts[static_cast<std::size_t>(StaffAt(slot).part)]; }
   int StaffOf(short slot) const { return StaffAt(slot).staff; }
-  bool Holds(short slot, short measure) const;  // slot and measure exist
+  bool Holds(short slot, short measure) const;          // slot and measure exist
   const Cell* CellOf(short slot, short measure) const;  // null: the part lacks the measure
 
   // Calls visit(const Voice&, const VoiceCell&) for every voice that has entries in a layer of a cell.

@@ -34,10 +34,14 @@ std::string NoteStyle::Format(std::string_view indentation, const std::string& n
 std::string Escaped(std::string_view text) {
   std::string result;
   for (const char c : text) {
-    if (c == '&') result += "&amp;";
-    else if (c == '<') result += "&lt;";
-    else if (c == '>') result += "&gt;";
-    else result += c;
+    if (c == '&')
+      result += "&amp;";
+    else if (c == '<')
+      result += "&lt;";
+    else if (c == '>')
+      result += "&gt;";
+    else
+      result += c;
   }
   return result;
 }

@@ -17,7 +17,8 @@ struct NoteStyle {
   static NoteStyle Of(std::string_view text, std::size_t first_note);
 
   // An element in the layout of the score; its white space before is left to the caller.
-  std::string Format(std::string_view indentation, const std::string& name, const std::vector<std::string>& children) const;
+  std::string Format(std::string_view indentation, const std::string& name,
+                     const std::vector<std::string>& children) const;
 };
 
 std::string Escaped(std::string_view text);

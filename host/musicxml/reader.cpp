@@ -18,8 +18,10 @@ constexpr int kMostMeasures = 32767;
 std::string OneLine(std::string_view text) {
   std::string result;
   for (const char c : text) {
-    if (!IsXmlSpace(c)) result += c;
-    else if (!result.empty() && result.back() != ' ') result += ' ';
+    if (!IsXmlSpace(c))
+      result += c;
+    else if (!result.empty() && result.back() != ' ')
+      result += ' ';
   }
   while (!result.empty() && result.back() == ' ') result.pop_back();
   return result;
@@ -79,11 +81,14 @@ class ScoreReader {
   static void Check(const pugi::xml_parse_result& result, std::size_t base) {
     const std::size_t offset = base + static_cast<std::size_t>(std::max(result.offset, std::ptrdiff_t{0}));
     switch (result.status) {
-      case pugi::status_ok: break;
-      case pugi::status_no_document_element: throw TextError(offset, "not MusicXML: there is no XML element");
+      case pugi::status_ok:
+        break;
+      case pugi::status_no_document_element:
+        throw TextError(offset, "not MusicXML: there is no XML element");
       case pugi::status_end_element_mismatch:
         throw TextError(offset, "elements do not end as they begin, or the text is cut off");
-      default: throw TextError(offset, std::string("not well-formed XML: ") + result.description());
+      default:
+        throw TextError(offset, std::string("not well-formed XML: ") + result.description());
     }
   }
 
@@ -172,7 +177,8 @@ class ScoreReader {
       cells_.Read(part, state, cell, 0);
     } else {
       cell_text_.assign(text_, place.begin, place.end - place.begin);
-      Check(cell_tree_.load_buffer_inplace(cell_text_.data(), cell_text_.size(), kMusicOnly, pugi::encoding_utf8), place.begin);
+      Check(cell_tree_.load_buffer_inplace(cell_text_.data(), cell_text_.size(), kMusicOnly, pugi::encoding_utf8),
+            place.begin);
       cells_.Read(part, state, cell_tree_.document_element(), place.begin);
     }
     if (times_[position].IsZero()) times_[position] = state.time;
@@ -186,9 +192,10 @@ class ScoreReader {
         const bool timed = !times_[i].IsZero();
         length = timed ? times_[i] : Fraction{4, 1};
         model_.measures[i].length_assumed = true;
-        model_.warnings.push_back({lines_.LineOf(first_offsets_[i]),
-                                   "measure " + std::to_string(i + 1) + " holds nothing that takes time; it counts as long as " +
-                                       (timed ? "its time signature says" : "4 quarters")});
+        model_.warnings.push_back(
+            {lines_.LineOf(first_offsets_[i]), "measure " + std::to_string(i + 1) +
+                                                   " holds nothing that takes time; it counts as long as " +
+                                                   (timed ? "its time signature says" : "4 quarters")});
       }
       model_.measures[i].duration = ToUnits(length);
     }
@@ -197,13 +204,14 @@ class ScoreReader {
   void WarnOfShortParts() {
     for (const Part& part : model_.parts) {
       if (part.measures.size() == model_.measures.size()) continue;
-      model_.warnings.push_back({0, "part " + part.id + " has " + std::to_string(part.measures.size()) + " measures of " +
-                                        std::to_string(model_.measures.size())});
+      model_.warnings.push_back({0, "part " + part.id + " has " + std::to_string(part.measures.size()) +
+                                        " measures of " + std::to_string(model_.measures.size())});
     }
     for (const Part& part : model_.parts) {
       for (const Voice& voice : part.voices) {
         if (!voice.surplus) continue;
-        model_.warnings.push_back({0, "part " + part.id + ", staff " + std::to_string(voice.home) + ": voice " + voice.name +
+        model_.warnings.push_back({0, "part " + part.id + ", staff " + std::to_string(voice.home) + ": voice " +
+                                          voice.name +
                                           " is one more than there are layers and counts to the last layer"});
       }
     }
@@ -233,7 +241,8 @@ Model ReadModel(std::string_view text, const ReadOptions& options, ParsedScore* 
 
 Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptions& options) {
   pugi::xml_document tree;
-  if (!tree.load_buffer(cell.data(), cell.size(), kMusicOnly, pugi::encoding_utf8)) throw TextError(0, "not well-formed XML");
+  if (!tree.load_buffer(cell.data(), cell.size(), kMusicOnly, pugi::encoding_utf8))
+    throw TextError(0, "not well-formed XML");
   Model model;
   model.options = options;
   model.parts.emplace_back();

@@ -66,8 +66,13 @@ struct Score::Impl {
     FillDocument(model, document);
     document.SetEntrySource(&*frames);
     if (options.document_data) {
-      const ReaderContext context{parsed.root, document, model.staves, model.measures, std::move(parsed.nodes),
-                                  std::move(parsed.entry_numbers), std::move(parsed.positions)};
+      const ReaderContext context{parsed.root,
+                                  document,
+                                  model.staves,
+                                  model.measures,
+                                  std::move(parsed.nodes),
+                                  std::move(parsed.entry_numbers),
+                                  std::move(parsed.positions)};
       ReadDocumentData(context);
     }
   }
@@ -88,7 +93,8 @@ struct Score::Impl {
   // The patched text in the encoding of the score.
   std::string Encoded(std::string patched) const {
     if (encoding == "UTF-8") return patched;
-    if (EncodeText(text, encoding) != encoded) throw std::runtime_error("the text in " + encoding + " has more than one spelling");
+    if (EncodeText(text, encoding) != encoded)
+      throw std::runtime_error("the text in " + encoding + " has more than one spelling");
     std::string bytes = EncodeText(patched, encoding);
     if (DecodeText(bytes).text != patched) throw std::runtime_error("the text cannot be written in " + encoding);
     return bytes;

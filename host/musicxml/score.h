@@ -49,10 +49,10 @@ struct Staff {
 
 // One measure of the score, by position.
 struct Measure {
-  std::string number;            // as printed; may be empty, repeated, or no number at all
-  int duration = 0;              // 1024 a quarter note
-  bool implicit = false;         // not counted: an upbeat, the rest of a split measure
-  bool length_assumed = false;   // nothing in the measure told its length; the time signature did, or 4 quarters
+  std::string number;           // as printed; may be empty, repeated, or no number at all
+  int duration = 0;             // 1024 a quarter note
+  bool implicit = false;        // not counted: an upbeat, the rest of a split measure
+  bool length_assumed = false;  // nothing in the measure told its length; the time signature did, or 4 quarters
 };
 
 // Signs that a changed measure of a staff may lie inside of.
@@ -64,19 +64,19 @@ struct Surroundings {
 
 // What a layer of a cell held when the score was read.
 struct LayerFacts {
-  std::string voice;            // the voice number in the score; empty when it has none
-  int entries = 0;              // entries in the frame
-  int line = 0;                 // line of its first note in the text; 0 when there is none
-  bool whole_rest = false;      // its only entry is a rest of duration 4096
-  bool looks_whole = false;     // its only entry is a rest as long as the measure, but of another duration
-  bool bar_rest_beside = false; // holds a measure="yes" rest beside other entries
-  bool hidden = false;          // none of its notes is printed
-  bool hidden_rest = false;     // a lone full rest that is not printed (no entry when hidden rests count as empty)
-  bool grace = false;           // holds grace notes
-  bool cue = false;             // holds nothing but cue notes and rests
-  bool surplus = false;         // more voices than layers: several voices share this layer here
-  bool cross_staff = false;     // some of its notes are drawn on another staff
-  bool fermata = false;         // its lone rest carries a fermata
+  std::string voice;             // the voice number in the score; empty when it has none
+  int entries = 0;               // entries in the frame
+  int line = 0;                  // line of its first note in the text; 0 when there is none
+  bool whole_rest = false;       // its only entry is a rest of duration 4096
+  bool looks_whole = false;      // its only entry is a rest as long as the measure, but of another duration
+  bool bar_rest_beside = false;  // holds a measure="yes" rest beside other entries
+  bool hidden = false;           // none of its notes is printed
+  bool hidden_rest = false;      // a lone full rest that is not printed (no entry when hidden rests count as empty)
+  bool grace = false;            // holds grace notes
+  bool cue = false;              // holds nothing but cue notes and rests
+  bool surplus = false;          // more voices than layers: several voices share this layer here
+  bool cross_staff = false;      // some of its notes are drawn on another staff
+  bool fermata = false;          // its lone rest carries a fermata
 };
 
 struct Warning {

@@ -33,9 +33,12 @@ std::optional<Skeleton> SkeletonOf(std::string_view text) {
       const std::string_view name = NameAt(text, at);
       if (depth == 0) {
         if (empty || !outer.empty()) return std::nullopt;
-        if (name == "score-partwise") outer = "part", inner = "measure";
-        else if (name == "score-timewise") outer = "measure", inner = "part";
-        else return std::nullopt;
+        if (name == "score-partwise")
+          outer = "part", inner = "measure";
+        else if (name == "score-timewise")
+          outer = "measure", inner = "part";
+        else
+          return std::nullopt;
       }
       if (depth == 1) inside = name == outer;
       if (depth == 2 && inside && name == inner) {

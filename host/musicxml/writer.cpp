@@ -27,14 +27,16 @@ class Writer {
     const Cell& cell = CellOf(*changes.front());
     CellEdit edit(text_, cell.offset, cell.divisions, style_);
     // What stands later in the text goes first: groups that were put in one after the other come out in reverse.
-    std::stable_sort(changes.begin(), changes.end(), [&](const Change* a, const Change* b) { return OffsetOf(*a) > OffsetOf(*b); });
+    std::stable_sort(changes.begin(), changes.end(),
+                     [&](const Change* a, const Change* b) { return OffsetOf(*a) > OffsetOf(*b); });
     for (const Change* change : changes) {
       if (change->kind == ChangeKind::kOther) Articulate(edit, *change);
     }
     for (const Change* change : changes) {
       if (change->kind == ChangeKind::kCleared) Clear(edit, *change);
     }
-    std::stable_sort(changes.begin(), changes.end(), [](const Change* a, const Change* b) { return a->slot < b->slot; });
+    std::stable_sort(changes.begin(), changes.end(),
+                     [](const Change* a, const Change* b) { return a->slot < b->slot; });
     for (const Change* change : changes) {
       if (change->kind == ChangeKind::kFilled) Fill(edit, *change);
     }
@@ -55,7 +57,8 @@ class Writer {
   }
 
   std::string Result() {
-    std::stable_sort(splices_.begin(), splices_.end(), [](const Splice& a, const Splice& b) { return a.begin < b.begin; });
+    std::stable_sort(splices_.begin(), splices_.end(),
+                     [](const Splice& a, const Splice& b) { return a.begin < b.begin; });
     std::size_t size = text_.size();
     for (const Splice& splice : splices_) size += splice.replacement.size();
     std::string result;
@@ -90,8 +93,9 @@ class Writer {
     const auto added = FindArticulations(document_, std::move(before), document_.Entries(place));
     if (!added) {
       throw WriteError(CellOf(change).offset,
-                       Place(change) + ": its entries were changed in a way that cannot be written; only whole-measure rests "
-                                       "that come, layers that are emptied and common articulations can");
+                       Place(change) +
+                           ": its entries were changed in a way that cannot be written; only whole-measure rests "
+                           "that come, layers that are emptied and common articulations can");
     }
     std::size_t first = 0;  // of the voice's entries in the frame
     model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
@@ -111,7 +115,8 @@ class Writer {
       const CellEdit::Selector selects = SelectorOf(owner);
       if (options_.keep_fermatas) edit.MoveFermatas(selects);
       edit.Remove(selects);
-      voices_.push_back({model_.StaffAt(change.slot).part, change.measure, owner.name, owner.key_staff, VoiceChange::kGoes});
+      voices_.push_back(
+          {model_.StaffAt(change.slot).part, change.measure, owner.name, owner.key_staff, VoiceChange::kGoes});
     });
   }
 
@@ -122,11 +127,13 @@ class Writer {
     rest.staff = part.staves > 1 ? staff : 0;
     rest.length = model_.lengths[static_cast<std::size_t>(change.measure - 1)];
     // Also beside a rest that only counts as nothing: one voice would join the two.
-    model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice&, const VoiceCell&) { rest.own_voice = true; });
+    model_.ForEachVoice(change.slot, change.measure, change.layer,
+                        [&](const Voice&, const VoiceCell&) { rest.own_voice = true; });
     rest.voice = rest.own_voice ? FreeVoice(change) : VoiceFor(change.slot);
     edit.Insert(rest);
     const bool by_staff = rest.voice.empty() || model_.options.cross_staff_drawn;
-    voices_.push_back({model_.StaffAt(change.slot).part, change.measure, rest.voice, by_staff ? staff : 0, VoiceChange::kComes});
+    voices_.push_back(
+        {model_.StaffAt(change.slot).part, change.measure, rest.voice, by_staff ? staff : 0, VoiceChange::kComes});
   }
 
   // The voice of the staff's layer 0; a staff without any gets the first number of its block that is free.
@@ -140,8 +147,8 @@ class Writer {
     const Part& part = model_.PartOf(slot);
     std::set<std::string>& taken = taken_[model_.StaffAt(slot).part];
     const auto is_free = [&](const std::string& name) {
-      return !taken.contains(name) &&
-             std::none_of(part.voices.begin(), part.voices.end(), [&](const Voice& voice) { return voice.name == name; });
+      return !taken.contains(name) && std::none_of(part.voices.begin(), part.voices.end(),
+                                                   [&](const Voice& voice) { return voice.name == name; });
     };
     int number = (model_.StaffOf(slot) - 1) * 4 + 1;
     const int block_end = number + 4;
@@ -159,7 +166,8 @@ class Writer {
     for (const Voice& voice : model_.PartOf(change.slot).voices) {
       if (voice.home != staff || voice.layer == change.layer || voice.surplus || voice.name.empty()) continue;
       bool busy = false;
-      model_.ForEachVoice(change.slot, change.measure, voice.layer, [&](const Voice&, const VoiceCell&) { busy = true; });
+      model_.ForEachVoice(change.slot, change.measure, voice.layer,
+                          [&](const Voice&, const VoiceCell&) { busy = true; });
       if (!busy) return voice.name;
     }
     const auto known = extra_voices_.find(change.slot);
@@ -173,7 +181,7 @@ class Writer {
   std::vector<VoiceChange>& voices_;
   NoteStyle style_;
   std::vector<Splice> splices_;
-  std::map<short, std::string> new_voices_;    // by slot
+  std::map<short, std::string> new_voices_;  // by slot
   std::map<short, std::string> extra_voices_;
   std::map<int, std::set<std::string>> taken_;  // by part: names given to new voices
 };
@@ -188,7 +196,7 @@ std::vector<std::string> AttachedTo(const Model& model, std::string_view text, c
   const CellEdit edit(text, cell->offset, cell->divisions, style);
   model.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
     if (model.IsLeftOut(voice, change.measure)) return;
-    for (std::string& name : edit.Attached([&](const std::string& voice_name, int staff) {
+    for (std::string& name : edit.Attached([&](const std::string&voice_name, int staff) {
            return voice_name == owner.name && (owner.key_staff == 0 || owner.key_staff == staff);
          })) {
       names.push_back(std::move(name));
@@ -198,7 +206,8 @@ std::vector<std::string> AttachedTo(const Model& model, std::string_view text, c
 }
 
 std::string PatchText(const Model& model, const Document& document, std::string_view text,
-                      const std::vector<Change>& changes, const WriteOptions& options, std::vector<VoiceChange>& voices) {
+                      const std::vector<Change>& changes, const WriteOptions& options,
+                      std::vector<VoiceChange>& voices) {
   Writer writer(model, document, text, options, voices);
   std::map<std::size_t, std::vector<const Change*>> by_cell;
   for (const Change& change : changes) {

@@ -19,9 +19,9 @@ struct WriteError : std::runtime_error {
 // The voice that a layer's frame came from, and where it went to.
 struct VoiceChange {
   int part = 0;
-  short measure = 0;   // from 1
+  short measure = 0;  // from 1
   std::string voice;
-  int staff = 0;       // of the part
+  int staff = 0;                                   // of the part
   enum { kComes, kGoes, kMarked } fate = kMarked;  // marked: its notes stay as they are, but for signs on them
 };
 
@@ -30,6 +30,7 @@ std::vector<std::string> AttachedTo(const Model& model, std::string_view text, c
 
 // The text with the changes spliced in, and what they are in terms of voices. Throws WriteError.
 std::string PatchText(const Model& model, const Document& document, std::string_view text,
-                      const std::vector<Change>& changes, const WriteOptions& options, std::vector<VoiceChange>& voices);
+                      const std::vector<Change>& changes, const WriteOptions& options,
+                      std::vector<VoiceChange>& voices);
 
 }  // namespace sok

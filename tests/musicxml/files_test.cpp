@@ -39,8 +39,9 @@ std::string Zip(const std::vector<Member>& members) {
 }
 
 Member Container(const std::string& path) {
-  return {"META-INF/container.xml", "<container><rootfiles><rootfile full-path=\"" + path + "\"/><rootfile full-path=\"x\"/>"
-                                    "</rootfiles></container>"};
+  return {"META-INF/container.xml", "<container><rootfiles><rootfile full-path=\"" + path +
+                                        "\"/><rootfile full-path=\"x\"/>"
+                                        "</rootfiles></container>"};
 }
 
 std::string WithHead(const std::string& head, const char* shorthand = "n4v1 |") { return head + ScoreText(shorthand); }
@@ -100,7 +101,8 @@ TEST(Files, ArchivesKeepAllButTheScore) {
 TEST(Files, TimewiseScoresStayTimewise) {
   const auto score = [](const std::string& second) {
     return "<score-timewise><measure number=\"1\"><part id=\"P1\">" + second + "</part><part id=\"P2\">" +
-           "<note><rest/><duration>4</duration><voice>1</voice><type>half</type></note></part></measure></score-timewise>";
+           "<note><rest/><duration>4</duration><voice>1</voice><type>half</type></note></part></measure></"
+           "score-timewise>";
   };
   EXPECT_EQ(Filled(score("")), score("<note><rest measure=\"yes\"/><duration>4</duration><voice>1</voice></note>"));
   EXPECT_EQ(Score::Read(score(""), "s")->form(), "score-timewise");
@@ -133,7 +135,8 @@ TEST(Files, WhatIsNoScoreIsRefusedWithItsPlace) {
       {"hello", "x:1: not MusicXML: there is no XML element"},
       {"<html></html>", "x:1: not a MusicXML score: the root element is <html>"},
       {"<score-partwise>\n<part>\n<measure></part>", "x:3: "},
-      {"<score-partwise>\n<part>\n<measure><note a=b></note></measure></part></score-partwise>", "x:3: not well-formed XML"},
+      {"<score-partwise>\n<part>\n<measure><note a=b></note></measure></part></score-partwise>",
+       "x:3: not well-formed XML"},
       {std::string("<score-partwise>\0</score-partwise>", 34), "x: not a text"},
       {"\xFF\xFE<\0\x00\xD8", "x: the text is not UTF-16LE in line 1"},
       {"<?xml encoding='none-such'?><a/>", "x: the encoding NONE-SUCH is not known"},
@@ -157,8 +160,9 @@ TEST(Files, WhatIsNoScoreIsRefusedWithItsPlace) {
 
 // Numbers that no score has are either refused or bounded.
 TEST(Files, AbsurdNumbersDoNoHarm) {
-  for (const char* shorthand : {"@1 n999999999999999v1 n999999999999999v1", "@999999999999999 n1v1", "%999999/1", "S99999 n1v1", "n99999999999999999v1",
-                                "n-4v1", "%4/0", "@0.000001 n999999999v1", "n1v99999999999999999999"}) {
+  for (const char* shorthand :
+       {"@1 n999999999999999v1 n999999999999999v1", "@999999999999999 n1v1", "%999999/1", "S99999 n1v1",
+        "n99999999999999999v1", "n-4v1", "%4/0", "@0.000001 n999999999v1", "n1v99999999999999999999"}) {
     try {
       const auto score = Score::Read(ScoreText(shorthand), "x");
       FillMeasures(*score);

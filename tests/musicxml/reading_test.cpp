@@ -36,14 +36,16 @@ constexpr ReadingCase kVoices[] = {
     {"layers by order of appearance", "n4v7twhole b4 r4v3 | n4v3twhole b4 n4v7twhole", "4096n/4096r|4096n/4096n"},
     {"a layer stays where it was", "n4v1twhole b4 n4v2twhole | n4v2twhole", "4096n/4096n|/4096n"},
     {"five voices", "n4v1twhole b4 n4v2twhole b4 n4v3twhole b4 n4v4twhole b4 R4v5", "4096n/4096n/4096n/4096n 4096r"},
-    {"home by number", "S2 n4v1s1twhole b4 n4v5s2twhole | n4v1s1twhole | n4v1s1twhole | n4v5s2twhole | n4v1s1twhole |"
+    {"home by number",
+     "S2 n4v1s1twhole b4 n4v5s2twhole | n4v1s1twhole | n4v1s1twhole | n4v5s2twhole | n4v1s1twhole |"
      " n4v1s1twhole | n4v1s1twhole | n4v1s1twhole | n4v1s1twhole | n4v1s2twhole",
      "4096n;4096n|4096n;-|4096n;-|-;4096n|4096n;-|4096n;-|4096n;-|4096n;-|4096n;-|4096n;-"},
     {"home by majority", "S2 n1v1s2 n1v1s2 n1v1s1", "-;1024n 1024n 1024n"},
     {"home on a tie", "S2 n1v2s2 n1v2s1", "1024n 1024n;-"},
 };
 constexpr ReadingCase kTimes[] = {
-    {"chord, dots, tuplet as written", "@3 n3v1tquarter n3v1ctquarter n2v1tquarter n2v1tquarter n2v1tquarter n3v1teighth.",
+    {"chord, dots, tuplet as written",
+     "@3 n3v1tquarter n3v1ctquarter n2v1tquarter n2v1tquarter n2v1tquarter n3v1teighth.",
      "1024nx2 1024n 1024n 1024n 768n"},
     {"divisions change, also inside", "@1 n1v1 @4 n4v1 n8v1 | r16v1", "1024n 1024n 2048n|4096r"},
     {"forward takes time, never an entry", "f3 n1v1 | f4 | b2 n4v1", "1024n|-|4096n"},
@@ -68,8 +70,9 @@ TEST(Reading, MeasuresAreAsLongAsTheirFurthestVoice) {
     int duration;
     bool assumed;
   } const kCases[] = {
-      {"%4/4 n5v1", 5120, false},         {"%3/4 n1v1 b1 n2v2 || n1v1", 2048, false}, {"%3+2/8", 2560, true},
-      {"d", 4096, true},                  {"%3/4 | %6/8", 3072, true},                {"@480 f1 n479v1", 1024, false},
+      {"%4/4 n5v1", 5120, false},       {"%3/4 n1v1 b1 n2v2 || n1v1", 2048, false},
+      {"%3+2/8", 2560, true},           {"d", 4096, true},
+      {"%3/4 | %6/8", 3072, true},      {"@480 f1 n479v1", 1024, false},
       {"%4/4 @1000000 n1v1", 0, false},
   };
   for (const auto& c : kCases) {
@@ -124,8 +127,11 @@ TEST(Reading, InstrumentsPlaceRestsByClef) {
   struct {
     const char* clef;
     int steps;
-  } const kCases[] = {{"<sign>G</sign><line>2</line>", 6}, {"<sign>F</sign><line>4</line>", -6}, {"<sign>C</sign><line>3</line>", 0},
-                      {"<sign>C</sign><line>4</line>", -2}, {"<sign>percussion</sign>", 6},
+  } const kCases[] = {{"<sign>G</sign><line>2</line>", 6},
+                      {"<sign>F</sign><line>4</line>", -6},
+                      {"<sign>C</sign><line>3</line>", 0},
+                      {"<sign>C</sign><line>4</line>", -2},
+                      {"<sign>percussion</sign>", 6},
                       {"<sign>G</sign><line>2</line><clef-octave-change>-1</clef-octave-change>", -1}};
   for (const auto& c : kCases) {
     std::string text = ScoreText("R4v1");
@@ -147,16 +153,20 @@ TEST(Reading, WarnsWithPlace) {
     const char* score;
     const char* part_of_warning;
   } const kCases[] = {
-      {"n1v1 b4 n1v1", "measure 1: a <backup> goes back beyond"}, {"n1v1 b0", "measure 1: a <backup> of no length"},
-      {"| n1v1 bx", "measure 2: a <backup> without"},             {"n1v1 | | n1v1 || n1v1", "part P2 has 1 measures of 3"},
-      {"@0 n1v1", "<divisions> is no number above 0"},            {"n1v1s99", "no staff has this number"},
+      {"n1v1 b4 n1v1", "measure 1: a <backup> goes back beyond"},
+      {"n1v1 b0", "measure 1: a <backup> of no length"},
+      {"| n1v1 bx", "measure 2: a <backup> without"},
+      {"n1v1 | | n1v1 || n1v1", "part P2 has 1 measures of 3"},
+      {"@0 n1v1", "<divisions> is no number above 0"},
+      {"n1v1s99", "no staff has this number"},
       {"n1v1 b1 n1v2 b1 n1v3 b1 n1v4 b1 n1v5", "voice 5 is one more than there are layers"},
   };
   for (const auto& c : kCases) {
     const auto score = ReadScoreText(ScoreText(c.score));
     ASSERT_FALSE(score->warnings().empty()) << c.score;
     bool found = false;
-    for (const Warning& warning : score->warnings()) found = found || warning.text.find(c.part_of_warning) != std::string::npos;
+    for (const Warning& warning : score->warnings())
+      found = found || warning.text.find(c.part_of_warning) != std::string::npos;
     EXPECT_TRUE(found) << c.score << ": " << score->warnings()[0].text;
   }
 }

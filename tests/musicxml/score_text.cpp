@@ -7,7 +7,9 @@
 namespace sok {
 namespace {
 
-std::string Element(const std::string& name, const std::string& content) { return "<" + name + ">" + content + "</" + name + ">"; }
+std::string Element(const std::string& name, const std::string& content) {
+  return "<" + name + ">" + content + "</" + name + ">";
+}
 
 // Cuts the longest prefix that `accepts`.
 template <typename Accepts>
@@ -24,7 +26,8 @@ std::string TakeNumber(std::string_view& text) {
 }
 
 std::string NoteText(char kind, std::string_view rest) {
-  const std::string duration = Take(rest, [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == '-'; });
+  const std::string duration =
+      Take(rest, [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == '-'; });
   std::string voice, type, staff, chord, cue, notations, attribute;
   const std::string marked = kind == 'T' ? " " : "";
   while (!rest.empty()) {
@@ -36,29 +39,39 @@ std::string NoteText(char kind, std::string_view rest) {
     if (what == 'u') cue = "<cue/>";
     if (what == 'h') attribute = " print-object=\"no\"";
     if (what == 'y') notations = "<notations><fermata type=\"upright\"/></notations>";
-    if (what == 't') type += Element("type", Take(rest, [](char c) { return std::islower(static_cast<unsigned char>(c)) != 0; }));
+    if (what == 't')
+      type += Element("type", Take(rest, [](char c) { return std::islower(static_cast<unsigned char>(c)) != 0; }));
     if (what == '.') type += "<dot/>";
   }
-  const std::string sound = kind == 'r' ? "<rest/>" : kind == 'R' || kind == 'T' ? "<rest measure=\"yes\"/>"
-                                                                   : "<pitch><step>D</step><octave>4</octave></pitch>";
+  const std::string sound = kind == 'r'                  ? "<rest/>"
+                            : kind == 'R' || kind == 'T' ? "<rest measure=\"yes\"/>"
+                                                         : "<pitch><step>D</step><octave>4</octave></pitch>";
   return "<note" + attribute + ">" + (kind == 'g' ? "<grace/>" : "") + cue + chord + sound +
-         (duration.empty() ? "" : Element("duration", duration)) + voice + type + staff + notations + "</note" + marked + ">";
+         (duration.empty() ? "" : Element("duration", duration)) + voice + type + staff + notations + "</note" +
+         marked + ">";
 }
 
 std::string ElementText(std::string_view token) {
   const char kind = token.front();
   const std::string rest(token.substr(1));
   switch (kind) {
-    case 'b': return Element("backup", Element("duration", rest));
-    case 'f': return Element("forward", Element("duration", rest));
-    case 'd': return "<direction><direction-type><words>x</words></direction-type></direction>";
-    case 'e': return "<barline location=\"right\"><bar-style>light-heavy</bar-style></barline>";
-    case '@': return Element("attributes", Element("divisions", rest));
+    case 'b':
+      return Element("backup", Element("duration", rest));
+    case 'f':
+      return Element("forward", Element("duration", rest));
+    case 'd':
+      return "<direction><direction-type><words>x</words></direction-type></direction>";
+    case 'e':
+      return "<barline location=\"right\"><bar-style>light-heavy</bar-style></barline>";
+    case '@':
+      return Element("attributes", Element("divisions", rest));
     case '%':
       return Element("attributes", Element("time", Element("beats", rest.substr(0, rest.find('/'))) +
                                                        Element("beat-type", rest.substr(rest.find('/') + 1))));
-    case 'S': return Element("attributes", Element("staves", rest));
-    default: return NoteText(kind, rest);
+    case 'S':
+      return Element("attributes", Element("staves", rest));
+    default:
+      return NoteText(kind, rest);
   }
 }
 
@@ -127,7 +140,8 @@ int ClearRests(Score& score) {
     int cleared = 0;
     for (short layer = 0; layer < kLayers; ++layer) {
       const std::vector<EXENTRY> entries = document.Entries({slot, measure, layer});
-      if (entries.size() != 1 || entries[0].duration != kWholeRestDuration || (entries[0].flags & kEntryIsNote) != 0) continue;
+      if (entries.size() != 1 || entries[0].duration != kWholeRestDuration || (entries[0].flags & kEntryIsNote) != 0)
+        continue;
       cleared += document.SetEntries({slot, measure, layer}, {}) ? 1 : 0;
     }
     return cleared;
