@@ -102,7 +102,8 @@ TEST(Writing, TheLawsHoldForAnyScore) {
     const std::string filled = After(text, FillMeasures, settings);
     ASSERT_EQ(After(filled, ClearRests, settings), After(text, ClearRests, settings)) << text;
     // A rest in a hidden layer fills nothing, so another one goes in.
-    if (!settings.hide_first_layer) ASSERT_EQ(After(filled, FillMeasures, settings), filled) << text;
+    if (settings.hide_first_layer) continue;
+    ASSERT_EQ(After(filled, FillMeasures, settings), filled) << text;
   }
 }
 
