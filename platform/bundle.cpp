@@ -83,11 +83,11 @@ void* __CFBundle::Load() {
   // No lock is held here, because loading runs the image's own initialisers, which may ask for bundles.
   void* const loaded = sok::LoadImage(executable_);
   if (loaded == nullptr) return nullptr;
+  NoteLoaded();
   if (!image_.compare_exchange_strong(image, loaded, std::memory_order_acq_rel)) {
     sok::UnloadImage(loaded);  // another thread was first; its reference holds the image
     return image;
   }
-  NoteLoaded();
   return loaded;
 }
 

@@ -20,7 +20,7 @@ CFStringRef Retained(CFStringRef string) { return static_cast<CFStringRef>(CFRet
 
 }  // namespace
 
-const CFStringRef kCFBundleExecutableKey = new sok::String(u"CFBundleExecutable");
+const CFStringRef kCFBundleExecutableKey = sok::MakeConstant<sok::String>(u"CFBundleExecutable");
 
 void SokPlatformHideFunctions(bool (*hidden)(const char* name)) { hidden_functions = hidden; }
 

@@ -1,15 +1,24 @@
 #include "platform/file_system.h"
 
+#include <dirent.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <new>
 
 namespace sok {
+namespace {
 
-namespace fs = std::filesystem;
+// The kind of what stands at a path, as in S_IFMT; 0 when nothing does.
+mode_t KindOf(const std::string& path) {
+  struct stat status;
+  return stat(path.c_str(), &status) == 0 ? status.st_mode & S_IFMT : 0;
+}
+
+}  // namespace
 
 std::string RealPath(const std::string& path) {
   errno = 0;
@@ -18,26 +27,19 @@ std::string RealPath(const std::string& path) {
   return resolved != nullptr ? resolved.get() : std::string();
 }
 
-bool Exists(const std::string& path) {
-  std::error_code error;
-  return fs::exists(path, error);
-}
-
-bool IsDirectory(const std::string& path) {
-  std::error_code error;
-  return fs::is_directory(path, error);
-}
-
-bool IsFile(const std::string& path) {
-  std::error_code error;
-  return fs::is_regular_file(path, error);
-}
+bool Exists(const std::string& path) { return KindOf(path) != 0; }
+bool IsDirectory(const std::string& path) { return KindOf(path) == S_IFDIR; }
+bool IsFile(const std::string& path) { return KindOf(path) == S_IFREG; }
 
 std::vector<std::string> ListFolder(const std::string& path) {
   std::vector<std::string> names;
-  std::error_code error;
-  for (fs::directory_iterator entry(path, error), end; !error && entry != end; entry.increment(error)) {
-    names.push_back(entry->path().filename().string());
+  errno = 0;
+  const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(path.c_str()), &closedir);
+  if (folder == nullptr && errno == ENOMEM) throw std::bad_alloc();
+  if (folder == nullptr) return names;
+  while (const dirent* entry = readdir(folder.get())) {
+    const std::string name = entry->d_name;
+    if (name != "." && name != "..") names.push_back(name);
   }
   std::sort(names.begin(), names.end());
   return names;

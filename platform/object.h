@@ -4,6 +4,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <atomic>
+#include <limits>
 #include <new>
 #include <string>
 #include <utility>
@@ -21,6 +22,8 @@ class Object {
   void Release() const {
     if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
   }
+  // Makes an object outlive every reference: constants, which callers may release as often as they like.
+  void KeepForever() const { references_.store(std::numeric_limits<long>::max() / 2, std::memory_order_relaxed); }
   Kind kind() const { return kind_; }
 
   // The text that %@ prints.
@@ -73,6 +76,14 @@ class Ref {
 template <typename T, typename... Arguments>
 Ref<T> Make(Arguments&&... arguments) {
   return Ref<T>::Adopt(new T(std::forward<Arguments>(arguments)...));
+}
+
+// An object that lasts to the very end of the process.
+template <typename T, typename... Arguments>
+const T* MakeConstant(Arguments&&... arguments) {
+  const T* made = new T(std::forward<Arguments>(arguments)...);
+  made->KeepForever();
+  return made;
 }
 
 // The object as a T, or null when it is null or of another kind.

@@ -1,6 +1,7 @@
 #include "platform/property_list.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <optional>
@@ -49,7 +50,9 @@ Ref<const Dictionary> ParsePropertyList(std::string_view bytes) {
 }
 
 Ref<const Dictionary> ReadPropertyList(const std::string& path) {
+  errno = 0;
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
+  if (file == nullptr && errno == ENOMEM) throw std::bad_alloc();
   if (file == nullptr) return {};
   std::string bytes;
   std::array<char, 16384> block;

@@ -37,8 +37,9 @@ class Constants {
     const std::lock_guard lock(mutex_);
     const auto found = strings_.find(text);
     if (found != strings_.end()) return found->second.get();
-    Ref<String> made = Make<String>(Widen(text));
-    return strings_.emplace(text, std::move(made)).first->second.get();
+    const String* const made = strings_.emplace(text, Make<String>(Widen(text))).first->second.get();
+    made->KeepForever();
+    return made;
   }
 
  private:

@@ -13,10 +13,9 @@ Value Truth(bool value) {
 
 }  // namespace sok
 
-// Never freed: they may be used until the very end of the process.
-const CFBooleanRef kCFBooleanTrue = new __CFBoolean(true);
-const CFBooleanRef kCFBooleanFalse = new __CFBoolean(false);
-const CFNullRef kCFNull = new __CFNull;
+const CFBooleanRef kCFBooleanTrue = sok::MakeConstant<__CFBoolean>(true);
+const CFBooleanRef kCFBooleanFalse = sok::MakeConstant<__CFBoolean>(false);
+const CFNullRef kCFNull = sok::MakeConstant<__CFNull>();
 
 std::u16string __CFNumber::Description() const {
   if (const auto* integer = std::get_if<std::int64_t>(&value)) return sok::Widen(std::to_string(*integer));

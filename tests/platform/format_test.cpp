@@ -41,11 +41,14 @@ TEST(Format, SizesAndDescriptions) {
   EXPECT_EQ(Format(u"%@", Url("/a b/\xC3\xA9").get()), "file:///a%20b/%C3%A9/");
 }
 
-// %P and %s are Mac Roman whatever the locale; a constant string stays the same object.
+// %P and %s are Mac Roman whatever the locale; a constant string stays the same object however often released.
 TEST(Format, EightBitText) {
   const OwnedString made(CFStringCreateWithFormat(nullptr, nullptr, CFSTR("%P%s"), "\2\x8E!?", "\xDB"));
   EXPECT_EQ(Units(made.get()), u"\u00E9!\u20AC");
-  EXPECT_EQ(CFSTR("once"), CFSTR("once"));
+  const CFStringRef constant = CFSTR("once");
+  for (int i = 0; i < 3; ++i) CFRelease(constant);
+  EXPECT_EQ(CFSTR("once"), constant);
+  EXPECT_EQ(Units(constant), u"once");
 }
 
 }  // namespace

@@ -75,10 +75,12 @@ class FormatCall {
   OwnedString Call(CFStringRef format, const Json& arguments, size_t index, Taken... taken) {
     if (index == arguments.size()) return OwnedString(CFStringCreateWithFormat(nullptr, nullptr, format, taken...));
     if constexpr (sizeof...(taken) < 3) {
-      const auto& [type, value] = *arguments[index].items().begin();
-      if (type == "int") return Call(format, arguments, index + 1, taken..., value.template get<int>());
+      const auto argument = arguments[index].begin();
+      const std::string& type = argument.key();
+      const Json& value = argument.value();
+      if (type == "int") return Call(format, arguments, index + 1, taken..., value.get<int>());
       if (type == "long" || type == "longlong") {
-        return Call(format, arguments, index + 1, taken..., value.template get<long>());
+        return Call(format, arguments, index + 1, taken..., value.get<long>());
       }
       if (type == "double") return Call(format, arguments, index + 1, taken..., Double(value));
       return Call(format, arguments, index + 1, taken..., Pointer(type, value));
