@@ -27,19 +27,19 @@ struct Argument {
 
 // Gives every directive the indexes of its arguments, and returns what the list holds by index; nothing when an index
 // is out of reach. Directives without an index count on their own, and an index may be used more than once.
-std::optional<std::vector<Argument>> PlanArguments(std::vector<FormatSpec>& specs, size_t percent_signs) {
+std::optional<std::vector<Argument>> PlanArguments(std::vector<Conversion>& conversions, size_t percent_signs) {
   std::vector<Argument> arguments(3 * percent_signs + 1);  // value, width and precision of each
   int next = 0;
-  for (FormatSpec& spec : specs) {
-    if (spec.directive == Directive::kText) continue;
-    for (int* index : {&spec.width_argument, &spec.precision_argument, &spec.argument}) {
-      const bool is_value = index == &spec.argument;
-      if (*index == FormatSpec::kNone && !is_value) continue;
+  for (Conversion& conversion : conversions) {
+    if (conversion.directive == Directive::kText) continue;
+    for (int* index : {&conversion.width_argument, &conversion.precision_argument, &conversion.argument}) {
+      const bool is_value = index == &conversion.argument;
+      if (*index == Conversion::kNone && !is_value) continue;
       if (*index < 0) *index = next++;
       if (static_cast<size_t>(*index) >= arguments.size()) return std::nullopt;
       Argument& argument = arguments[static_cast<size_t>(*index)];
-      argument.directive = is_value ? spec.directive : Directive::kInteger;
-      argument.size = is_value ? spec.size : ArgumentSize::kInt;
+      argument.directive = is_value ? conversion.directive : Directive::kInteger;
+      argument.size = is_value ? conversion.size : ArgumentSize::kInt;
     }
   }
   return arguments;
@@ -81,15 +81,15 @@ void TakeArguments(std::vector<Argument>& arguments, va_list list) {
 
 // printf for one number, cut to what one directive may yield.
 template <typename Value>
-std::u16string Print(const FormatSpec& spec, const char* length_modifier, char letter, Value value) {
+std::u16string Print(const Conversion& conversion, const char* length_modifier, char letter, Value value) {
   std::string format = "%";
-  if (spec.minus) format += '-';
-  if (spec.plus) format += '+';
-  if (spec.space) format += ' ';
-  if (spec.alternate) format += '#';
-  if (spec.zero) format += '0';
-  if (spec.width >= 0) format += std::to_string(spec.width);
-  if (spec.precision >= 0) format += "." + std::to_string(spec.precision);
+  if (conversion.minus) format += '-';
+  if (conversion.plus) format += '+';
+  if (conversion.space) format += ' ';
+  if (conversion.alternate) format += '#';
+  if (conversion.zero) format += '0';
+  if (conversion.width >= 0) format += std::to_string(conversion.width);
+  if (conversion.precision >= 0) format += "." + std::to_string(conversion.precision);
   format += length_modifier;
   format += letter;
   char text[kNumericLimit + 1] = "";
@@ -100,37 +100,37 @@ std::u16string Print(const FormatSpec& spec, const char* length_modifier, char l
   return Widen(text);
 }
 
-std::u16string PrintInteger(const FormatSpec& spec, long value) {
-  switch (spec.size) {
+std::u16string PrintInteger(const Conversion& conversion, long value) {
+  switch (conversion.size) {
     case ArgumentSize::kChar:
-      return Print(spec, "hh", spec.letter, static_cast<int>(value));
+      return Print(conversion, "hh", conversion.letter, static_cast<int>(value));
     case ArgumentSize::kShort:
-      return Print(spec, "h", spec.letter, static_cast<int>(value));
+      return Print(conversion, "h", conversion.letter, static_cast<int>(value));
     case ArgumentSize::kInt:
-      return Print(spec, "", spec.letter, static_cast<int>(value));
+      return Print(conversion, "", conversion.letter, static_cast<int>(value));
     case ArgumentSize::kLong:
     case ArgumentSize::kLongDouble:
       break;
   }
-  return Print(spec, "l", spec.letter, value);
+  return Print(conversion, "l", conversion.letter, value);
 }
 
-std::u16string PrintPointer(FormatSpec spec, const void* pointer) {
-  spec.alternate = true;
-  if (pointer != nullptr) return Print(spec, "l", 'x', reinterpret_cast<std::uintptr_t>(pointer));
-  spec.precision = FormatSpec::kNone;
-  return Print(spec, "", 's', "0x0");
+std::u16string PrintPointer(Conversion conversion, const void* pointer) {
+  conversion.alternate = true;
+  if (pointer != nullptr) return Print(conversion, "l", 'x', reinterpret_cast<std::uintptr_t>(pointer));
+  conversion.precision = Conversion::kNone;
+  return Print(conversion, "", 's', "0x0");
 }
 
 // Pads text to the width; never with zeros.
-std::u16string Padded(const FormatSpec& spec, std::u16string text) {
-  const size_t width = spec.width > 0 ? static_cast<size_t>(spec.width) : 0;
-  if (text.size() < width) text.insert(spec.minus ? text.size() : 0, width - text.size(), u' ');
+std::u16string Padded(const Conversion& conversion, std::u16string text) {
+  const size_t width = conversion.width > 0 ? static_cast<size_t>(conversion.width) : 0;
+  if (text.size() < width) text.insert(conversion.minus ? text.size() : 0, width - text.size(), u' ');
   return text;
 }
 
-size_t Limit(const FormatSpec& spec) {
-  return spec.precision >= 0 ? static_cast<size_t>(spec.precision) : std::numeric_limits<size_t>::max();
+size_t Limit(const Conversion& conversion) {
+  return conversion.precision >= 0 ? static_cast<size_t>(conversion.precision) : std::numeric_limits<size_t>::max();
 }
 
 std::u16string FromMacRoman(const unsigned char* bytes, size_t length) {
@@ -146,45 +146,46 @@ size_t BoundedLength(const Unit* text, size_t limit) {
   return length;
 }
 
-std::u16string PrintText(const FormatSpec& spec, const void* pointer) {
+std::u16string PrintText(const Conversion& conversion, const void* pointer) {
   if (pointer == nullptr) return u"(null)";
-  switch (spec.directive) {
+  switch (conversion.directive) {
     case Directive::kUnits: {
       const auto* units = static_cast<const UniChar*>(pointer);
-      return Padded(spec, std::u16string(units, units + BoundedLength(units, Limit(spec))));
+      return Padded(conversion, std::u16string(units, units + BoundedLength(units, Limit(conversion))));
     }
     case Directive::kPascal: {
       const auto* bytes = static_cast<const unsigned char*>(pointer);
-      return Padded(spec, FromMacRoman(bytes + 1, std::min<size_t>(bytes[0], Limit(spec))));
+      return Padded(conversion, FromMacRoman(bytes + 1, std::min<size_t>(bytes[0], Limit(conversion))));
     }
     case Directive::kObject:
       return static_cast<const Object*>(pointer)->Description();
     default: {
       const auto* bytes = static_cast<const unsigned char*>(pointer);
-      return Padded(spec, FromMacRoman(bytes, BoundedLength(bytes, Limit(spec))));
+      return Padded(conversion, FromMacRoman(bytes, BoundedLength(bytes, Limit(conversion))));
     }
   }
 }
 
-std::u16string PrintValue(const FormatSpec& spec, const Argument& argument) {
-  switch (spec.directive) {
+std::u16string PrintValue(const Conversion& conversion, const Argument& argument) {
+  switch (conversion.directive) {
     case Directive::kInteger:
     case Directive::kUnsigned:
-      return PrintInteger(spec, argument.integer);
+      return PrintInteger(conversion, argument.integer);
     case Directive::kDouble:
-      if (spec.size == ArgumentSize::kLongDouble) return Print(spec, "L", spec.letter, argument.long_number);
-      return Print(spec, "", spec.letter, argument.number);
+      if (conversion.size == ArgumentSize::kLongDouble)
+        return Print(conversion, "L", conversion.letter, argument.long_number);
+      return Print(conversion, "", conversion.letter, argument.number);
     case Directive::kCharacter:
-      return Print(spec, "", 'c', static_cast<int>(argument.integer));
+      return Print(conversion, "", 'c', static_cast<int>(argument.integer));
     case Directive::kUnit:
       return std::u16string(1, static_cast<char16_t>(argument.integer));
     case Directive::kPointer:
-      return PrintPointer(spec, argument.pointer);
+      return PrintPointer(conversion, argument.pointer);
     case Directive::kBytes:
     case Directive::kUnits:
     case Directive::kPascal:
     case Directive::kObject:
-      return PrintText(spec, argument.pointer);
+      return PrintText(conversion, argument.pointer);
     case Directive::kText:
     case Directive::kNothing:
       break;
@@ -194,36 +195,37 @@ std::u16string PrintValue(const FormatSpec& spec, const Argument& argument) {
 
 // Fills in the width and precision that arguments give. A negative width aligns numbers on the left and leaves text
 // unpadded; a negative precision counts as none.
-FormatSpec Resolved(FormatSpec spec, const std::vector<Argument>& arguments) {
-  const bool is_text = spec.directive == Directive::kBytes || spec.directive == Directive::kUnits ||
-                       spec.directive == Directive::kPascal;
-  if (spec.bare_precision && !is_text) spec.precision = 0;
-  if (spec.width_argument >= 0) {
-    spec.width = static_cast<int>(arguments[static_cast<size_t>(spec.width_argument)].integer);
-    if (spec.width < 0 && !is_text) {
-      spec.minus = true;
-      spec.width = spec.width == std::numeric_limits<int>::min() ? std::numeric_limits<int>::max() : -spec.width;
+Conversion Resolved(Conversion conversion, const std::vector<Argument>& arguments) {
+  const bool is_text = conversion.directive == Directive::kBytes || conversion.directive == Directive::kUnits ||
+                       conversion.directive == Directive::kPascal;
+  if (conversion.bare_precision && !is_text) conversion.precision = 0;
+  if (conversion.width_argument >= 0) {
+    conversion.width = static_cast<int>(arguments[static_cast<size_t>(conversion.width_argument)].integer);
+    if (conversion.width < 0 && !is_text) {
+      conversion.minus = true;
+      conversion.width =
+          conversion.width == std::numeric_limits<int>::min() ? std::numeric_limits<int>::max() : -conversion.width;
     }
   }
-  if (spec.precision_argument >= 0) {
-    spec.precision = static_cast<int>(arguments[static_cast<size_t>(spec.precision_argument)].integer);
+  if (conversion.precision_argument >= 0) {
+    conversion.precision = static_cast<int>(arguments[static_cast<size_t>(conversion.precision_argument)].integer);
   }
-  return spec;
+  return conversion;
 }
 
 CFStringRef Format(std::u16string_view format, va_list list) {
-  std::optional<std::vector<FormatSpec>> specs = ParseFormat(format);
-  if (!specs) return nullptr;
+  std::optional<std::vector<Conversion>> conversions = ParseFormat(format);
+  if (!conversions) return nullptr;
   const auto percent_signs = static_cast<size_t>(std::count(format.begin(), format.end(), u'%'));
-  std::optional<std::vector<Argument>> arguments = PlanArguments(*specs, percent_signs);
+  std::optional<std::vector<Argument>> arguments = PlanArguments(*conversions, percent_signs);
   if (!arguments) return new String({});
   TakeArguments(*arguments, list);
   std::u16string text;
-  for (const FormatSpec& spec : *specs) {
-    if (spec.directive == Directive::kText) {
-      text += spec.text;
+  for (const Conversion& conversion : *conversions) {
+    if (conversion.directive == Directive::kText) {
+      text += conversion.text;
     } else {
-      text += PrintValue(Resolved(spec, *arguments), (*arguments)[static_cast<size_t>(spec.argument)]);
+      text += PrintValue(Resolved(conversion, *arguments), (*arguments)[static_cast<size_t>(conversion.argument)]);
     }
   }
   return new String(std::move(text));

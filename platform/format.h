@@ -26,7 +26,7 @@ enum class Directive {
 enum class ArgumentSize { kInt, kChar, kShort, kLong, kLongDouble };
 
 // One directive, or literal text between directives.
-struct FormatSpec {
+struct Conversion {
   static constexpr int kNone = -1;  // not given
   static constexpr int kNext = -2;  // an argument of its own, the next in the list
 
@@ -48,6 +48,6 @@ struct FormatSpec {
 };
 
 // Splits a format. Nothing when a number in a directive does not fit an int.
-std::optional<std::vector<FormatSpec>> ParseFormat(std::u16string_view format);
+std::optional<std::vector<Conversion>> ParseFormat(std::u16string_view format);
 
 }  // namespace sok

@@ -31,13 +31,13 @@ class DirectiveParser {
  public:
   DirectiveParser(std::u16string_view format, size_t at) : format_(format), at_(at) {}
 
-  Outcome Parse(FormatSpec& spec) {
+  Outcome Parse(Conversion& conversion) {
     bool number_or_dot = false;  // the last thing read
     while (at_ < format_.size()) {
       const char16_t unit = format_[at_];
       number_or_dot = unit == u'.';
       if (unit >= u'1' && unit <= u'9') {
-        if (!Number(spec, number_or_dot)) return Outcome::kOverflow;
+        if (!Number(conversion, number_or_dot)) return Outcome::kOverflow;
         continue;
       }
       ++at_;
@@ -46,11 +46,11 @@ class DirectiveParser {
         at_ = close != format_.npos ? close + 1 : format_.size();
         continue;
       }
-      if (Flag(unit, spec) || Size(unit, spec)) continue;
+      if (Flag(unit, conversion) || Size(unit, conversion)) continue;
       for (const Letter& letter : kLetters) {
         if (letter.unit != unit) continue;
-        spec.directive = letter.directive;
-        spec.letter = letter.printf_letter;
+        conversion.directive = letter.directive;
+        conversion.letter = letter.printf_letter;
         return Outcome::kDirective;
       }
       return Outcome::kUnknown;
@@ -62,7 +62,7 @@ class DirectiveParser {
 
  private:
   // A width, a precision, or with a dollar sign the index of an argument. `is_plain`: it stood without the sign.
-  bool Number(FormatSpec& spec, bool& is_plain) {
+  bool Number(Conversion& conversion, bool& is_plain) {
     long long number = 0;
     for (; at_ < format_.size() && format_[at_] >= u'0' && format_[at_] <= u'9'; ++at_) {
       number = number * 10 + (format_[at_] - u'0');
@@ -71,71 +71,71 @@ class DirectiveParser {
     const int value = static_cast<int>(number);
     is_plain = at_ == format_.size() || format_[at_] != u'$';
     if (is_plain) {
-      (seen_dot_ ? spec.precision : spec.width) = value;
-      spec.bare_precision = false;
+      (seen_dot_ ? conversion.precision : conversion.width) = value;
+      conversion.bare_precision = false;
       return true;
     }
     ++at_;
-    if (spec.precision_argument == FormatSpec::kNext) {
-      spec.precision_argument = value - 1;
-    } else if (spec.width_argument == FormatSpec::kNext) {
-      spec.width_argument = value - 1;
+    if (conversion.precision_argument == Conversion::kNext) {
+      conversion.precision_argument = value - 1;
+    } else if (conversion.width_argument == Conversion::kNext) {
+      conversion.width_argument = value - 1;
     } else {
-      spec.argument = value - 1;
+      conversion.argument = value - 1;
     }
     return true;
   }
 
-  bool Flag(char16_t unit, FormatSpec& spec) {
+  bool Flag(char16_t unit, Conversion& conversion) {
     switch (unit) {
       case u'-':
-        spec.minus = true;
+        conversion.minus = true;
         return true;
       case u'+':
-        spec.plus = true;
+        conversion.plus = true;
         return true;
       case u' ':
-        spec.space = true;
+        conversion.space = true;
         return true;
       case u'#':
-        spec.alternate = true;
+        conversion.alternate = true;
         return true;
       case u'0':
         if (seen_dot_) {
-          spec.precision = 0;
-          spec.bare_precision = false;
+          conversion.precision = 0;
+          conversion.bare_precision = false;
         } else {
-          spec.zero = true;
+          conversion.zero = true;
         }
         return true;
       case u'*':
-        (seen_dot_ ? spec.precision_argument : spec.width_argument) = FormatSpec::kNext;
-        spec.bare_precision = false;
+        (seen_dot_ ? conversion.precision_argument : conversion.width_argument) = Conversion::kNext;
+        conversion.bare_precision = false;
         return true;
       case u'.':
         seen_dot_ = true;
-        spec.bare_precision = true;
+        conversion.bare_precision = true;
         return true;
       default:
         return false;
     }
   }
 
-  bool Size(char16_t unit, FormatSpec& spec) {
+  bool Size(char16_t unit, Conversion& conversion) {
     switch (unit) {
       case u'h':
-        spec.size = at_ < format_.size() && format_[at_] == u'h' ? ArgumentSize::kChar : ArgumentSize::kShort;
-        if (spec.size == ArgumentSize::kChar) ++at_;
+        conversion.size = at_ < format_.size() && format_[at_] == u'h' ? ArgumentSize::kChar : ArgumentSize::kShort;
+        if (conversion.size == ArgumentSize::kChar) ++at_;
         return true;
       case u'l':
       case u'q':
       case u'j':
       case u'z':
       case u't':
-        spec.size = ArgumentSize::kLong;
+        conversion.size = ArgumentSize::kLong;
         return true;
       case u'L':
-        spec.size = ArgumentSize::kLongDouble;
+        conversion.size = ArgumentSize::kLongDouble;
         return true;
       default:
         return false;
@@ -149,10 +149,10 @@ class DirectiveParser {
 
 }  // namespace
 
-std::optional<std::vector<FormatSpec>> ParseFormat(std::u16string_view format) {
-  std::vector<FormatSpec> specs;
-  const auto add_text = [&specs](std::u16string_view text) {
-    if (!text.empty()) specs.emplace_back().text = text;
+std::optional<std::vector<Conversion>> ParseFormat(std::u16string_view format) {
+  std::vector<Conversion> conversions;
+  const auto add_text = [&conversions](std::u16string_view text) {
+    if (!text.empty()) conversions.emplace_back().text = text;
   };
   size_t at = 0;
   while (at < format.size()) {
@@ -160,10 +160,10 @@ std::optional<std::vector<FormatSpec>> ParseFormat(std::u16string_view format) {
     add_text(format.substr(at, percent - at));
     if (percent == format.size()) break;
     DirectiveParser parser(format, percent + 1);
-    FormatSpec spec;
-    switch (parser.Parse(spec)) {
+    Conversion conversion;
+    switch (parser.Parse(conversion)) {
       case Outcome::kDirective:
-        specs.push_back(spec);
+        conversions.push_back(conversion);
         break;
       case Outcome::kUnknown:  // stands for the one character behind the percent sign
         add_text(format.substr(percent + 1, 1));
@@ -175,7 +175,7 @@ std::optional<std::vector<FormatSpec>> ParseFormat(std::u16string_view format) {
     }
     at = parser.at();
   }
-  return specs;
+  return conversions;
 }
 
 }  // namespace sok
