@@ -1,6 +1,8 @@
 #include "platform/encoding.h"
 
 #include <bit>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "platform/mac_roman.h"
@@ -15,18 +17,43 @@ constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <=
 constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 constexpr bool IsSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
 
+// Writes one or two units and answers how many: none for a number that is no code point.
+size_t PutCodePoint(char16_t* units, char32_t code_point) {
+  if (code_point > 0x10FFFF || IsSurrogate(code_point)) return 0;
+  if (code_point < 0x10000) {
+    units[0] = static_cast<char16_t>(code_point);
+    return 1;
+  }
+  units[0] = static_cast<char16_t>(0xD7C0 + (code_point >> 10));
+  units[1] = static_cast<char16_t>(0xDC00 + (code_point & 0x3FF));
+  return 2;
+}
+
 unsigned char ByteAt(std::string_view bytes, size_t at) { return static_cast<unsigned char>(bytes[at]); }
+
+// Copies the ASCII bytes that stand in front, eight at a time, and answers how many; up to seven may be left.
+size_t WidenAscii(std::string_view bytes, char16_t* units) {
+  size_t done = 0;
+  for (; bytes.size() - done >= 8; done += 8) {
+    std::uint64_t eight;
+    std::memcpy(&eight, bytes.data() + done, sizeof eight);
+    if ((eight & 0x8080808080808080u) != 0) break;
+    for (size_t i = done; i < done + 8; ++i) units[i] = ByteAt(bytes, i);
+  }
+  return done;
+}
 
 std::optional<std::u16string> DecodeUtf8(std::string_view bytes) {
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-  std::u16string units;
-  units.reserve(bytes.size());
+  std::u16string units(bytes.size(), u'\0');  // no character takes more units than bytes
+  char16_t* to = units.data();
   for (size_t at = 0; at < bytes.size();) {
+    const size_t ascii = WidenAscii(bytes.substr(at), to);
+    to += ascii;
+    at += ascii;
+    while (at < bytes.size() && ByteAt(bytes, at) < 0x80) *to++ = ByteAt(bytes, at++);
+    if (at == bytes.size()) break;
     const unsigned char lead = ByteAt(bytes, at++);
-    if (lead < 0x80) {
-      units += lead;
-      continue;
-    }
     if (lead < 0xC2 || lead > 0xF4) return std::nullopt;
     const size_t more = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
     if (bytes.size() - at < more) return std::nullopt;
@@ -36,8 +63,12 @@ std::optional<std::u16string> DecodeUtf8(std::string_view bytes) {
       code_point = code_point << 6 | (ByteAt(bytes, at) & 0x3F);
     }
     constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
-    if (code_point < kSmallest[more] || !AppendCodePoint(units, code_point)) return std::nullopt;
+    if (code_point < kSmallest[more]) return std::nullopt;
+    const size_t count = PutCodePoint(to, code_point);
+    if (count == 0) return std::nullopt;
+    to += count;
   }
+  units.resize(static_cast<size_t>(to - units.data()));
   return units;
 }
 
@@ -159,28 +190,22 @@ Encoded EncodeUtf16(std::u16string_view units, CFStringEncoding encoding, bool w
 }  // namespace
 
 bool AppendCodePoint(std::u16string& units, char32_t code_point) {
-  if (code_point > 0x10FFFF || IsSurrogate(code_point)) return false;
-  if (code_point >= 0x10000) {
-    units += static_cast<char16_t>(0xD7C0 + (code_point >> 10));
-    units += static_cast<char16_t>(0xDC00 + (code_point & 0x3FF));
-  } else {
-    units += static_cast<char16_t>(code_point);
-  }
-  return true;
+  char16_t pair[2];
+  const size_t count = PutCodePoint(pair, code_point);
+  units.append(pair, count);
+  return count != 0;
 }
 
 std::optional<std::u16string> Decode(std::string_view bytes, CFStringEncoding encoding) {
   switch (encoding) {
-    case kCFStringEncodingMacRoman:
-    case kCFStringEncodingASCII: {
-      std::u16string units;
-      units.reserve(bytes.size());
-      for (const char byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        units += encoding == kCFStringEncodingMacRoman ? MacRomanUnit(value) : char16_t{value};
-      }
+    case kCFStringEncodingMacRoman: {
+      std::u16string units(bytes.size(), u'\0');
+      MacRomanUnits(bytes, units.data());
       return units;
     }
+    case kCFStringEncodingASCII:
+      return std::u16string(reinterpret_cast<const unsigned char*>(bytes.data()),
+                            reinterpret_cast<const unsigned char*>(bytes.data()) + bytes.size());
     case kCFStringEncodingUTF8:
       return DecodeUtf8(bytes);
     case kCFStringEncodingUTF16:

@@ -71,6 +71,10 @@ constexpr Block kMarks[] = {
 
 char16_t MacRomanUnit(unsigned char byte) { return byte < 0x80 ? byte : kUpperHalf[byte - 0x80]; }
 
+void MacRomanUnits(std::string_view bytes, char16_t* units) {
+  for (const char byte : bytes) *units++ = MacRomanUnit(static_cast<unsigned char>(byte));
+}
+
 int MacRomanByte(char16_t unit) {
   if (unit < 0x80) return unit;
   const auto found = std::lower_bound(kBytes.begin(), kBytes.end(), unit,

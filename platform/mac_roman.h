@@ -1,12 +1,16 @@
 // The Mac Roman character set.
 #pragma once
 
+#include <string_view>
+
 namespace sok {
 
 constexpr int kNoByte = -1;
 
 // The unit that a byte stands for.
 char16_t MacRomanUnit(unsigned char byte);
+// The units of so many bytes.
+void MacRomanUnits(std::string_view bytes, char16_t* units);
 // The byte for a unit, or kNoByte.
 int MacRomanByte(char16_t unit);
 // The byte for a letter with the combining mark that follows it, or kNoByte.

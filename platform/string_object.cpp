@@ -8,6 +8,13 @@
 namespace sok {
 namespace {
 
+// All units are looked at: without a way out the loop takes many at a time.
+bool IsAscii(std::u16string_view units) {
+  char16_t bits = 0;
+  for (const char16_t unit : units) bits = static_cast<char16_t>(bits | unit);
+  return bits < 0x80;
+}
+
 // What may stand before a number, and between its sign and its digits: controls and blanks.
 bool IsBlank(char16_t unit) {
   return unit <= 0x20 || (unit >= 0x7F && unit <= 0xA0) || (unit >= 0x2000 && unit <= 0x200B) || unit == 0x3000;
@@ -62,10 +69,7 @@ std::u16string Widen(std::string_view ascii) {
 
 }  // namespace sok
 
-__CFString::__CFString(std::u16string text)
-    : Object(kKind),
-      units(std::move(text)),
-      is_ascii(std::all_of(units.begin(), units.end(), [](char16_t unit) { return unit < 0x80; })) {}
+__CFString::__CFString(std::u16string text) : Object(kKind), units(std::move(text)), is_ascii(sok::IsAscii(units)) {}
 
 CFTypeID CFStringGetTypeID() { return static_cast<CFTypeID>(sok::Kind::kString); }
 

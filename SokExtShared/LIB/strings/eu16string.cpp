@@ -4,15 +4,16 @@
 
 namespace {
 
-// Appends the units of 8-bit text; nothing when its bytes are not valid in the encoding.
-void Append(eu16string& to, const char* text, CFStringEncoding encoding) {
+// Makes an empty string the units of 8-bit text; it stays empty when the bytes are not valid in the encoding.
+void Decode(eu16string& to, const char* text, CFStringEncoding encoding) {
   const CFStringRef decoded = CFStringCreateWithCString(kCFAllocatorDefault, text, encoding);
   if (decoded == nullptr) return;
   const CFIndex length = CFStringGetLength(decoded);
   to.resize(static_cast<std::size_t>(length));
   CFStringGetCharacters(decoded, CFRangeMake(0, length), to.data());
   CFRelease(decoded);
-  to.resize(sx_strlen(to.c_str()));
+  // A decoded U+0000 ends the text. There is hardly ever one, and counting, unlike searching, is done many at a time.
+  if (std::count(to.begin(), to.end(), 0) != 0) to.resize(sx_strlen(to.c_str()));
 }
 
 CFStringRef CreateString(const eu16string& text) {
@@ -21,10 +22,10 @@ CFStringRef CreateString(const eu16string& text) {
 
 }  // namespace
 
-eu16string::eu16string(const char* text) { Append(*this, text, GetApplicationTextEncoding()); }
+eu16string::eu16string(const char* text) { Decode(*this, text, GetApplicationTextEncoding()); }
 
 eu16string::eu16string(const unsigned char* utf8) {
-  Append(*this, reinterpret_cast<const char*>(utf8), kCFStringEncodingUTF8);
+  Decode(*this, reinterpret_cast<const char*>(utf8), kCFStringEncodingUTF8);
 }
 
 eu16string::eu16string(unsigned int code_point) {
@@ -38,7 +39,7 @@ eu16string::eu16string(unsigned int code_point) {
 
 eu16string::eu16string(char byte) {
   const char text[] = {byte, 0};
-  Append(*this, text, GetApplicationTextEncoding());
+  Decode(*this, text, GetApplicationTextEncoding());
 }
 
 void eu16string::GetStdString(std::string& text) const {

@@ -27,7 +27,7 @@ inline bool Holds(const unsigned short* four, std::uint64_t pattern) {
   std::uint64_t units;
   std::memcpy(&units, four, sizeof units);
   units ^= pattern;
-  return ((units - 0x0001000100010001) & ~units & 0x8000800080008000) != 0;
+  return ((units - 0x0001000100010001u) & ~units & 0x8000800080008000u) != 0;
 }
 
 // Whether two strings go on alike behind these units.
@@ -102,7 +102,7 @@ int sx_strncmp(const unsigned short* left, const unsigned short* right, unsigned
 }
 
 unsigned short* sx_strchr(const unsigned short* text, unsigned short unit) {
-  const std::uint64_t pattern = unit * 0x0001000100010001;
+  const std::uint64_t pattern = unit * 0x0001000100010001u;
   while (EndWithin8(text) == 8 && !Holds(text, pattern) && !Holds(text + 4, pattern)) text += 8;
   while (*text != unit) {
     if (*text == 0) return nullptr;

@@ -1,7 +1,6 @@
 #include "SokExtShared/LIB/text/caret_commands.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 #include "SokExtShared/LIB/strings/eu16string.h"
@@ -92,7 +91,12 @@ unsigned short* StripCommand(unsigned short* caret, unsigned short*& write, bool
 }
 
 // Whether a unit is copied as it is, whatever comes before it. Controls up to the carriage return are sorted out later.
-bool IsPlain(unsigned short unit) { return unit > '\r' && unit != '^'; }
+inline bool IsPlain(unsigned short unit) { return unit > '\r' && unit != '^'; }
+
+inline bool ArePlain8(const unsigned short* units) {
+  return IsPlain(units[0]) && IsPlain(units[1]) && IsPlain(units[2]) && IsPlain(units[3]) && IsPlain(units[4]) &&
+         IsPlain(units[5]) && IsPlain(units[6]) && IsPlain(units[7]);
+}
 
 }  // namespace
 
@@ -103,12 +107,10 @@ void txt_strip_carets(unsigned short* text) {
   unsigned short* read = text;
   unsigned short* write = text;
   for (;;) {
-    while (IsPlain(read[0]) && IsPlain(read[1]) && IsPlain(read[2]) && IsPlain(read[3])) {
-      std::uint64_t four;  // read whole before it is written: the places may overlap
-      std::memcpy(&four, read, sizeof four);
-      std::memcpy(write, &four, sizeof four);
-      read += 4;
-      write += 4;
+    for (; ArePlain8(read); read += 8, write += 8) {
+      unsigned short eight[8];  // read whole before it is written: the places may overlap
+      std::memcpy(eight, read, sizeof eight);
+      std::memcpy(write, eight, sizeof eight);
       leading = false;
     }
     switch (const unsigned short unit = *read) {
