@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# The kit as other projects use it: installed into a prefix of its own, then an extension built against it from a folder
+# outside of the repository, with find_package and with pkg-config.
+# Usage: installed_kit.sh SOURCE_DIR BUILD_DIR COMPILER SANITIZERS
+set -euo pipefail
+source=$1 build=$2 compiler=$3 sanitize=${4:+-fsanitize=$4}
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+prefix=$work/prefix
+fail() { echo "installed_kit.sh: $*" >&2; exit 1; }
+
+cmake --install "$build" --prefix "$prefix" >/dev/null
+for file in bin/sokrun lib/libSokEDK.a lib/libSokPlatform.so lib/cmake/SokEDK/SokEDKConfigVersion.cmake \
+    lib/sok/MeasureRests.bundle/Contents/MacOS/MeasureRests lib/sok/MeasureRests.bundle/Contents/Info.plist \
+    lib/sok/MeasureRests.bundle/Contents/Resources/en.lproj/Localizable.strings \
+    lib/sok/SonkelEngine.bundle/Contents/MacOS/SonkelEngine include/SokExtShared/SokEDK.h \
+    include/sokplatform/CoreFoundation/CoreFoundation.h include/sokplatform/Carbon/Carbon.h; do
+  [ -f "$prefix/$file" ] || fail "not installed: $file"
+done
+! grep -rlF -e "$source" -e "$build" "$prefix/lib/cmake" "$prefix/lib/pkgconfig" || fail "installed files name the tree"
+for binary in bin/sokrun lib/sok/*.bundle/Contents/MacOS/*; do
+  ! readelf -d "$prefix"/$binary | grep -E 'R(UN)?PATH.*/(build|tmp)' || fail "$binary looks for libraries in the build"
+done
+
+# Everything that is installed works from there, also after the prefix has moved.
+mv "$prefix" "$work/moved"
+prefix=$work/moved
+"$prefix/bin/sokrun" validate "$prefix/lib/sok/MeasureRests.bundle" --rounds 1 --only-failed
+
+# find_package, from a project as the script starts it.
+"$source/scripts/new-extension.sh" Outside "$work/outside" >/dev/null
+cmake -S "$work/outside" -B "$work/outside/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$compiler" \
+  -DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Wconversion -Werror $sanitize" >/dev/null
+[ ! -d "$work/outside/build/SokEDK" ] || fail "the project did not find the installed kit"
+cmake --build "$work/outside/build" >/dev/null
+cmake --install "$work/outside/build" --prefix "$work/elsewhere" >/dev/null
+for bundle in "$work/outside/build/Outside.bundle" "$work/elsewhere/lib/sok/Outside.bundle"; do
+  "$prefix/bin/sokrun" validate "$bundle" --check symbols --check hidden-names --check texts --check frames --only-failed
+done
+
+# pkg-config: the same sources, the same layout, the executable built by hand.
+export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
+by_hand=$work/Outside.bundle
+cp -R "$work/outside/build/Outside.bundle" "$by_hand"
+rm "$by_hand/Contents/MacOS/Outside"
+# shellcheck disable=SC2046,SC2086
+"$compiler" -std=c++20 -fPIC -shared -fvisibility=hidden $sanitize -o "$by_hand/Contents/MacOS/Outside" \
+  "$work/outside/Outside.cpp" "$(pkg-config --variable=entry_points SokEDK)" $(pkg-config --cflags --libs SokEDK) \
+  -Wl,-Bsymbolic "-Wl,--version-script,$(pkg-config --variable=exports SokEDK)"
+"$prefix/bin/sokrun" validate "$by_hand" --check symbols --check hidden-names --check texts --check frames --only-failed
+
+# Without an installed kit the same project takes the tree's.
+cmake -S "$work/outside" -B "$work/outside/tree" -DCMAKE_DISABLE_FIND_PACKAGE_SokEDK=ON \
+  -DCMAKE_CXX_COMPILER="$compiler" >/dev/null
+cmake --build "$work/outside/tree" --target help | grep -q Outside || fail "the project does not take the tree's kit"

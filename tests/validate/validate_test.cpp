@@ -1,0 +1,102 @@
+// `sokrun validate` on sound extensions and on bundles with one fault each.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string>
+
+namespace {
+
+struct Outcome {
+  int status = -1;
+  std::string out;
+};
+
+Outcome Validate(const std::string& arguments) {
+  Outcome outcome;
+  FILE* const pipe = popen((SOKRUN " validate " + arguments + " 2>/dev/null").c_str(), "r");
+  if (pipe == nullptr) return outcome;
+  char buffer[4096];
+  while (const std::size_t count = fread(buffer, 1, sizeof buffer, pipe)) outcome.out.append(buffer, count);
+  outcome.status = WEXITSTATUS(pclose(pipe));
+  return outcome;
+}
+
+// A validator that finds faults where there are none is worth as little as one that finds none.
+TEST(Validate, SoundExtensionsPassEveryCheck) {
+  for (const char* bundle : {MEASURE_RESTS, MINIMAL, REPORT_AND_TIDY}) {
+    const Outcome outcome = Validate(std::string(bundle) + " --json --seed 3");
+    EXPECT_EQ(outcome.status, 0) << outcome.out;
+    const auto report = nlohmann::json::parse(outcome.out);
+    EXPECT_TRUE(report["passed"]);
+    std::set<std::string> kinds;
+    for (const auto& check : report["checks"]) kinds.insert(check["check"]);
+    EXPECT_EQ(kinds.size(), 12u) << bundle;
+    EXPECT_GT(report["run"], 60) << bundle;
+  }
+}
+
+struct FaultCase {
+  const char* bundle;
+  std::set<std::string> kinds;  // that fail, and no others
+  const char* message;          // what the first one says
+  const char* options = "--rounds 0";
+};
+
+const FaultCase kFaultCases[] = {
+    {"MISSING_ALIAS", {"symbols"}, "does not export Ext_invoke"},
+    {"VISIBLE", {"hidden-names"}, "exports SX_"},
+    {"VERSION", {"version"}, "Ext_getversion does not keep the host's version"},
+    {"START", {"start"}, "SonkelExtensionInit does not set the word to 0"},
+    {"TEXT", {"texts"}, "Ext_enumerate_UTF16, command 0: text 1 is not ended within its 128 units"},
+    {"UNKNOWN", {"unknown-commands"}, "Ext_enumerate_UTF16, command 1: writes into the record"},
+    {"SILENT", {"no-selection"}, "does not show one alert"},
+    {"MISSING_TEXT", {"no-selection"}, "shows the alert \"29999\""},
+    {"KEPT_FRAME", {"frames"}, "keeps 1 of the host's frames; one of them was loaded with (0 1 1 0 1)"},
+    {"FREED_TWICE", {"frames"}, "frees a frame that it does not hold"},
+    {"OPEN_EDIT", {"edits"}, "opens 1 edits and closes 0"},
+    {"HANG", {"edits", "frames"}, "longer than it may", "--rounds 0 --timeout 1"},
+    {"EXIT", {"edits", "frames"}, "ended the process"},
+    {"MISSING", {"failing", "missing"}, "signal"},
+    {"REFUSED", {"failing", "missing"}, "keeps 1 of the host's frames"},
+    {"RANDOM", {"random"}, "signal 6", "--rounds 100 --seed 5"},
+};
+
+TEST(Validate, EachFaultFailsAtItsCheck) {
+  for (const FaultCase& c : kFaultCases) {
+    SCOPED_TRACE(c.bundle);
+    const Outcome outcome =
+        Validate(std::string(FAULTY_BUNDLES "/faulty_") + c.bundle + ".bundle --json --only-failed " + c.options);
+    EXPECT_EQ(outcome.status, 1);
+    const auto report = nlohmann::json::parse(outcome.out);
+    std::set<std::string> kinds;
+    for (const auto& check : report["checks"]) {
+      EXPECT_FALSE(check["passed"]);
+      kinds.insert(check["check"]);
+    }
+    EXPECT_EQ(kinds, c.kinds) << outcome.out;
+    ASSERT_FALSE(report["checks"].empty());
+    EXPECT_NE(report["checks"][0]["failure"].get<std::string>().find(c.message), std::string::npos) << outcome.out;
+  }
+}
+
+// Options that select nothing, and bundles that are not there, must not look like success.
+TEST(Validate, NothingCheckedIsAFailure) {
+  for (const std::string& arguments : {std::string(MEASURE_RESTS) + " --check no-such-check",
+                                       std::string(MEASURE_RESTS) + " --check random --rounds 0",
+                                       std::string(FAULTY_BUNDLES "/absent.bundle"), std::string(FAULTY_BUNDLES)}) {
+    EXPECT_EQ(Validate(arguments).status, 1) << arguments;
+  }
+  EXPECT_EQ(Validate(std::string(MEASURE_RESTS) + " --check version").status, 0);
+}
+
+// The seed that is printed is the one to give for the same answers again.
+TEST(Validate, ASeedRepeatsItsAnswers) {
+  const std::string command = std::string(FAULTY_BUNDLES "/faulty_RANDOM.bundle") + " --check random --rounds 40 --seed 11";
+  const Outcome first = Validate(command);
+  EXPECT_NE(first.out.find("seed 11\n"), std::string::npos) << first.out;
+  EXPECT_EQ(Validate(command).out, first.out);
+}
+
+}  // namespace
