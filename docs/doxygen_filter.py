@@ -3,15 +3,16 @@
 
 The comment at the head of a header documents the file. A comment above a declaration documents it and, as one comment
 may serve a family, the declarations that follow without a blank line between. A comment behind a declaration documents
-that one. Bytes that only the host understands are named for their place (`host6`) and need no comment. The include of
-host_entry_points.def becomes the documented prototypes that its rows expand to.
+that one. Bytes that only the host understands are named for their place (`host6`) and need no comment, nor do the
+functions that the compiler makes. The include of host_entry_points.def becomes the documented prototypes that its rows
+expand to.
 """
 import pathlib
 import re
 import sys
 
-SCOPE = re.compile(r'^(template ?<.*> ?)?((struct|class|union|enum|namespace)\b|extern "C").*\{$')
-NO_DECLARATION = re.compile(r"^(#|public:|private:|protected:|friend |template <.*>$|[{})]|$)")
+SCOPE = re.compile(r'^(typedef |template ?<.*> ?)?((struct|class|union|enum|namespace)\b|extern "C").*\{$')
+NO_DECLARATION = re.compile(r"^(#|.*= default;|public:|private:|protected:|friend |template <.*>$|[{})]|$)")
 HOST_BYTES = re.compile(r"\bhost\d*(\[\w+\])?;")
 ROW = re.compile(r"SX_(ENTRY|CUSTOM) ?\( ?([^,]+?), +(\w+), +(\([^)]*\))(?:, +\([^)]*\), *(.*?))? *\) +// (.*)$")
 
@@ -58,11 +59,12 @@ def filtered(path):
             above.append(behind)
             continue
         if not inside:
-            if NO_DECLARATION.match(bare):
+            is_macro = bare.startswith("#define") and (above or family)
+            if NO_DECLARATION.match(bare) and not is_macro:
                 family = []
                 if "host_entry_points.def" in bare:
                     out.extend(entry_points(path.parent / "host_entry_points.def"))
-                elif not bare.startswith("#define SX_"):
+                elif not bare.startswith("#define SX_") and not bare.endswith("= default;"):
                     out.extend(["///" + escaped(text) for text in above] if bare.startswith("template") else [])
                     out.append(code)
                 above = []
@@ -82,7 +84,7 @@ def filtered(path):
         if not is_assertion and SCOPE.match(inside):
             family, inside = [], ""
         elif inside.count("(") == inside.count(")") and inside.count("{") == inside.count("}"):
-            if inside.endswith((";", "}", ",")) or re.fullmatch(r"\w+( = [^;]*)?", inside):
+            if is_macro or inside.endswith((";", "}", ",")) or re.fullmatch(r"\w+( = [^;]*)?", inside):
                 inside = ""
     return "\n".join(out) + "\n"
 

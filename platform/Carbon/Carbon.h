@@ -3,6 +3,7 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+// A CFStringEncoding by another name.
 typedef UInt32 TextEncoding;
 
 // The 8-bit encoding of the application's texts, as a CFStringEncoding too: Mac Roman.

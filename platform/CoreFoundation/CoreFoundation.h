@@ -11,8 +11,10 @@
 #include <stdarg.h>
 #include <stdint.h>
 
+// In front of every function and constant of the framework.
 #define CF_EXPORT extern "C" __attribute__((visibility("default")))
 
+// Numbers of fixed width, UTF-16 units, Pascal strings.
 typedef unsigned char Boolean;
 typedef unsigned char UInt8;
 typedef unsigned short UInt16;
@@ -21,6 +23,7 @@ typedef signed int SInt32;
 typedef UInt16 UniChar;
 typedef unsigned char* StringPtr;  // a length byte, then that many bytes
 
+// Counts, kinds of object, encodings; a Ref is a reference to an object of its kind.
 typedef long CFIndex;
 typedef unsigned long CFTypeID;
 typedef UInt32 CFStringEncoding;
@@ -34,11 +37,13 @@ typedef const struct __CFNull* CFNullRef;
 typedef const struct __CFURL* CFURLRef;
 typedef struct __CFBundle* CFBundleRef;
 
+// A stretch of code units.
 typedef struct {
-  CFIndex location;
-  CFIndex length;
+  CFIndex location;  // of the first unit, from 0
+  CFIndex length;    // in units
 } CFRange;
 
+// A range from its two numbers.
 inline CFRange CFRangeMake(CFIndex location, CFIndex length) { return CFRange{location, length}; }
 
 // The only allocator: memory always comes from the C library, and allocator arguments are not looked at.
@@ -56,9 +61,11 @@ CF_EXPORT CFTypeID CFStringGetTypeID(void);
 
 // Values of property lists.
 
+// What a number is made from.
 enum { kCFNumberSInt32Type = 3, kCFNumberSInt64Type = 4, kCFNumberDoubleType = 13 };
 typedef CFIndex CFNumberType;
 
+// The only ones of their kinds.
 CF_EXPORT const CFBooleanRef kCFBooleanTrue;
 CF_EXPORT const CFBooleanRef kCFBooleanFalse;
 CF_EXPORT const CFNullRef kCFNull;
@@ -67,6 +74,7 @@ CF_EXPORT CFNumberRef CFNumberCreate(CFAllocatorRef allocator, CFNumberType type
 
 // Strings.
 
+// Encodings of bytes.
 enum : CFStringEncoding {
   kCFStringEncodingMacRoman = 0,
   kCFStringEncodingUTF16 = 0x0100,  // byte order from a mark, else the machine's
@@ -80,6 +88,7 @@ enum : CFStringEncoding {
   kCFStringEncodingUTF32LE = 0x1c000100,
 };
 
+// How strings are compared, and what comes of it.
 enum CFComparisonResult : CFIndex { kCFCompareLessThan = -1, kCFCompareEqualTo = 0, kCFCompareGreaterThan = 1 };
 typedef unsigned long CFStringCompareFlags;
 
@@ -99,6 +108,7 @@ CF_EXPORT CFStringRef CFStringCreateWithFormat(CFAllocatorRef allocator, CFDicti
                                                ...);
 CF_EXPORT CFStringRef CFStringCreateWithFormatAndArguments(CFAllocatorRef allocator, CFDictionaryRef options,
                                                            CFStringRef format, va_list arguments);
+// In code units.
 CF_EXPORT CFIndex CFStringGetLength(CFStringRef string);
 // Copies the units of a range that lies within the string; adds no zero unit.
 CF_EXPORT void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer);
@@ -131,6 +141,7 @@ CF_EXPORT Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolve
 // Bundles: folders laid out as Contents/Info.plist, Contents/MacOS/<executable>, Contents/Resources. A bundle is never
 // forgotten, and making it twice gives the same object.
 
+// "CFBundleExecutable", the key of the executable's name in Info.plist.
 CF_EXPORT const CFStringRef kCFBundleExecutableKey;
 
 // Null unless the URL names an existing directory; any directory will do.
@@ -142,6 +153,7 @@ CF_EXPORT CFBundleRef CFBundleGetMainBundle(void);
 CF_EXPORT CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef identifier);
 // Borrowed; null when the bundle has none.
 CF_EXPORT CFStringRef CFBundleGetIdentifier(CFBundleRef bundle);
+// The bundle's folder.
 CF_EXPORT CFURLRef CFBundleCopyBundleURL(CFBundleRef bundle);
 // Null when the bundle has no executable file.
 CF_EXPORT CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle);

@@ -17,6 +17,7 @@ struct EDTChordSuffix2012 {
   short words[8];
 };
 
+// A chord symbol.
 struct EDTChord2010 {
   short words[3];
   unsigned char host6[12];
@@ -29,6 +30,7 @@ struct EDTInstDefinition {
   unsigned char host8[128];
 };
 
+// Any record of one 12-byte place.
 struct EDTGeneric {
   short words[6];
 };

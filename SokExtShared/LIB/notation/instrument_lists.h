@@ -11,6 +11,7 @@ struct EDT_DC {
 };
 static_assert(sizeof(EDT_DC) == 12, "EDT_DC size");
 
+// The four lists: their bits in masks and their record tags.
 inline constexpr struct {
   int bit;
   unsigned int tag;

@@ -17,4 +17,5 @@ bool TranslateRegionToGlobalStaffList(EREGION& region);
 // position below 0 counts as 0.
 bool InRegion(int measure, int position, EREGION region, int staff);
 
+// Whether staff list, slot, measure and position are the same.
 bool MusicPointsEqual(EMUSICPOINT a, EMUSICPOINT b);

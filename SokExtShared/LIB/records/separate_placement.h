@@ -1,6 +1,7 @@
 // Separate placements: 'otDI' records, several under one number, told apart by their first two words.
 #pragma once
 
+// Tag 'otDI', key view `other`.
 struct EDTSeparatePlacement {
   short first;
   short second;

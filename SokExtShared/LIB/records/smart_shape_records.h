@@ -4,6 +4,7 @@
 
 #include "SokExtShared/LIB/smartshapes/smart_shape.h"
 
+// Shapes by number.
 bool sx_loadsmartshape(int cmper, EDTSmartShape& shape);
 bool sx_savesmartshape(int cmper, EDTSmartShape shape);
 

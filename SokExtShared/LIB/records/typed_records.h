@@ -13,9 +13,11 @@ bool sx_loadIU(unsigned short cmper, short subIndex, EDTInstrumentUsed& record);
 bool sx_saveIU(unsigned short cmper, short subIndex, EDTInstrumentUsed record);
 bool sx_deleteIU(unsigned short cmper, short subIndex);
 
+// Staff system specs by number.
 bool sx_loadstaffsystemspec(short cmper, EDTStaffSystemSpec2005& record);
 bool sx_savestaffsystemspec(short cmper, EDTStaffSystemSpec2005 record);
 
+// Group specs by their two numbers.
 bool sx_loadgroupspec(unsigned short cmper, short secondCmper, EDTGroupSpec& record);
 bool sx_savegroupspec(unsigned short cmper, short secondCmper, const EDTGroupSpec& record);
 bool sx_deletegroupspec(unsigned short cmper, short secondCmper);
@@ -43,6 +45,7 @@ bool sx_deleteaccidentalmod(int entryNum);
 bool sx_loadtiealteration(unsigned int tag, int entryNum, short wanted, EDTTieAltRecord& record, short& found);
 bool sx_savetiealteration(unsigned int tag, int entryNum, EDTTieAltRecord record, short subIndex);
 
+// Breaks in the secondary beams of an entry.
 bool sx_loadsecbeambreak(int entryNum, EDTSecBeamBreak& record);
 bool sx_savesecbeambreak(int entryNum, EDTSecBeamBreak& record);
 bool sx_deletesecbeambreak(int entryNum);
@@ -53,6 +56,7 @@ bool sx_loadtextexpression(short cmper, char* buffer, int& size, unsigned int);
 bool sx_savetextexpression(short cmper, char* buffer, int size, unsigned int);
 bool sx_deletetextexpression(short cmper);
 
+// Enclosures by number.
 bool sx_loadenclosure(short cmper, EDTEnclosure& record);
 bool sx_saveenclosure(short cmper, EDTEnclosure record);
 bool sx_deleteenclosure(short cmper);

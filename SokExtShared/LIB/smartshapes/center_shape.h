@@ -7,12 +7,14 @@
 struct EDTCenterShape {
   unsigned char host[22];
 
+  // The record alone.
   bool Load(unsigned short shape, unsigned short center);
   bool Save(unsigned short shape, unsigned short center) const;
 
   // Adds the record under `center` as passed in (0xFFFF: the host chooses); `center` receives the host's number.
   bool CreateShapeOnly(unsigned short shape, unsigned short& center) const;
 
+  // Deletes the record alone.
   static bool EraseShapeOnly(unsigned short shape, unsigned short center);
 
   // Creates the centre shape, then, whatever came of that, the measure mark that names it in `measure`. Returns the

@@ -20,14 +20,14 @@ inline constexpr unsigned int kSmartShapeOnEntries = 0x40000000;
 // The bare shape record. Bytes named for their place are the host's and are carried along unchanged.
 struct EDTSmartShapeNative {
   unsigned char host0[2];
-  unsigned int flags;
+  unsigned int flags;  // kSmartShape… bits
   unsigned short startStaff;  // an instrument number
-  short startMeasure;
+  short startMeasure;  // from 1
   int startEntry;  // an entry number; of shapes on entries
   unsigned char host14[22];
-  unsigned short endStaff;
-  short endMeasure;
-  int endEntry;
+  unsigned short endStaff;  // an instrument number
+  short endMeasure;  // inclusive
+  int endEntry;  // an entry number; of shapes on entries
   unsigned char host44[48];
 
   // Turns the record from the plug-in's word order into that of hosts before version 0x0B000000 (SokVersion), or back:
@@ -44,6 +44,7 @@ struct EDTSmartShape : EDTSmartShapeNative {
   // Loads the shape that follows `number` and writes its number back, whatever the result. Converts as Load does.
   bool Next(unsigned short& number);
 
+  // Saves the shape record alone.
   bool SaveShapeOnly(unsigned short number);
 
   // Adds the object as a new shape. `number` is output only: the host's number, 0xFFFF when it chose none.
@@ -54,6 +55,7 @@ struct EDTSmartShape : EDTSmartShapeNative {
   bool FullSave(unsigned short number);
   bool FullCreate(unsigned short& number);
 
+  // Deletes the shape record alone.
   static bool EraseShapeOnly(unsigned short number);
 
   // Deletes the shape record, then its marks and centre shapes. The object must hold that shape: its own measures,

@@ -11,10 +11,11 @@
 
 // Tag 0x6F744D78, key view `other`: measure, subIndex.
 struct EDTSmartShapeMeasMark {
-  unsigned short shape;
+  unsigned short shape;        // its number
   unsigned short centerShape;  // 0 in the shape's first and last measure
   unsigned char host4[8];
 
+  // The mark at a place; a create puts it behind the others when `subIndex` is -1.
   bool Load(short measure, short subIndex);
   bool Save(short measure, short subIndex) const;
   bool Create(unsigned short measure, short& subIndex) const;
@@ -22,6 +23,7 @@ struct EDTSmartShapeMeasMark {
   // Loads the mark after (measure, subIndex), which may be another measure's: only `subIndex` is written back.
   bool Next(unsigned short measure, short& subIndex);
 
+  // Deletes a mark.
   static bool EraseMarkOnly(short measure, short subIndex);
 
   // Erase every mark of a shape in a measure; the second form also the centre shapes that they name, each before its
@@ -32,9 +34,10 @@ struct EDTSmartShapeMeasMark {
 
 // Tag 0x65644578, key view `entryDetail`: entry number, subIndex.
 struct EDTSmartShapeEntMark {
-  unsigned short shape;
+  unsigned short shape;  // its number
   unsigned char host2[8];
 
+  // The mark at a place; a create puts it behind the others when `subIndex` is -1.
   bool Load(int entry, short subIndex);
   bool Save(int entry, short subIndex) const;
   bool Create(int entry, short& subIndex) const;
@@ -42,6 +45,7 @@ struct EDTSmartShapeEntMark {
   // Loads the mark after (entry, subIndex) and writes both back.
   bool Next(int& entry, short& subIndex);
 
+  // Deletes a mark.
   static bool Erase(int entry, short subIndex);
 
   // Erases every mark of a shape on an entry, as EDTSmartShapeMeasMark::FindAndEraseMarkOnly does.

@@ -13,6 +13,7 @@ namespace _AStrings {
 extern char c_str_buf_rot[10][2048];
 extern int c_str_buf_num;
 
+// An 8-bit string.
 class AnsiString {
  public:
   AnsiString() = default;
@@ -29,6 +30,7 @@ class AnsiString {
   AnsiString(long number) : text_(std::to_string(number)) {}
   AnsiString(unsigned long number) : text_(std::to_string(number)) {}
 
+  // Append.
   AnsiString& operator+=(const AnsiString& tail);
   AnsiString operator+(const AnsiString& tail) const;
 
@@ -41,6 +43,7 @@ class AnsiString {
   int AnsiCompare(const AnsiString& other) const;
   int AnsiCompareIC(const AnsiString& other) const;
 
+  // In bytes.
   int Length() const { return static_cast<int>(text_.size()); }
   bool IsEmpty() const { return text_.empty(); }
 
@@ -86,6 +89,7 @@ class AnsiString {
 };
 static_assert(sizeof(AnsiString) == sizeof(std::string), "AnsiString holds its text alone");
 
+// Puts 8-bit text in front.
 AnsiString operator+(const char* head, const AnsiString& tail);
 
 // The decimal number that the text starts with, after white space and with a sign, read as a long and cut to 32 bits;

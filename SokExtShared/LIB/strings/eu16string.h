@@ -57,6 +57,7 @@ struct eu16traits {
   static constexpr int_type not_eof(int_type value) noexcept { return value == eof() ? 0 : value; }
 };
 
+// A UTF-16 string.
 class eu16string : public std::basic_string<unsigned short, eu16traits> {
  public:
   eu16string() = default;

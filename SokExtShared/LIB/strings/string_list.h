@@ -7,6 +7,7 @@
 
 namespace _AStrings {
 
+// A list of 8-bit strings.
 class TStringList {
  public:
   // Appends a copy; returns the new count, not the index.
@@ -18,6 +19,7 @@ class TStringList {
   // Removes the string at `index`, which is 0 to Count() - 1; later ones move down by one.
   void Delete(int index);
 
+  // Indices are 0 to Count() - 1.
   int Count() const { return count_; }
   AnsiString& operator[](int index) { return strings_[static_cast<std::size_t>(index)]; }
   const AnsiString& operator[](int index) const { return strings_[static_cast<std::size_t>(index)]; }

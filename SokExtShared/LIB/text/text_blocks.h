@@ -12,6 +12,7 @@ inline constexpr unsigned int kRawTextTag = 0x74780000;    // 'tx', with the kin
 inline constexpr short kOrdinaryText = 0x626c;             // the kind 'bl'
 
 #pragma pack(push, 2)  // host records are packed to 2 bytes
+// The formatting of a text, and where its characters are.
 struct EDTTextBlock2004 {
   short textID;              // number of the raw text; -1 before there is one
   unsigned char format[22];  // only the host understands it
@@ -22,6 +23,7 @@ static_assert(sizeof(EDTTextBlock2004) == 26, "EDTTextBlock2004 size");
 static_assert(offsetof(EDTTextBlock2004, format) == 2, "EDTTextBlock2004::format");
 static_assert(offsetof(EDTTextBlock2004, textTag) == 24, "EDTTextBlock2004::textTag");
 
+// The text that was read last.
 extern unsigned short urawtxt[1000];
 
 // Loads raw text into `capacity` units of the caller's buffer (SX_LoadEData). What the host does not write stays as it

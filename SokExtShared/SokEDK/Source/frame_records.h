@@ -43,7 +43,7 @@ struct EXENTRY {
   unsigned int flags;   // kEntry… bits
   unsigned short host12;  // 0x0080 in the rests that are inserted
   short noteCount;        // 0 to 12
-  EXNOTE notes[12];
+  EXNOTE notes[12];       // the first `noteCount` of them
   unsigned char host136[10];
 };
 
@@ -62,7 +62,7 @@ struct EXTGF2005a {
   unsigned short key[6];  // which frame this is, for a save; set by the host
   unsigned short host12;  // 0 in a frame that the extension builds
   EXENTRY* entries;       // `count` entries from array new; null when there are none
-  short count;
+  short count;            // of entries
   EXHOSTDATA* second;     // from array new; null in a frame that the extension builds
   unsigned short host32;  // 0 in a frame that the extension builds
 };

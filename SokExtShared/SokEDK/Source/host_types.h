@@ -39,10 +39,12 @@ struct ETEXTMETRICS {
 
 // The key of a data record. The record's tag decides which view is read.
 struct EDataID {
+  // A number, and a place among the records under it.
   struct Other {
     unsigned short cmper;
     short subIndex;
   };
+  // Two numbers and a place.
   struct Detail {
     unsigned short cmper;
     unsigned short secondCmper;
@@ -51,13 +53,16 @@ struct EDataID {
       int extraValue;  // for the staff spec in force at a point only
     };
   };
+  // An entry and a place.
   struct EntryDetail {
     int entryNum;
     short subIndex;
   };
+  // An entry.
   struct Entry {
     int entryNum;
   };
+  // Which instance of a global record.
   struct Global {
     short instance;
   };

@@ -7,6 +7,7 @@
 #include <array>
 #include <span>
 
+// How a field stands in its words.
 enum PrefConversion : int {
   kPlain = 0,
   kHighWordFirst = 1,  // 32-bit field: word `wordIndex` is the high half, the next one the low half
@@ -20,12 +21,13 @@ struct PrefMapRow {
   short done;            // scratch flag of the call that runs: this row has been handled
   char recordChars[2];   // what follows 'ot' in the record's tag
   unsigned short cmper;  // the record's key; 0 stands for 65534
-  short subIndex;
+  short subIndex;         // of the record's key
   short fieldOffset;  // in bytes, in the caller's structure
   short wordIndex;    // 0 to 5; the first of two for a 32-bit field
   short fieldSize;    // 2 or 4 bytes
-  PrefConversion conversion;
+  PrefConversion conversion;  // from words to field and back
 
+  // Whether both fields stand in one record.
   constexpr bool SameRecord(const PrefMapRow& other) const {
     return recordChars[0] == other.recordChars[0] && recordChars[1] == other.recordChars[1] && cmper == other.cmper &&
            subIndex == other.subIndex;
@@ -52,8 +54,10 @@ struct PreferenceTable {
   int size;                             // the size that a load reports: the sum of the rows' fields
 };
 
+// All ten.
 extern const std::array<PreferenceTable, 10> kPreferenceTables;
 
+// The tag of four characters, the first in the highest byte.
 constexpr unsigned int FourCharacterTag(const char (&text)[5]) {
   unsigned int tag = 0;
   for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<unsigned char>(text[i]);
