@@ -1,5 +1,5 @@
-// Extensions with one fault each, chosen by FAULT_…: the kit's entry points with one of them replaced, or a command that
-// treats its host badly. Everything else about them is sound.
+// Extensions with one fault each, chosen by FAULT_…: the kit's entry points with one of them replaced, or a command
+// that treats its host badly. Everything else about them is sound.
 #include <unistd.h>
 
 #include <algorithm>
@@ -73,7 +73,7 @@ short Run([[maybe_unused]] const EREGION& region, short) {
   EXTGF2005a* const frame = FirstFrame(region);
   if (frame == nullptr || SX_SaveTGF(frame, kInterfaceVersion) == 0) return 0;
   SX_FreeTGF(frame, kInterfaceVersion);
-#elif defined(FAULT_RANDOM)  // relies on the measure's length in its own score
+#elif defined(FAULT_RANDOM)   // relies on the measure's length in its own score
   if (SX_GetMeasureDuration(1, 1, kInterfaceVersion) > 4096) std::abort();
 #endif
   return 0;

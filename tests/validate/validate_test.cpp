@@ -93,7 +93,8 @@ TEST(Validate, NothingCheckedIsAFailure) {
 
 // The seed that is printed is the one to give for the same answers again.
 TEST(Validate, ASeedRepeatsItsAnswers) {
-  const std::string command = std::string(FAULTY_BUNDLES "/faulty_RANDOM.bundle") + " --check random --rounds 40 --seed 11";
+  const std::string command =
+      std::string(FAULTY_BUNDLES "/faulty_RANDOM.bundle") + " --check random --rounds 40 --seed 11";
   const Outcome first = Validate(command);
   EXPECT_NE(first.out.find("seed 11\n"), std::string::npos) << first.out;
   EXPECT_EQ(Validate(command).out, first.out);
