@@ -23,19 +23,21 @@ Outcome Validate(const std::string& arguments) {
   return outcome;
 }
 
+class SoundExtension : public testing::TestWithParam<const char*> {};
+
 // A validator that finds faults where there are none is worth as little as one that finds none.
-TEST(Validate, SoundExtensionsPassEveryCheck) {
-  for (const char* bundle : {MEASURE_RESTS, MINIMAL, REPORT_AND_TIDY}) {
-    const Outcome outcome = Validate(std::string(bundle) + " --json --seed 3");
-    EXPECT_EQ(outcome.status, 0) << outcome.out;
-    const auto report = nlohmann::json::parse(outcome.out);
-    EXPECT_TRUE(report["passed"]);
-    std::set<std::string> kinds;
-    for (const auto& check : report["checks"]) kinds.insert(check["check"]);
-    EXPECT_EQ(kinds.size(), 12u) << bundle;
-    EXPECT_GT(report["run"], 60) << bundle;
-  }
+TEST_P(SoundExtension, PassesEveryCheck) {
+  const Outcome outcome = Validate(std::string(GetParam()) + " --json --seed 3");
+  EXPECT_EQ(outcome.status, 0) << outcome.out;
+  const auto report = nlohmann::json::parse(outcome.out);
+  EXPECT_TRUE(report["passed"]);
+  EXPECT_EQ(report["failed"], 0);
+  std::set<std::string> kinds;
+  for (const auto& check : report["checks"]) kinds.insert(check["check"]);
+  EXPECT_EQ(kinds.size(), 12u);
+  EXPECT_GT(report["run"], 60);
 }
+INSTANTIATE_TEST_SUITE_P(Validate, SoundExtension, testing::Values(MEASURE_RESTS, MINIMAL, REPORT_AND_TIDY));
 
 struct FaultCase {
   const char* bundle;
@@ -58,9 +60,9 @@ const FaultCase kFaultCases[] = {
     {"OPEN_EDIT", {"edits"}, "opens 1 edits and closes 0"},
     {"HANG", {"edits", "frames"}, "longer than it may", "--rounds 0 --timeout 1"},
     {"EXIT", {"edits", "frames"}, "ended the process"},
-    {"MISSING", {"failing", "missing"}, "signal"},
+    {"MISSING", {"failing", "missing"}, "the process that ran the extension"},
     {"REFUSED", {"failing", "missing"}, "keeps 1 of the host's frames"},
-    {"RANDOM", {"random"}, "signal 6", "--rounds 100 --seed 5"},
+    {"RANDOM", {"random"}, "the process that ran the extension", "--rounds 100 --seed 5"},
 };
 
 TEST(Validate, EachFaultFailsAtItsCheck) {
