@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <optional>
 #include <sstream>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
@@ -30,18 +31,14 @@ short SaveStructure(unsigned int tag, const void* buffer, int size) {
   return SX_SaveEData(tag, &id, buffer, size, kInterfaceVersion);
 }
 
-// A per-field record's words in the document.
+// A per-field record's words in the document; instance -2 is cmper 65534.
 void SetWords(TestHost& host, unsigned int tag, const Words& words) {
-  EDataID id{};
-  id.other.cmper = 65534;
-  host.document.records.Save(tag, id, words.data(), 12);
+  host.document.records.Save(tag, Instance(-2), words.data(), 12);
 }
 Words WordsOf(const TestHost& host, unsigned int tag) {
-  EDataID id{};
-  id.other.cmper = 65534;
   Words words{};
   int size = 12;
-  host.document.records.Load(tag, id, words.data(), &size);
+  host.document.records.Load(tag, Instance(-2), words.data(), &size);
   return words;
 }
 
@@ -55,8 +52,7 @@ unsigned int Fnv(std::string_view bytes) {
 // every word holds a value of its own; worked out apart from the tables, so that no row can be mistyped unseen.
 struct StructureCase {
   const char (&tag)[5];
-  int reported;
-  int reach;
+  int reported, reach;
   unsigned int hash;
   const char* records;
 };
@@ -140,10 +136,7 @@ struct ConversionCase {
   size_t offset;
   const char (&record)[5];
   size_t word;
-  unsigned short stored;
-  unsigned short loads_as;
-  unsigned short saved;
-  unsigned short stored_then;
+  unsigned short stored, loads_as, saved, stored_then;
 };
 constexpr ConversionCase kConversions[] = {
     {"pfMS", 12, "ot36", 1, 0, 1, 1, 0},
@@ -153,7 +146,6 @@ constexpr ConversionCase kConversions[] = {
     {"pfMS", 52, "ot19", 4, 0x00C8, 200, 200, 0xFFC8},
     {"pfMS", 54, "ot19", 5, 0x1241, 0x41, 0x3305, 5},
     {"pfSS", 28, "ot12", 5, 0x80, 0x80, 0x7F, 0x7F},
-    {"pfPL", 0, "ot13", 1, 0xFFFF, 0xFFFF, 0x8000, 0x8000},
 };
 
 TEST(PreferenceTables, ConvertFields) {
@@ -197,70 +189,55 @@ TEST(PreferenceTables, ARefusedRecordReadsAsZeros) {
   EXPECT_EQ(repeats, (std::array<unsigned short, 20>{1, 1, 1, 1, 1, 1}));
 }
 
-// Answers and host calls by tag, instance and stated size; -1 stands for a null size.
+// Answers and host calls by tag, instance and stated size; -1 stands for a null size, and no `size_then` for a save.
 struct LimitCase {
   const char (&tag)[5];
   short instance;
   bool buffer;
-  int size;
-  int result;
-  int size_then;
+  int size, result;
+  std::optional<int> size_then;
   size_t calls;
-  const char* first_call = "";
+  std::string first_call = "";
 };
-constexpr LimitCase kLoadLimits[] = {
+const LimitCase kLimits[] = {
     {"pfDP", 0, false, 0, 1, 76, 0},
-    {"pfSS", 0, false, 5, 1, 96, 0},
-    {"pfDP", 7, true, -1, 0, 0, 0},
     {"pfDP", -9, true, 1, 1, 76, 15},  // a structure's stated size and key are not looked at
+    {"pfDP", 7, true, -1, 0, -1, 0},
+    {"pfSS", 0, false, 5, 1, 96, 0},
     {"pfGG", 0, false, 0, 1, 132, 0},
     {"pfGG", 0, true, 131, 0, 131, 0},
     {"pfGG", -3, true, 150, 1, 132, 11, "SX_LoadEData ot88 65534,0 12 -> 0"},
-    {"pfGG", 0, true, -1, 0, 0, 0},
+    {"pfGG", 0, true, -1, 0, -1, 0},
     {"pfSN", 0, true, 12, 0, 12, 0},
     {"pfSN", 128, true, 12, 1, 12, 1, "SX_LoadEData ot40 65534,127 12 -> 0"},
     {"pfSN", 129, true, 12, 0, 12, 0},
-    {"pfGb", -32768, true, 12, 0, 12, 0},
-    {"pfGs", 1, true, 12, 1, 12, 1, "SX_LoadEData ot91 65534,0 12 -> 0"},
-    {"pfGs", 2, true, 12, 0, 12, 0},
     {"pfPF", 1, true, 48, 1, 48, 4, "SX_LoadEData ot77 65534,0 12 -> 0"},
     {"pfPF", 2, true, 48, 0, 48, 0},
     {"pfLA", 3, true, 4, 0, 4, 1, "SX_LoadEData pfLA 3 4 -> 0"},  // not mapped: the host's own
-};
-constexpr LimitCase kSaveLimits[] = {
-    {"pfDP", 0, true, 71, 0, 0, 0},
-    {"pfDP", 0, true, 72, 1, 0, 15},
-    {"pfDP", 0, false, 76, 0, 0, 0},
-    {"pfTC", 0, true, 59, 0, 0, 0},
-    {"pfTC", 0, true, 60, 1, 0, 5, "SX_SaveEData ot86 65534,0 12 -> 1"},
-    {"pfPF", 2, true, 48, 0, 0, 0},
+    {"pfDP", 0, true, 71, 0, {}, 0},
+    {"pfDP", 0, true, 72, 1, {}, 15},
+    {"pfDP", 0, false, 76, 0, {}, 0},
+    {"pfTC", 0, true, 59, 0, {}, 0},
+    {"pfTC", 0, true, 60, 1, {}, 5, "SX_SaveEData ot86 65534,0 12 -> 1"},
+    {"pfPF", 2, true, 48, 0, {}, 0},
 };
 
 TEST(PreferenceMapping, ChecksInstancesBuffersAndSizes) {
   TestHost host;
-  unsigned char buffer[256] = {};
-  const auto check = [&](const LimitCase& c, short result) {
-    EXPECT_EQ(result, c.result);
-    EXPECT_EQ(host.calls.size(), c.calls);
-    if (*c.first_call != 0 && !host.calls.empty()) {
-      EXPECT_EQ(host.calls[0], c.first_call);
-    }
+  unsigned char bytes[256] = {};
+  for (const LimitCase& c : kLimits) {
+    SCOPED_TRACE(testing::Message() << c.tag << " case " << &c - kLimits);
     host.calls.clear();
-  };
-  for (const LimitCase& c : kLoadLimits) {
-    SCOPED_TRACE(testing::Message() << c.tag << " load case " << &c - kLoadLimits);
+    const unsigned int tag = FourCharacterTag(c.tag);
     const EDataID id = Instance(c.instance);
+    void* const buffer = c.buffer ? bytes : nullptr;
     int size = c.size;
-    check(c, SX_LoadEData(FourCharacterTag(c.tag), &id, c.buffer ? buffer : nullptr, c.size < 0 ? nullptr : &size,
-                          kInterfaceVersion));
-    if (c.size >= 0) {
-      EXPECT_EQ(size, c.size_then);
-    }
-  }
-  for (const LimitCase& c : kSaveLimits) {
-    SCOPED_TRACE(testing::Message() << c.tag << " save case " << &c - kSaveLimits);
-    const EDataID id = Instance(c.instance);
-    check(c, SX_SaveEData(FourCharacterTag(c.tag), &id, c.buffer ? buffer : nullptr, c.size, kInterfaceVersion));
+    EXPECT_EQ(c.size_then ? SX_LoadEData(tag, &id, buffer, c.size < 0 ? nullptr : &size, kInterfaceVersion)
+                          : SX_SaveEData(tag, &id, buffer, c.size, kInterfaceVersion),
+              c.result);
+    EXPECT_EQ(size, c.size_then.value_or(c.size));
+    ASSERT_EQ(host.calls.size(), c.calls);
+    EXPECT_EQ(c.first_call.empty() ? "" : host.calls[0], c.first_call);
   }
 }
 

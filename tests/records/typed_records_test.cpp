@@ -159,75 +159,76 @@ TEST(TypedRecords, BringKeysBackWhateverTheResult) {
   }
 }
 
-// Searches of an entry with so many records; the first word of each is 100 plus its subIndex. Record and subIndex of
-// the caller start as -9.
-constexpr short kUntouched = -9;
-struct SearchCase {
-  short records;
-  short wanted;
-  short found;
-  size_t loads;
-  short word;  // the first of the caller's record then
-};
-
-template <typename Record, typename Search>
-void ExpectSearches(unsigned int tag, std::initializer_list<SearchCase> cases, Search search) {
-  for (const SearchCase& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.records << " records, wanted " << c.wanted);
-    TestHost host;
-    short words[sizeof(Record) / 2] = {};
-    EDataID id{};
-    for (id.entryDetail.entryNum = 7; id.entryDetail.subIndex < c.records; ++id.entryDetail.subIndex) {
-      words[0] = static_cast<short>(100 + id.entryDetail.subIndex);
-      host.document.records.Save(tag, id, words, sizeof words);
-    }
-    std::fill(std::begin(words), std::end(words), kUntouched);
-    Record mods;
-    std::memcpy(&mods, words, sizeof mods);
-    short found = kUntouched;
-    EXPECT_EQ(search(c.wanted, mods, found), c.found != kUntouched);
-    EXPECT_EQ(found, c.found);
-    EXPECT_EQ(host.calls.size(), c.loads);
-    std::memcpy(words, &mods, sizeof mods);
-    EXPECT_EQ(words[0], c.word);
-    EXPECT_EQ(words[1], c.word == kUntouched ? kUntouched : 0);  // zeroed or loaded wholly
+// Gives an entry records whose first word is 100 plus their subIndex.
+void AddRecords(TestHost& host, unsigned int tag, short count, int size) {
+  EDataID id{};
+  for (id.entryDetail.entryNum = 7; id.entryDetail.subIndex < count; ++id.entryDetail.subIndex) {
+    const short words[15] = {static_cast<short>(100 + id.entryDetail.subIndex)};
+    host.document.records.Save(tag, id, words, size);
   }
 }
 
+// Searches of an entry; the words of the caller's record, and `found`, start as -9.
+struct SearchCase {
+  bool (*search)(short wanted, short& found);
+  short records, wanted, found;
+  size_t loads;
+  short first_word, second_word;  // of the caller's record then
+};
+
+// clang-format off
+EDTNoteheadMods2012 heads;
+EDTAccidentalMods2012 accidentals;
+EDTTieAltRecord ties;
+bool Notehead(short wanted, short& found) { return sx_loadnoteheadmod(7, wanted, heads, found, kNotes); }
+bool Accidental(short wanted, short& found) { return sx_loadaccidentalmod(7, wanted, accidentals, found); }
+bool Tie(short wanted, short& found) { return sx_loadtiealteration(kNotes, 7, wanted, ties, found); }
+// clang-format on
+
+constexpr SearchCase kSearches[] = {
+    {Notehead, 0, 100, -9, 1, 0, 0},  // zeroed at the end
+    {Notehead, 3, 102, 2, 3, 102, 0},
+    {Notehead, 3, -1, -9, 4, 0, 0},
+    {Notehead, 1001, 1099, 999, 1000, 1099, 0},
+    {Notehead, 1001, 1100, -9, 1000, 1099, 0},
+    {Accidental, 0, -1, -9, 1, -9, -9},
+    {Accidental, 3, -1, 0, 1, 100, 0},  // any first record
+    {Accidental, 3, 103, -9, 4, 102, 0},
+    {Accidental, 1001, 1100, -9, 1000, 1099, 0},
+    {Tie, 25, 119, 19, 20, 119, 0},
+    {Tie, 25, 120, -9, 20, 119, 0},
+    {Tie, 2, -1, -9, 3, 101, 0},
+};
+
 TEST(RecordSearches, EndAsEachTypeHasIt) {
-  ExpectSearches<EDTNoteheadMods2012>(kNotes,
-                                      {{0, 100, -9, 1, 0},
-                                       {3, 102, 2, 3, 102},
-                                       {3, -1, -9, 4, 0},
-                                       {1001, 1099, 999, 1000, 1099},
-                                       {1001, 1100, -9, 1000, 1099}},
-                                      [](short wanted, EDTNoteheadMods2012& mods, short& found) {
-                                        return sx_loadnoteheadmod(7, wanted, mods, found, kNotes);
-                                      });
-  ExpectSearches<EDTAccidentalMods2012>(
-      kAccidentals,
-      {{0, -1, -9, 1, -9}, {3, -1, 0, 1, 100}, {3, 101, 1, 2, 101}, {3, 103, -9, 4, 102}, {1001, 1100, -9, 1000, 1099}},
-      [](short wanted, EDTAccidentalMods2012& mods, short& found) {
-        return sx_loadaccidentalmod(7, wanted, mods, found);
-      });
-  ExpectSearches<EDTTieAltRecord>(
-      kNotes, {{0, 100, -9, 1, -9}, {25, 119, 19, 20, 119}, {25, 120, -9, 20, 119}, {2, -1, -9, 3, 101}},
-      [](short wanted, EDTTieAltRecord& mods, short& found) {
-        return sx_loadtiealteration(kNotes, 7, wanted, mods, found);
-      });
+  for (const SearchCase& c : kSearches) {
+    SCOPED_TRACE(testing::Message() << "case " << &c - kSearches);
+    TestHost host;
+    AddRecords(host, c.search == Accidental ? kAccidentals : kNotes, c.records, c.search == Tie ? 30 : 20);
+    short words[15];
+    std::fill(std::begin(words), std::end(words), short{-9});
+    const size_t size = c.search == Tie ? 30 : 20;
+    void* const caller = c.search == Notehead     ? &heads
+                         : c.search == Accidental ? &accidentals
+                                                  : static_cast<void*>(&ties);
+    std::memcpy(caller, words, size);
+    short found = -9;
+    EXPECT_EQ(c.search(c.wanted, found), c.found != -9);
+    EXPECT_EQ(found, c.found);
+    EXPECT_EQ(host.calls.size(), c.loads);
+    std::memcpy(words, caller, size);
+    EXPECT_EQ(words[0], c.first_word);
+    EXPECT_EQ(words[1], c.second_word);
+  }
 }
 
 TEST(RecordSearches, DeleteAllUntilTheHostRefuses) {
   TestHost host;
-  EDataID id{};
-  for (id.entryDetail.entryNum = 7; id.entryDetail.subIndex < 2; ++id.entryDetail.subIndex) {
-    host.document.records.Save(kNotes, id, bytes, 20);
-  }
+  AddRecords(host, kNotes, 2, 20);
   EXPECT_FALSE(sx_deletenoteheadmod(7, kNotes));
   EXPECT_FALSE(sx_deleteaccidentalmod(7));
-  const std::string note = "SX_DeleteEData E\\x05nh 7,0 -> ";
-  EXPECT_EQ(host.calls,
-            (std::vector{note + "1", note + "1", note + "0", std::string("SX_DeleteEData E\\x02Ah 7,0 -> 0")}));
+  const std::string note = "SX_DeleteEData E\\x05nh 7,0 -> ", accidental = "SX_DeleteEData E\\x02Ah 7,0 -> ";
+  EXPECT_EQ(host.calls, (std::vector{note + "1", note + "1", note + "0", accidental + "0"}));
 }
 
 TEST(TypedRecords, BringBackTheSizeOfTextExpressionsAndGlobals) {
