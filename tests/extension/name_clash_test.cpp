@@ -23,9 +23,12 @@ CFBundleRef OpenEngineBundle() {
 }  // namespace
 
 #define CLASH(result, name) \
-  extern "C" __attribute__((visibility("default"))) result name() { return ++g_reached, result{}; }
+  extern "C" __attribute__((visibility("default"))) result name() { \
+    ++g_reached;                                                    \
+    return 0;                                                       \
+  }
 CLASH(short, SX_GetMaxLayers)
-CLASH(void*, SX_LoadTGF)
+CLASH(long, SX_LoadTGF)
 CLASH(int, SX_FreeTGF)
 CLASH(short, SX_SaveTGF)
 CLASH(short, SX_InsertEXENTRY)
