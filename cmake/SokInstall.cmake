@@ -24,6 +24,7 @@ install(FILES "${PROJECT_BINARY_DIR}/SokEDKConfig.cmake" "${PROJECT_BINARY_DIR}/
 
 # pkg-config SokEDK
 file(RELATIVE_PATH sok_pc_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+string(REGEX REPLACE "/$" "" sok_pc_prefix "${sok_pc_prefix}")
 configure_file(cmake/SokEDK.pc.in "${PROJECT_BINARY_DIR}/SokEDK.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/SokEDK.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 

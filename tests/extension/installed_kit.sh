@@ -49,7 +49,8 @@ rm "$by_hand/Contents/MacOS/Outside"
   -Wl,-Bsymbolic "-Wl,--version-script,$(pkg-config --variable=exports SokEDK)"
 "$prefix/bin/sokrun" validate "$by_hand" --check symbols --check hidden-names --check texts --check frames --only-failed
 
-# Without an installed kit the same project takes the tree's.
-cmake -S "$work/outside" -B "$work/outside/tree" -DCMAKE_DISABLE_FIND_PACKAGE_SokEDK=ON \
+# Without an installed kit the same project builds the tree's.
+cmake -S "$work/outside" -B "$work/outside/tree" -DCMAKE_DISABLE_FIND_PACKAGE_SokEDK=ON -DCMAKE_BUILD_TYPE=Debug \
   -DCMAKE_CXX_COMPILER="$compiler" >/dev/null
-cmake --build "$work/outside/tree" --target help | grep -q Outside || fail "the project does not take the tree's kit"
+cmake --build "$work/outside/tree" -j2 >/dev/null
+"$prefix/bin/sokrun" list "$work/outside/tree/Outside.bundle"
