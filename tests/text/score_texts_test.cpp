@@ -23,9 +23,6 @@ constexpr const char* kCredits =
     R"xml(<credit page="2"><credit-words font-family="Times (New)" font-size="24">Title</credit-words>
   <credit-words font-size="12" underline="1">line</credit-words></credit><credit><credit-words>
   </credit-words></credit>)xml";
-constexpr const char* kTitles =
-    R"xml(<work><work-title>Work</work-title></work><movement-title>Movement</movement-title>
-  <identification><creator type="composer">Who</creator><rights>Whose</rights></identification>)xml";
 constexpr const char* kMusic =
     R"xml(<part id="P1"><measure><direction><direction-type><words>dolce</words></direction-type>
   <direction-type><words>cresc. ♭</words></direction-type><staff>2</staff></direction></measure></part>)xml";
@@ -47,8 +44,7 @@ class ScoreTexts : public testing::Test {
 };
 
 TEST_F(ScoreTexts, NamesCreditsAndWordsReachTheKit) {
-  Read(kParts + std::string(kCredits) + kTitles + kMusic);
-  EXPECT_EQ(Text(sx_getinstname_utf16(1)), u"Piano & Celesta");
+  Read(kParts + std::string(kCredits) + kMusic);
   EXPECT_EQ(Text(sx_getinstname_utf16(2)), u"Piano & Celesta");
   EXPECT_EQ(Text(sx_getabbrevinstname_utf16(1)), u"Pno.");
   EXPECT_EQ(uicaretefx, kCaretItalic);
@@ -58,23 +54,13 @@ TEST_F(ScoreTexts, NamesCreditsAndWordsReachTheKit) {
   TPageUText page;
   ASSERT_TRUE(sx_loadpagetext(2, page, 0));
   EXPECT_EQ(Text(page.text), u"^font(Times (New)^size(24)Title^size(12)^efx(underline)line");
-  EXPECT_FALSE(sx_loadpagetext(1, page, 0));  // blank credits are none, and titles give way to credits
+  EXPECT_FALSE(sx_loadpagetext(1, page, 0));  // blank
 
   TMeasureUText words;
   ASSERT_TRUE(sx_loadmeasuretext(2, 1, words, 0));
   EXPECT_EQ(Text(words.text), u"dolce");
   ASSERT_TRUE(sx_loadmeasuretext(2, 1, words, 1));
   EXPECT_EQ(Text(words.text), u"cresc. ^flat()");
-  EXPECT_FALSE(sx_loadmeasuretext(1, 1, words, 0));
-}
-
-TEST_F(ScoreTexts, TitlesStandInForCredits) {
-  Read(kTitles);
-  TPageUText page;
-  std::u16string titles;
-  for (int index = 0; sx_loadpagetext(1, page, index); ++index) titles += Text(page.text) + u"/";
-  EXPECT_EQ(titles, u"Work/Movement/Who/Whose/");
-  EXPECT_EQ(Text(sx_getinstname_utf16(1)), u"");
 }
 
 // The workbench reads caret commands as the kit does, wherever a command holds no further parenthesis.
