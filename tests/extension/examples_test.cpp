@@ -13,6 +13,7 @@
 #include "host/engine/session.h"
 #include "host/musicxml/score.h"
 #include "host/runner/bundle_session.h"
+#include "host/runner/validate_score.h"
 
 namespace {
 
@@ -83,7 +84,24 @@ TEST_F(Example, ReportNamesEveryStaffAndCountsEveryEntry) {
     if (line.starts_with("  ") && line != "  nothing") reported += std::stoi(line);
   }
   EXPECT_EQ(reported, entries) << report;
-  EXPECT_EQ(report.find("Shapes:") != std::string::npos, CountInText("<slur") + CountInText("<wedge") > 0) << report;
+}
+
+// A slur and a hairpin on the first staff: nobody who selected another one asks for them.
+TEST_F(Example, ReportListsTheShapesOfTheSelectedStaves) {
+  score_ = sok::Score::Read(sok::kValidationScore, "shapes.musicxml", {.document_data = true});
+  session_.document = &score_->document();
+  sok::BundleSession bundle(REPORT_AND_TIDY, session_);
+  EREGION region = All();
+  bundle.Invoke(0, &region);
+  region.start.slot = 2;
+  bundle.Invoke(0, &region);
+  ASSERT_EQ(session_.alerts.size(), 2u);
+  EXPECT_TRUE(
+      session_.alerts[0].ends_with("Shapes:\n"
+                                   "  1: on notes, as slurs are, measures 1 to 1\n"
+                                   "  2: on measures, as hairpins are, measures 1 to 1\n"))
+      << session_.alerts[0];
+  EXPECT_EQ(session_.alerts[1].find("Shapes:"), std::string::npos);
 }
 
 // An accent on a rest, on a second note, twice on one, or none at all in some measure.
