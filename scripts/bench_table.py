@@ -1,0 +1,96 @@
+#!/usr/bin/env python3
+"""Runs the benchmark programs and sokrun, and prints what they took beside their peers. Called by bench.sh."""
+import json
+import os
+import pathlib
+import platform
+import subprocess
+import sys
+import tempfile
+
+# Programs whose benchmarks pair up by name: ours, the peer's, what the pair is called, the wanted ratio.
+PAIRS = [
+    ("binding_bench", "Kit_Wrapper", "Direct_Wrapper", "a wrapper / a direct call", 1.5),
+    ("binding_bench", "Kit_Fill", "Bare_Fill", "the fill command / its host calls bare", 1.1),
+    ("binding_bench", "Kit_Clear", "Bare_Clear", "the clear command / its host calls bare", 1.1),
+    *[("records_bench", f"{tag}/{step}", f"{tag}/host_loads", f"{tag} {step.replace('_', ' ')} / bare loads", 1.2)
+      for tag in "pfDP pfSI pfMS pfRP pfPB pfSS pfPL pfEX pfPF pf05".split() for step in ("load", "save_unchanged")],
+    *[("strings_bench", f"Kit_{name}/{units}", f"Icu_{name}/{units}", f"sx_{name}, {units} units / ICU", 1.0)
+      for name in "strlen strcmp strncmp strchr strstr".split() for units in (10, 100, 1000)],
+    *[("text_bench", f"Kit_strip/{units}", f"Copy_strip/{units}", f"txt_strip_carets, {units} units / bare copy", 2.0)
+      for units in (10, 100, 1000)],
+    *[("text_bench", f"Kit_{name}/{units}", f"Icu_{name}/{units}", f"eu16string from {name}, {units} bytes / ICU", 1.0)
+      for name in ("macroman", "utf8") for units in (10, 100, 1000)],
+    *[("notation_bench", f"{kind}_FindOrCreate", f"{kind}_Bare", f"find or create, {kind} / bare loads", 1.2)
+      for kind in ("Articulation", "ChordSuffix", "TopStaffList")],
+]
+
+
+def micro(build, program, quick):
+    """The fastest CPU time in ns of each benchmark of a program."""
+    command = [build / "bench" / program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
+               f"--benchmark_repetitions={3 if quick else 12}", f"--benchmark_min_time={0.01 if quick else 0.05}"]
+    runs = json.loads(subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True).stdout)
+    scale = {"ns": 1, "us": 1e3, "ms": 1e6}
+    times = {}
+    for run in runs["benchmarks"]:
+        if run["run_type"] == "iteration":
+            time = run["cpu_time"] * scale[run["time_unit"]]
+            times[run["run_name"].split("/repeats")[0]] = min(time, times.get(run["run_name"], time))
+    return times
+
+
+def whole(command, runs):
+    """The fastest of some whole runs of a process: CPU seconds and peak memory in MB."""
+    best, memory = None, 0
+    for _ in range(runs):
+        pid = os.fork()
+        if pid == 0:
+            null = os.open(os.devnull, os.O_WRONLY)
+            os.dup2(null, 1)
+            os.execv(command[0], [str(part) for part in command])
+        _, status, usage = os.wait4(pid, 0)
+        if status != 0:
+            sys.exit(f"bench: {' '.join(map(str, command))} failed")
+        seconds = usage.ru_utime + usage.ru_stime
+        best = seconds if best is None else min(best, seconds)
+        memory = max(memory, usage.ru_maxrss / 1024)
+    return best, memory
+
+
+def row(what, ours, peer, unit, wanted):
+    verdict = "" if ours / peer <= wanted + 0.005 else " (missed)"
+    print(f"| {what} | {ours:.4g} | {peer:.4g} {unit} | {ours / peer:.2f} | {wanted:g}{verdict} |", flush=True)
+
+
+def main():
+    build = pathlib.Path(sys.argv[1])
+    arguments = sys.argv[2:]
+    quick = "--quick" in arguments
+    model = next((line.split(":")[1].strip() for line in open("/proc/cpuinfo") if "model name" in line), "?")
+    compiler = subprocess.run(["g++", "--version"], stdout=subprocess.PIPE, text=True).stdout.splitlines()[0]
+    print(f"{model}, {os.cpu_count()} cores, {platform.system()} {platform.release()}, {compiler}\n")
+    print("| what / its peer | ours | peer | ratio | wanted at most |\n|---|---|---|---|---|")
+    for program in dict.fromkeys(pair[0] for pair in PAIRS):
+        times = micro(build, program, quick)
+        for _, ours, peer, what, wanted in (pair for pair in PAIRS if pair[0] == program):
+            row(what, times[ours], times[peer], "ns", wanted)
+
+    with tempfile.TemporaryDirectory() as folder:
+        out = pathlib.Path(folder) / "out.musicxml"
+        scores = [pathlib.Path(name) for name in arguments if not name.startswith("--")]
+        for measures, staves in [(100, 10), (1000, 10), (1000, 40)] + ([] if quick else [(10000, 40)]):
+            score = pathlib.Path(folder) / f"{measures}x{staves}.musicxml"
+            subprocess.run([sys.executable, "scripts/generate-score.py", str(measures), str(staves), "-o", score], check=True)
+            scores.append(score)
+        for score in scores:
+            runs = 3 if score.stat().st_size > 5e7 else 7
+            name = f"{score.name}, {score.stat().st_size / 1e6:.1f} MB"
+            ours = whole([build / "bin" / "sokrun", "fill", score, "-o", out, "--quiet"], runs)
+            peer = whole([build / "bench" / "pugixml_peer", score, out], runs)
+            row(f"sokrun fill, {name}: CPU / pugixml load + save", ours[0], peer[0], "s", 1.5)
+            row(f"sokrun fill, {name}: memory / pugixml load + save", ours[1], peer[1], "MB", 2.0)
+
+
+if __name__ == "__main__":
+    main()
