@@ -3,224 +3,147 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <random>
-
 #include "SokExtShared/LIB/notation/chord_suffixes.h"
 #include "SokExtShared/LIB/notation/entry_attachments.h"
 #include "tests/support/test_host.h"
 
 namespace {
 
-constexpr unsigned int kTextRepeatText = 0x6F735254, kTextRepeat = 0x534F5253, kArticulation = 0x4F044958;
-constexpr unsigned int kUpperList = 0x6F744443, kLowerList = 0x6F746463, kUpperOptional = 0x6F74494F;
-constexpr unsigned int kListName = 0x6F734463, kNotehead = 0x4502636E, kAssignment = 0x6564494D;
+constexpr unsigned int kRepeatText = 0x6F735254, kRepeat = 0x534F5253, kArticulation = 0x4F044958;
+constexpr unsigned int kUpper = 0x6F744443, kLower = 0x6F746463, kUpperOptional = 0x6F74494F, kListName = 0x6F734463;
+constexpr unsigned int kSuffix = 0x534F4956, kNotehead = 0x4502636E, kAssignment = 0x6564494D;
+using Words = std::vector<unsigned short>;
 
-using Bytes = std::vector<unsigned char>;
+Words Units(std::u16string_view text) {
+  Words units(text.begin(), text.end());
+  units.push_back(0);
+  return units;
+}
 
-// 16-bit units; the literals in tests are all of one unit a character.
-struct Units : std::vector<unsigned short> {
-  explicit Units(std::u16string_view text) : vector(text.begin(), text.end()) { push_back(0); }
-  operator const unsigned short*() const { return data(); }
+struct DefinitionHost : TestHost {
+  static EDataID Key(unsigned int tag, int number, int place) {
+    EDataID id{};
+    if (tag == kNotehead || tag == kAssignment) {
+      id.entryDetail.entryNum = number;
+      id.entryDetail.subIndex = static_cast<short>(place);
+    } else {
+      id.other.cmper = static_cast<unsigned short>(number);
+      id.other.subIndex = static_cast<short>(place);
+    }
+    return id;
+  }
+  void Set(unsigned int tag, int number, const Words& words, int place = 0) {
+    document.records.Save(tag, Key(tag, number, place), words.data(), static_cast<int>(words.size() * 2));
+  }
+  Words Get(unsigned int tag, int number, int place = 0) const {
+    int size = 0;
+    document.records.Load(tag, Key(tag, number, place), nullptr, &size);
+    Words words(static_cast<size_t>(size) / 2);
+    document.records.Load(tag, Key(tag, number, place), words.data(), &size);
+    return words;
+  }
 };
 
-EDataID Other(int number, int subIndex = 0) {
-  EDataID id{};
-  id.other.cmper = static_cast<unsigned short>(number);
-  id.other.subIndex = static_cast<short>(subIndex);
-  return id;
-}
-
-EDataID EntryDetail(int entry, int subIndex) {
-  EDataID id{};
-  id.entryDetail.entryNum = entry;
-  id.entryDetail.subIndex = static_cast<short>(subIndex);
-  return id;
-}
-
-Bytes Record(const TestHost& host, unsigned int tag, const EDataID& id) {
-  int size = 0;
-  if (!host.document.records.Load(tag, id, nullptr, &size)) return {};
-  Bytes bytes(static_cast<size_t>(size));
-  host.document.records.Load(tag, id, bytes.data(), &size);
-  return bytes;
-}
-
-// Little-endian words.
-Bytes Words(std::initializer_list<int> words) {
-  Bytes bytes;
-  for (const int word : words) {
-    bytes.push_back(static_cast<unsigned char>(word));
-    bytes.push_back(static_cast<unsigned char>(word >> 8));
-  }
-  return bytes;
-}
-
-void Save(TestHost& host, unsigned int tag, const EDataID& id, const Bytes& bytes) {
-  host.document.records.Save(tag, id, bytes.data(), static_cast<int>(bytes.size()));
-}
-
 TEST(TextRepeats, AreTheSameWithTheSameTextFontAndValues) {
-  TestHost host;
-  const Units text(u"D.C.");
-  EXPECT_EQ(FindOrCreateTextRepeat(text, -2, -3, 0xFFFF, 5), 1);
-  EXPECT_EQ(Record(host, kTextRepeat, Other(1)), Words({0, 0, -2, -3, 0xFFFF, 5, 0, 0}));
-  EXPECT_EQ(Record(host, kTextRepeatText, Other(1)), Words({'D', '.', 'C', '.', 0}));
-  EXPECT_EQ(FindOrCreateTextRepeat(text, -2, -3, 0xFFFF, 5), 1);
-  EXPECT_EQ(FindOrCreateTextRepeat(text, -2, -4, 0xFFFF, 5), 2);
-  EXPECT_EQ(FindOrCreateTextRepeat(Units(u"D.C"), -2, -3, 0xFFFF, 5), 3);
-  EXPECT_EQ(FindOrCreateTextRepeat(text, -3, -3, 0xFFFF, 5), 4);
-  EXPECT_EQ(FindOrCreateTextRepeat(text, -2, -3, -1, 5), 5);  // stored as 0xFFFF, but no unsigned word equals -1
-  EXPECT_EQ(FindOrCreateTextRepeat(text, 0xFFFE, -3, 0xFFFF, 5), 6);
-  EXPECT_EQ(FindOrCreateTextRepeat(text, -2, -3, 0xFFFF, 6), 7);
-  const short font = host.document.AddFont("Maestro");
-  EXPECT_EQ(FindOrCreateTextRepeat(text, Units(u"Maestro"), 1, 2, 3), 8);
-  EXPECT_EQ(FindOrCreateTextRepeat(text, FontNameToNum(Units(u"Maestro")), 1, 2, 3), 8);
-  EXPECT_EQ(FontNameToNum(Units(u"Maestro")), font);
-  EXPECT_EQ(FontNameToNum(Units(u"Nobody")), -1);
-}
-
-// A text that fills the buffer must neither lose its end mark nor be created anew every time.
-TEST(TextRepeats, LongTextsAreCutAt49Units) {
-  TestHost host;
-  const std::u16string long_text(120, u'x');
-  for (const size_t length : {49u, 50u, 51u, 120u}) {
-    EXPECT_EQ(FindOrCreateTextRepeat(Units(long_text.substr(0, length)), 0, 0, 0, 0), 1) << length;
+  DefinitionHost host;
+  const Words text = Units(u"D.C.");
+  struct Case {
+    std::u16string text;
+    int font, a, b, c, number;
+  };
+  const std::u16string longest(49, u'x');
+  for (const Case& c : {Case{u"D.C.", -2, -3, 0xFFFF, 5, 1},
+                        {u"D.C.", -2, -3, 0xFFFF, 5, 1},
+                        {u"D.C.", -2, -4, 0xFFFF, 5, 2},
+                        {u"D.C", -2, -3, 0xFFFF, 5, 3},
+                        {u"D.C.", -3, -3, 0xFFFF, 5, 4},
+                        {u"D.C.", -2, -3, -1, 5, 5},
+                        {u"D.C.", 0xFFFE, -3, 0xFFFF, 5, 6},
+                        {u"D.C.", -2, -3, 0xFFFF, 6, 7},
+                        {longest, 0, 0, 0, 0, 8},
+                        {longest + u"x", 0, 0, 0, 0, 8},
+                        {longest + longest, 0, 0, 0, 0, 8}}) {
+    EXPECT_EQ(FindOrCreateTextRepeat(Units(c.text).data(), c.font, c.a, c.b, c.c), c.number);
   }
-  EXPECT_EQ(Record(host, kTextRepeatText, Other(1)).size(), 100u);
-  Save(host, kTextRepeatText, Other(1), Bytes(300, 'x'));  // unterminated, from elsewhere
-  FindOrCreateTextRepeat(Units(long_text), 0, 0, 0, 0);
-  EXPECT_EQ(FindOrCreateTextRepeat(Units(long_text.substr(0, 48)), 0, 0, 0, 0), 3);
-}
-
-TEST(TextRepeats, BeyondNumber99AreNeverFound) {
-  TestHost host;
-  Save(host, kTextRepeat, Other(100), Words({0, 0, 1, 2, 3, 4, 0, 0}));
-  Save(host, kTextRepeatText, Other(100), Words({'a', 0}));
-  EXPECT_EQ(FindOrCreateTextRepeat(Units(u"a"), 1, 2, 3, 4), 101);
-  EXPECT_EQ(FindOrCreateTextRepeat(Units(u"a"), 1, 2, 3, 4), 102);
+  EXPECT_EQ(host.Get(kRepeat, 1), (Words{0, 0, 0xFFFE, 0xFFFD, 0xFFFF, 5, 0, 0}));
+  EXPECT_EQ(host.Get(kRepeatText, 1), text);
+  EXPECT_EQ(host.Get(kRepeatText, 8), Units(longest));
+  host.Set(kRepeatText, 8, Words(150, 'x'));  // unterminated, from elsewhere
+  EXPECT_EQ(FindOrCreateTextRepeat(Units(longest).data(), 0, 0, 0, 0), 8);
+  host.Set(kRepeat, 100, {0, 0, 1, 2, 3, 4, 0, 0});
+  host.Set(kRepeatText, 100, text);
+  EXPECT_EQ(FindOrCreateTextRepeat(text.data(), 1, 2, 3, 4), 101);  // beyond 99 none is found
+  host.document.AddFont("Other");
+  host.document.AddFont("Maestro");
+  EXPECT_EQ(FindOrCreateTextRepeat(text.data(), Units(u"Maestro").data(), 0, 0, 0), 102);
+  EXPECT_EQ(host.Get(kRepeat, 102)[2], 1);
 }
 
 TEST(StaffLists, TheTopStaffsIsFoundByContents) {
-  TestHost host;
-  const Bytes top = Words({-1, 0, 0, 0, 0, 0});
-  Save(host, kUpperList, Other(1), Words({-1, 2, 0, 0, 0, 0}));
-  Save(host, kLowerList, Other(1), top);
-  Save(host, kUpperList, Other(2), top);
-  Save(host, kLowerList, Other(2), top);
-  Save(host, kUpperOptional, Other(2), top);
-  Save(host, kUpperOptional, Other(3), top);  // left over, goes when list 3 is made
-  EXPECT_EQ(FindOrCreateOnTopStaffList(Units(u"Top")), 3);
-  EXPECT_EQ(Record(host, kUpperList, Other(3)), top);
-  EXPECT_EQ(Record(host, kLowerList, Other(3)), top);
-  EXPECT_EQ(Record(host, kListName, Other(3)), Words({'T', 'o', 'p'}));
-  EXPECT_TRUE(Record(host, kUpperOptional, Other(3)).empty());
-  EXPECT_EQ(FindOrCreateOnTopStaffList(Units(u"Another name")), 3);
-}
-
-TEST(StaffLists, RefusedInstrumentListsGiveNone) {
-  TestHost host;
+  DefinitionHost host;
+  const Words top = {0xFFFF, 0, 0, 0, 0, 0}, name = Units(u"Top");
   for (const char* refused : {"SX_CreateEData", "SX_SaveEData"}) {
     host.refuse = [&](const sok::HostCall& call) { return call.name == std::string_view(refused); };
-    host.calls.clear();
-    EXPECT_EQ(FindOrCreateOnTopStaffList(Units(u"")), 0) << refused;
+    EXPECT_EQ(FindOrCreateOnTopStaffList(name.data()), 0) << refused;
     EXPECT_TRUE(host.CallsWith("osDc").empty() && host.CallsWith("SX_DeleteEData").empty()) << refused;
   }
+  host.refuse = nullptr;
+  host.Set(kUpper, 1, {0xFFFF, 2, 0, 0, 0, 0});
+  host.Set(kUpper, 2, top);
+  for (const int list : {1, 2}) host.Set(kLower, list, top);
+  for (const int list : {2, 3}) host.Set(kUpperOptional, list, top);  // that of list 3 is left over, and goes
+  for (const auto& wanted : {name, Units(u"Another")}) EXPECT_EQ(FindOrCreateOnTopStaffList(wanted.data()), 3);
+  EXPECT_TRUE(host.Get(kUpper, 3) == top && host.Get(kLower, 3) == top && host.Get(kUpperOptional, 3).empty());
+  EXPECT_EQ(host.Get(kListName, 3), (Words{'T', 'o', 'p'}));
 }
 
 TEST(Articulations, TheLastTenBytesDoNotCount) {
-  TestHost host;
+  DefinitionHost host;
   EDTArticulationDefinition2012 definition{};
   definition.words[24] = 7;
   EXPECT_EQ(FindOrCreateArticulation(definition), 1);
   definition.host50[0] = 1;
   EXPECT_EQ(FindOrCreateArticulation(definition), 1);
-  definition.words[24] = 8;
-  EXPECT_EQ(FindOrCreateArticulation(definition), 2);
-  definition.words[0] = 1;
-  Save(host, kArticulation, Other(1000), Bytes(60));
+  host.Set(kArticulation, 1000, Words(30));
   EXPECT_EQ(FindOrCreateArticulation({}), 1000);
-  EXPECT_EQ(FindOrCreateArticulation(definition), 1001);
-  EXPECT_EQ(Record(host, kArticulation, Other(1001))[50], 1);
-  EXPECT_EQ(FindOrCreateArticulation(definition), 1002);
+  definition.words[24] = 8;
+  for (const int number : {1001, 1002}) EXPECT_EQ(FindOrCreateArticulation(definition), number);
 }
 
-// Suffixes against vectors of their own; the numbers in use never have gaps in their elements.
-TEST(ChordSuffixes, FollowAModelThroughRandomOperations) {
-  TestHost host;
-  std::mt19937 random(8);
-  std::vector<std::vector<EDTChordSuffix2012>> model(1);  // [number]
-  for (int round = 0; round < 200; ++round) {
-    std::vector<EDTChordSuffix2012> wanted(1 + random() % 3);
-    for (auto& element : wanted) {
-      element.words[0] = static_cast<short>(random() % 2);
-      element.words[2] = static_cast<short>(random());
-      element.words[7] = static_cast<short>(random() % 2);
-    }
-    size_t expected = 1;
-    const auto same = [](auto& a, auto& b) { return a.words[0] == b.words[0] && a.words[7] == b.words[7]; };
-    while (expected < model.size() &&
-           !std::equal(wanted.begin(), wanted.end(), model[expected].begin(), model[expected].end(), same)) {
-      ++expected;
-    }
-    if (expected == model.size()) model.push_back(wanted);
-    ASSERT_EQ(FindOrCreateChordSuffix(wanted), static_cast<int>(expected));
-    std::vector<EDTChordSuffix2012> loaded(9);
-    ASSERT_TRUE(sx_loadchordsuffix(static_cast<int>(expected), loaded));
-    ASSERT_EQ(loaded.size(), model[expected].size());
-    ASSERT_EQ(std::memcmp(loaded.data(), model[expected].data(), loaded.size() * 16), 0);
-  }
-  std::vector<EDTChordSuffix2012> none;
-  EXPECT_EQ(FindOrCreateChordSuffix(none), static_cast<int>(model.size()));
-  EXPECT_FALSE(sx_loadchordsuffix(static_cast<int>(model.size()), none));
-}
-
-// The host's subIndex drives the keys, the vector the number of elements; what stood behind them goes.
-TEST(ChordSuffixes, SavingEndsWithTheElementsGiven) {
-  TestHost host;
-  for (int i = 0; i < 6; ++i) Save(host, 0x534F4956, Other(4, i), Bytes(16));
-  int number = 4;
-  std::vector<EDTChordSuffix2012> elements(2);
-  host.calls.clear();
-  EXPECT_TRUE(sx_savechordsuffix(number, elements));
-  std::vector<std::string> expected;
-  for (const char* call : {"SX_CreateEData SOIV 4,0 16 -> 0", "SX_CreateEData SOIV 4,1 16 -> 0"})
-    expected.push_back(call);
-  for (int i = 0; i < 5; ++i) expected.push_back(std::string("SX_DeleteEData SOIV 4,2 -> ") + (i < 4 ? "1" : "0"));
-  EXPECT_EQ(host.calls, expected);
-  EXPECT_TRUE(sx_loadchordsuffix(4, elements));
-  EXPECT_EQ(elements.size(), 2u);
-
-  number = -1;
-  EXPECT_TRUE(sx_savechordsuffix(number, elements));
-  EXPECT_EQ(number, 5);
+// The host's place drives the keys, the vector the number of elements; what stood behind them goes.
+TEST(ChordSuffixes, AreFoundByTheirElementsAndStoredWhole) {
+  DefinitionHost host;
+  std::vector<EDTChordSuffix2012> a(2), b(3), none;
+  a[1].words[7] = b[1].words[7] = 1;
+  EXPECT_EQ(FindOrCreateChordSuffix(none), 1);
+  for (int number = 1; auto* wanted : {&a, &b}) EXPECT_EQ(FindOrCreateChordSuffix(*wanted), number++);
+  a[0].words[2] = 9;  // the word that does not count
+  EXPECT_EQ(FindOrCreateChordSuffix(a), 1);
+  a[0].words[3] = 9;
+  EXPECT_EQ(FindOrCreateChordSuffix(a), 3);
+  int number = 2;
+  EXPECT_TRUE(sx_savechordsuffix(number, a) && sx_loadchordsuffix(2, b));
+  EXPECT_EQ(b.size(), 2u);
+  EXPECT_FALSE(sx_loadchordsuffix(4, b));
+  EXPECT_TRUE(b.empty());
+  EXPECT_EQ(host.Get(kSuffix, 3, 0), (Words{0, 0, 9, 9, 0, 0, 0, 0}));
 }
 
 TEST(EntryAttachments, AreStoredAndFlaggedWhateverTheHostSays) {
-  TestHost host;
+  DefinitionHost host;
   EXENTRY entry{};
   entry.number = 70001;
   entry.notes[1].identifier = -5;
-  EXPECT_TRUE(ChangeNotehead(entry, 1, 0x11223344));
-  const Bytes added = Words({-5, 0, 0, 0x3344, 0x1122, 0, 0, 0, 0, 0});
-  EXPECT_EQ(Record(host, kNotehead, EntryDetail(70001, 0)), added);
-  EXPECT_EQ(entry.flags + 0, 0x00400000u);
-
-  Save(host, kNotehead, EntryDetail(70001, 0), Words({3, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
-  Save(host, kNotehead, EntryDetail(70001, 1), Words({-5, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
-  EXPECT_TRUE(ChangeNotehead(entry, 1, -1));
-  EXPECT_EQ(Record(host, kNotehead, EntryDetail(70001, 1)), Words({-5, 1, 2, -1, -1, 5, 6, 7, 8, 9}));
-  EXPECT_TRUE(Record(host, kNotehead, EntryDetail(70001, 2)).empty());
-
-  EXPECT_TRUE(AddArticulation(entry, 0x8001, -2, 3));
-  EXPECT_TRUE(AddArticulation(entry, 4, 5, 6));
-  EXPECT_EQ(Record(host, kAssignment, EntryDetail(70001, 0)), Words({0x8001, -2, 0, 3, 0, 0}));
-  EXPECT_EQ(Record(host, kAssignment, EntryDetail(70001, 1)), Words({4, 5, 0, 6, 0, 0}));
-
+  EXPECT_TRUE(ChangeNotehead(entry, 1, 0x11223344) && AddArticulation(entry, 4, 5, 6));
+  EXPECT_EQ(host.Get(kNotehead, 70001), (Words{0xFFFB, 0, 0, 0x3344, 0x1122, 0, 0, 0, 0, 0}));
+  host.Set(kNotehead, 70001, Words(10));
+  host.Set(kNotehead, 70001, {0xFFFB, 1, 2, 3, 4, 5, 6, 7, 8, 9}, 1);
+  EXPECT_TRUE(ChangeNotehead(entry, 1, -1) && AddArticulation(entry, 0x8001, -2, 3));
+  EXPECT_EQ(host.Get(kNotehead, 70001, 1), (Words{0xFFFB, 1, 2, 0xFFFF, 0xFFFF, 5, 6, 7, 8, 9}));
+  EXPECT_EQ(host.Get(kAssignment, 70001, 1), (Words{0x8001, 0xFFFE, 0, 3, 0, 0}));
   host.refuse = [](const sok::HostCall&) { return true; };
   entry.flags = 1;
-  EXPECT_FALSE(ChangeNotehead(entry, 0, 1));
-  EXPECT_FALSE(AddArticulation(entry, 1, 1, 1));
+  EXPECT_FALSE(ChangeNotehead(entry, 0, 1) || AddArticulation(entry, 1, 1, 1));
   EXPECT_EQ(entry.flags + 0, 0x00600001u);
 }
 
