@@ -1,4 +1,4 @@
-// Durations, diagnostics and record comparisons: formulas against arithmetic done in another way.
+// Durations and diagnostics: formulas against arithmetic done in another way.
 #include "SokExtShared/LIB/notation/durations.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +6,6 @@
 #include <bit>
 #include <limits>
 
-#include "SokExtShared/LIB/notation/definition_records.h"
 #include "SokExtShared/LIB/notation/diagnostics.h"
 
 namespace {
@@ -65,29 +64,6 @@ TEST(Diagnostics, PointersByTheirLowHalfAndTagsByHalves) {
   }
   EXPECT_FALSE(ValidPointer(nullptr));
   EXPECT_STREQ(TagToString(0x41FE4344), "CDA\xFE");
-}
-
-// Changes one byte after the other; exactly those of the rule's words may be noticed.
-template <typename Record>
-void ExpectComparedWords(bool (*equal)(Record, Record), std::initializer_list<size_t> offsets) {
-  for (size_t changed = 0; changed < sizeof(Record); ++changed) {
-    Record record{}, other{};
-    reinterpret_cast<unsigned char*>(&other)[changed] = 0x80;
-    bool compared = false;
-    for (const size_t offset : offsets) compared |= changed / 2 == offset / 2;
-    EXPECT_EQ(equal(record, other), !compared) << changed;
-  }
-}
-
-TEST(DefinitionRecords, CompareTheWordsThatCount) {
-  using Suffix = EDTChordSuffix2012;
-  ExpectComparedWords<Suffix>([](Suffix a, Suffix b) { return ChordSuffixEqual(a, b, false); },
-                              {0, 2, 4, 6, 8, 10, 12, 14});
-  ExpectComparedWords<Suffix>([](Suffix a, Suffix b) { return ChordSuffixEqual(a, b, true); },
-                              {0, 2, 6, 8, 10, 12, 14});
-  ExpectComparedWords<EDTChord2010>(ChordEquals, {0, 2, 4, 18});
-  ExpectComparedWords<EDTInstDefinition>(InstDefEquals, {0, 2, 4, 6});
-  ExpectComparedWords<EDTGeneric>(GenericEquals, {0, 2, 4, 6, 8, 10});
 }
 
 }  // namespace

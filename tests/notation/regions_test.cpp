@@ -56,7 +56,7 @@ TEST(Regions, InsideOrOutsideOverTheWholeRangeOfPositions) {
       place = static_cast<int>(place / (staff_length == 0 ? 4096 : staff_length) & 0xFFFFFFFF);
     }
     const std::pair point(measure, std::max(place, 0LL));
-    const auto at = [](const EMUSICPOINT& p) { return std::pair<int, long long>(p.measure, p.position); };
+    const auto at = [](const EMUSICPOINT& p) { return std::pair<int, long long>(p.measure + 0, p.position + 0); };
     ASSERT_EQ(InRegion(measure, position, region, staff), at(region.start) <= point && point <= at(region.end))
         << round;
   }
