@@ -16,8 +16,8 @@ struct BatchCallbacks {
   std::function<void(std::size_t ended)> progress;
 };
 
-// Runs all items, at most `jobs` at a time. A signal that ends the parent ends the children first. Throws InputError when
-// no process can be started.
+// Runs all items, at most `jobs` at a time. A signal that ends the parent ends the children first. Throws InputError
+// when no process can be started.
 void RunInProcesses(std::size_t count, int jobs, const BatchCallbacks& callbacks);
 
 }  // namespace sok

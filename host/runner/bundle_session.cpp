@@ -26,8 +26,8 @@ using AttachFunction = void (*)(Session*);
 CFBundleRef OpenBundle(const std::string& path) {
   std::error_code error;
   if (!fs::exists(path, error)) throw InputError(path + ": no such bundle");
-  const CFURLRef url = CFURLCreateFromFileSystemRepresentation(
-      nullptr, reinterpret_cast<const UInt8*>(path.data()), static_cast<CFIndex>(path.size()), true);
+  const CFURLRef url = CFURLCreateFromFileSystemRepresentation(nullptr, reinterpret_cast<const UInt8*>(path.data()),
+                                                               static_cast<CFIndex>(path.size()), true);
   const CFBundleRef bundle = url != nullptr ? CFBundleCreate(nullptr, url) : nullptr;
   if (url != nullptr) CFRelease(url);
   if (bundle == nullptr) throw InputError(path + ": is no bundle");
@@ -125,7 +125,8 @@ void BundleSession::Enumerate() {
   EMENUCOMMAND record{};
   for (int index = 0; index < kMostCommands && enumerate(&session_, index, &record) != 0; ++index) {
     ExtensionMenuItem item;
-    for (int text = 0; text < 3; ++text) item.texts[text] = Utf8FromUtf16(record.text[text], std::size(record.text[text]));
+    for (int text = 0; text < 3; ++text)
+      item.texts[text] = Utf8FromUtf16(record.text[text], std::size(record.text[text]));
     commands_.push_back(std::move(item));
     record = {};
   }

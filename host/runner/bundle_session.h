@@ -22,7 +22,8 @@ struct ExtensionMenuItem {
   std::string texts[3];  // UTF-8; empty past a text that the extension left empty
 };
 
-// Objects of this class share the one engine of the process, so at most one is alive at a time. The session outlives it.
+// Objects of this class share the one engine of the process, so at most one is alive at a time. The session outlives
+// it.
 class BundleSession {
  public:
   // Opens both bundles and calls the extension: main, version, init, enumerate. Throws InputError that names the

@@ -128,8 +128,11 @@ Engraving Engrave(const Score& score, const std::string& text_after, const std::
   const auto readable = [&score](const std::string& text) {
     return score.form() == "score-timewise" ? ByParts(text) : WithoutDeclaration(text);
   };
-  const Json request = {{"modules", ModuleFolders()}, {"before", readable(score.Text())},
-                        {"after", readable(text_after)}, {"marks", marks}, {"limit", limit}};
+  const Json request = {{"modules", ModuleFolders()},
+                        {"before", readable(score.Text())},
+                        {"after", readable(text_after)},
+                        {"marks", marks},
+                        {"limit", limit}};
   const std::string output = RunNode(kEngraveScript, request.dump(-1, ' ', false, Json::error_handler_t::replace));
 
   Engraving engraving;

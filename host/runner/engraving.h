@@ -20,9 +20,9 @@ struct SystemPicture {
 
 struct Engraving {
   std::vector<SystemPicture> systems;
-  long left = 0;         // changed systems that are not drawn
-  std::string version;   // of Verovio
-  std::string trouble;   // why there are no pictures; empty when there are
+  long left = 0;        // changed systems that are not drawn
+  std::string version;  // of Verovio
+  std::string trouble;  // why there are no pictures; empty when there are
 };
 
 // Draws at most `limit` systems.

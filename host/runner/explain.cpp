@@ -33,12 +33,14 @@ constexpr ReasonText kReasons[] = {
 
 const ReasonText& Row(Reason reason) { return kReasons[static_cast<std::size_t>(reason)]; }
 
-static_assert([] {
-  for (std::size_t i = 0; i < std::size(kReasons); ++i) {
-    if (kReasons[i].reason != static_cast<Reason>(i)) return false;
-  }
-  return std::size(kReasons) == static_cast<std::size_t>(Reason::kPassedOver) + 1;
-}(), "a row a reason, in their order");
+static_assert(
+    [] {
+      for (std::size_t i = 0; i < std::size(kReasons); ++i) {
+        if (kReasons[i].reason != static_cast<Reason>(i)) return false;
+      }
+      return std::size(kReasons) == static_cast<std::size_t>(Reason::kPassedOver) + 1;
+    }(),
+    "a row a reason, in their order");
 
 Reason ReasonOf(const LayerFacts& facts) {
   if (facts.whole_rest) return facts.hidden_rest ? Reason::kHiddenWholeRest : Reason::kWholeRest;
@@ -55,11 +57,14 @@ Reason ReasonOf(const LayerFacts& facts) {
 int Weight(Reason reason) {
   switch (reason) {
     case Reason::kWholeRest:
-    case Reason::kHiddenWholeRest: return 3;
+    case Reason::kHiddenWholeRest:
+      return 3;
     case Reason::kLooksWhole:
     case Reason::kRestBesideGrace:
-    case Reason::kRestBesideOthers: return 2;
-    default: return 1;
+    case Reason::kRestBesideOthers:
+      return 2;
+    default:
+      return 1;
   }
 }
 
@@ -67,9 +72,10 @@ Verdict ExplainChange(const std::vector<Change>& changes, const std::vector<Laye
                       const Settings& settings) {
   const Change& first = changes.front();
   const bool shown = settings.layer_shown[first.layer];
-  const bool same_kind = std::all_of(changes.begin(), changes.end(),
-                                     [&](const Change& change) { return change.kind == first.kind; });
-  if (!same_kind || first.kind == ChangeKind::kOther) return {Outcome::kChanged, Reason::kOtherChange, first.layer, shown};
+  const bool same_kind =
+      std::all_of(changes.begin(), changes.end(), [&](const Change& change) { return change.kind == first.kind; });
+  if (!same_kind || first.kind == ChangeKind::kOther)
+    return {Outcome::kChanged, Reason::kOtherChange, first.layer, shown};
   if (first.kind == ChangeKind::kCleared) {
     return {Outcome::kCleared, ReasonOf(layers[static_cast<std::size_t>(first.layer)]), first.layer, shown};
   }

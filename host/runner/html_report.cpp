@@ -19,11 +19,20 @@ std::string Escaped(std::string_view text) {
   std::string escaped;
   for (const char letter : text) {
     switch (letter) {
-      case '&': escaped += "&amp;"; break;
-      case '<': escaped += "&lt;"; break;
-      case '>': escaped += "&gt;"; break;
-      case '"': escaped += "&quot;"; break;
-      default: escaped += letter;
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      case '"':
+        escaped += "&quot;";
+        break;
+      default:
+        escaped += letter;
     }
   }
   return escaped;
@@ -41,14 +50,18 @@ std::string_view CellClass(const Verdict& verdict) {
   if (verdict.outcome != Outcome::kKept) return Name(verdict.outcome);
   switch (verdict.reason) {
     case Reason::kNothing:
-    case Reason::kMissing: return "none";
+    case Reason::kMissing:
+      return "none";
     case Reason::kWholeRest:
     case Reason::kHiddenWholeRest:
     case Reason::kLooksWhole:
     case Reason::kRestBesideGrace:
-    case Reason::kRestBesideOthers: return "rest";
-    case Reason::kPassedOver: return "refused";
-    default: return "music";
+    case Reason::kRestBesideOthers:
+      return "rest";
+    case Reason::kPassedOver:
+      return "refused";
+    default:
+      return "music";
   }
 }
 
@@ -85,7 +98,8 @@ std::string Grid(const Score& score, const ScoreReport& report) {
     }
     html += "</tr>\n";
   }
-  return html + "</tbody></table></div>\n<p class=\"told\" aria-live=\"polite\">Point at or tap a measure to read why.</p>\n";
+  return html +
+         "</tbody></table></div>\n<p class=\"told\" aria-live=\"polite\">Point at or tap a measure to read why.</p>\n";
 }
 
 // Each reason once, the most frequent first, with where it holds when that is short.
@@ -126,8 +140,7 @@ std::string Reasons(const Score& score, const ScoreReport& report) {
 
 std::string Pictures(const Score& score, const ScoreReport& report, const RunOptions& options) {
   if (report.changes.empty()) return {};
-  const Engraving engraving =
-      Engrave(score, score.WriteText(options.write), report.changes, options.pictures);
+  const Engraving engraving = Engrave(score, score.WriteText(options.write), report.changes, options.pictures);
   if (!engraving.trouble.empty()) {
     return "<p class=\"hint\">No pictures of the music: " + Escaped(engraving.trouble) +
            ". <code>scripts/install-verovio.sh</code> installs what draws them.</p>\n";
@@ -171,9 +184,10 @@ std::string HtmlFailure(const std::string& file, const std::string& error) {
 }
 
 std::string HtmlPage(const std::string& summary, const std::string& sections) {
-  return std::string("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-                     "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-                     "<title>Whole-measure rests</title>\n<style>\n") +
+  return std::string(
+             "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+             "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+             "<title>Whole-measure rests</title>\n<style>\n") +
          kReportStyle + "</style>\n</head>\n<body>\n<header><h1>Whole-measure rests</h1><p>" + Escaped(summary) +
          "</p></header>\n<main>\n" + sections + "</main>\n<script>\n" + kReportScript + "</script>\n</body>\n</html>\n";
 }

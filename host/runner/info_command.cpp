@@ -18,9 +18,21 @@ namespace fs = std::filesystem;
 using Json = nlohmann::ordered_json;
 
 constexpr const char* kInterfaceNames[] = {
-    "SonkelExtensionVersion", "SonkelExtensionInit", "SonkelExtensionEnumerate_UTF16", "SonkelExtensionInvoke",
-    "SonkelExtensionTerminate", "SonkelExtensionGetMenuStatus", "Ext_getversion", "Ext_init", "Ext_enumerate_UTF16",
-    "Ext_invoke", "Ext_terminate", "Ext_getmenustatus", "main", "SonkelVersion", "SokVersion",
+    "SonkelExtensionVersion",
+    "SonkelExtensionInit",
+    "SonkelExtensionEnumerate_UTF16",
+    "SonkelExtensionInvoke",
+    "SonkelExtensionTerminate",
+    "SonkelExtensionGetMenuStatus",
+    "Ext_getversion",
+    "Ext_init",
+    "Ext_enumerate_UTF16",
+    "Ext_invoke",
+    "Ext_terminate",
+    "Ext_getmenustatus",
+    "main",
+    "SonkelVersion",
+    "SokVersion",
 };
 
 // A text that the table lacks comes back as its key, a number or two of them.
@@ -68,7 +80,8 @@ Json Describe(const std::string& plugin) {
   }
   info["other_exports"] = Json::array();
   for (const std::string& name : ExportedNames(bundle.Executable())) {
-    const bool known = std::find(std::begin(kInterfaceNames), std::end(kInterfaceNames), name) != std::end(kInterfaceNames);
+    const bool known =
+        std::find(std::begin(kInterfaceNames), std::end(kInterfaceNames), name) != std::end(kInterfaceNames);
     if (!known) info["other_exports"].push_back(name);
   }
   info["alerts"] = session.alerts;
@@ -104,7 +117,8 @@ void AddInfoCommand(CLI::App& app, int&) {
   CLI::App& command = *app.add_subcommand("info", "Show what an extension bundle is and offers");
   const auto plugin = std::make_shared<std::string>();
   const auto json = std::make_shared<bool>(false);
-  command.add_option("BUNDLE", *plugin, "The extension bundle")->default_str("MeasureRests.bundle as built or installed");
+  command.add_option("BUNDLE", *plugin, "The extension bundle")
+      ->default_str("MeasureRests.bundle as built or installed");
   command.add_flag("--json", *json, "As JSON");
   command.footer("Example:\n  sokrun info MyExtension.bundle --json");
   command.callback([plugin, json] {

@@ -15,12 +15,13 @@ struct Topic {
   void (*print)(std::ostream&, const Score&);
 };
 
-constexpr Topic kTopics[] = {{"frames", PrintFrames}, {"records", PrintRecords}};
+constexpr Topic kTopics[] = {{"frames", PrintFrames}, {"records", PrintRecords}, {"texts", PrintTexts}};
 
 void PrintEntry(std::ostream& out, const FramePlace& place, std::size_t index, const EXENTRY& entry) {
   char line[160];
-  std::snprintf(line, sizeof line, "%7d %5d %5d %5zu %7d %8d  %-4s %08x ", place.measure, place.instrument, place.layer + 1,
-                index, entry.number, entry.duration, (entry.flags & kEntryIsNote) != 0 ? "note" : "rest", entry.flags);
+  std::snprintf(line, sizeof line, "%7d %5d %5d %5zu %7d %8d  %-4s %08x ", place.measure, place.instrument,
+                place.layer + 1, index, entry.number, entry.duration,
+                (entry.flags & kEntryIsNote) != 0 ? "note" : "rest", entry.flags);
   out << line;
   for (short note = 0; note < std::clamp<short>(entry.noteCount, 0, 12); ++note) {
     std::snprintf(line, sizeof line, " %d/%d", entry.notes[note].first, entry.notes[note].second);

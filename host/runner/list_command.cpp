@@ -14,7 +14,8 @@ void ListCommands(const std::string& plugin, bool json) {
   Session session;
   session.document = &document;
   const BundleSession bundle(plugin, session);
-  for (const std::string& alert : session.alerts) std::fprintf(stderr, "%s: alert: %s\n", plugin.c_str(), alert.c_str());
+  for (const std::string& alert : session.alerts)
+    std::fprintf(stderr, "%s: alert: %s\n", plugin.c_str(), alert.c_str());
   nlohmann::ordered_json rows = nlohmann::ordered_json::array();
   int number = 0;
   for (const ExtensionMenuItem& item : bundle.Commands()) {
@@ -35,7 +36,8 @@ void AddListCommand(CLI::App& app, int&) {
   CLI::App& command = *app.add_subcommand("list", "List the commands of an extension");
   const auto plugin = std::make_shared<std::string>();
   const auto json = std::make_shared<bool>(false);
-  command.add_option("BUNDLE,--plugin", *plugin, "The extension bundle")->default_str("MeasureRests.bundle as built or installed");
+  command.add_option("BUNDLE,--plugin", *plugin, "The extension bundle")
+      ->default_str("MeasureRests.bundle as built or installed");
   command.add_flag("--json", *json, "As JSON");
   command.footer("Examples:\n  sokrun list\n  sokrun list MyExtension.bundle");
   command.callback([plugin, json] { ListCommands(plugin->empty() ? DefaultPlugin() : *plugin, *json); });

@@ -1,9 +1,8 @@
 // fill, clear and run: the command line, one file or many, one report.
-#include <dlfcn.h>
-#include <unistd.h>
-
 #include <CoreFoundation/CoreFoundation.h>
 #include <SokPlatform.h>
+#include <dlfcn.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -75,7 +74,8 @@ void Understand(const RawOptions& raw, RunOptions& options) {
   if (!raw.staves.empty()) options.selection.staves = ParseRanges(raw.staves, "--staves");
   for (const std::string& hidden : raw.hide_layers) options.selection.hidden_layers.push_back(ParseHiddenLayer(hidden));
   for (const std::string& layers : raw.allow_hidden) {
-    for (const std::string_view layer : Split(layers, ',')) options.count_hidden[ParseLayer(layer, "--allow-hidden")] = true;
+    for (const std::string_view layer : Split(layers, ','))
+      options.count_hidden[ParseLayer(layer, "--allow-hidden")] = true;
   }
   options.read.hidden_rests_empty = raw.hidden_rests == "empty";
   options.read.cross_staff_drawn = raw.cross_staff == "drawn";
@@ -112,7 +112,8 @@ std::vector<std::string> PlanOutputs(const RunOptions& options, const std::vecto
   const bool nowhere = options.dry_run || options.check;
   if (outputs.front().empty() && stream && !nowhere) return {kStream};
   if (outputs.front().empty() && !nowhere) {
-    throw UsageError("say where the result goes: -o, --in-place or --output-dir; or look first with --dry-run or --check");
+    throw UsageError(
+        "say where the result goes: -o, --in-place or --output-dir; or look first with --dry-run or --check");
   }
   return outputs;
 }
@@ -148,14 +149,16 @@ class Collector {
   int Finish() {
     const std::string summary = Counted(files_, "file") + ": " + std::to_string(changed_) + " changed, " +
                                 std::to_string(files_ - changed_ - failed_) + " unchanged, " + std::to_string(failed_) +
-                                " failed; " + Counted(rests_in_, "rest") + " in, " + Counted(rests_out_, "rest") + " out";
+                                " failed; " + Counted(rests_in_, "rest") + " in, " + Counted(rests_out_, "rest") +
+                                " out";
     if (!options_.html.empty()) WriteFile(options_.html, HtmlPage(summary, html_));
     std::ostream& out = stdout_taken_ ? std::cerr : std::cout;
     if (options_.json) {
-      out << "{\"version\":1,\"command\":{\"plugin\":" << JsonString(options_.plugin) << ",\"number\":" << options_.command
-          << "},\n\"files\":[\n" << json_ << "\n],\n\"summary\":{\"files\":" << files_ << ",\"changed\":" << changed_
-          << ",\"unchanged\":" << files_ - changed_ - failed_ << ",\"failed\":" << failed_ << ",\"rests_in\":" << rests_in_
-          << ",\"rests_out\":" << rests_out_ << "}}\n";
+      out << "{\"version\":1,\"command\":{\"plugin\":" << JsonString(options_.plugin)
+          << ",\"number\":" << options_.command << "},\n\"files\":[\n"
+          << json_ << "\n],\n\"summary\":{\"files\":" << files_ << ",\"changed\":" << changed_
+          << ",\"unchanged\":" << files_ - changed_ - failed_ << ",\"failed\":" << failed_
+          << ",\"rests_in\":" << rests_in_ << ",\"rests_out\":" << rests_out_ << "}}\n";
     } else if (files_ > 1 && !options_.quiet) {
       out << summary << '\n';
     }
@@ -202,51 +205,90 @@ void AddSelectionOptions(CLI::App& command, RawOptions& raw, RunOptions& options
   command.add_option("--numbers", raw.numbers, "Measures by printed number: 3-8 or X1")->group("Selection")->take_all();
   command.add_option("--staves", raw.staves, "Staves from the top of the score: 1,3-4")->group("Selection");
   command.add_option("--parts", options.selection.parts, "Parts by name, abbreviation or id; may be repeated")
-      ->group("Selection")->allow_extra_args(false);
-  command.add_option("--hide-layer", raw.hide_layers, "N or N:STAVES. The host reports this layer (1-4) as hidden, there or everywhere")
-      ->group("Selection")->allow_extra_args(false);
-  command.add_option("--allow-hidden", raw.allow_hidden, "Layers (1-4) whose music does not count while they are hidden")
-      ->group("Selection")->allow_extra_args(false);
+      ->group("Selection")
+      ->allow_extra_args(false);
+  command
+      .add_option("--hide-layer", raw.hide_layers,
+                  "N or N:STAVES. The host reports this layer (1-4) as hidden, there or everywhere")
+      ->group("Selection")
+      ->allow_extra_args(false);
+  command
+      .add_option("--allow-hidden", raw.allow_hidden, "Layers (1-4) whose music does not count while they are hidden")
+      ->group("Selection")
+      ->allow_extra_args(false);
 }
 
 void AddReadingOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
-  command.add_option("--hidden-rests", raw.hidden_rests, "A lone full rest that is not printed is an `entry` or `empty`")
-      ->check(CLI::IsMember({"entry", "empty"}))->capture_default_str()->group("Reading and writing");
-  command.add_option("--cross-staff", raw.cross_staff, "Notes live on the `home` staff of their voice, or where they are `drawn`")
-      ->check(CLI::IsMember({"home", "drawn"}))->capture_default_str()->group("Reading and writing");
-  command.add_flag("--keep-fermatas", options.write.keep_fermatas, "A fermata on a rest that goes moves to the barline")
+  command
+      .add_option("--hidden-rests", raw.hidden_rests, "A lone full rest that is not printed is an `entry` or `empty`")
+      ->check(CLI::IsMember({"entry", "empty"}))
+      ->capture_default_str()
+      ->group("Reading and writing");
+  command
+      .add_option("--cross-staff", raw.cross_staff,
+                  "Notes live on the `home` staff of their voice, or where they are `drawn`")
+      ->check(CLI::IsMember({"home", "drawn"}))
+      ->capture_default_str()
+      ->group("Reading and writing");
+  command
+      .add_flag("--keep-fermatas", options.write.keep_fermatas, "A fermata on a rest that goes moves to the barline")
       ->group("Reading and writing");
 }
 
 void AddOutputOptions(CLI::App& command, RunOptions& options) {
   constexpr const char* kGroup = "Output";
-  CLI::Option* const output = command.add_option("-o,--output", options.output, "Write the score here; - is stdout; may be the input itself")->group(kGroup);
-  CLI::Option* const in_place = command.add_flag("-i,--in-place", options.in_place, "Write each score over its input")->group(kGroup);
-  CLI::Option* const folder = command.add_option("--output-dir", options.output_folder, "Write the scores into this folder, under their own names")->group(kGroup);
-  command.add_flag("--backup", options.backup, "Keep each original beside it, as NAME.bak")->needs(in_place)->group(kGroup);
-  CLI::Option* const dry_run = command.add_flag("-n,--dry-run", options.dry_run, "Write nothing; print what would change as a unified diff")->group(kGroup);
-  CLI::Option* const check = command.add_flag("--check", options.check, "Write nothing; exit 3 when something would change")->group(kGroup);
+  CLI::Option* const output =
+      command.add_option("-o,--output", options.output, "Write the score here; - is stdout; may be the input itself")
+          ->group(kGroup);
+  CLI::Option* const in_place =
+      command.add_flag("-i,--in-place", options.in_place, "Write each score over its input")->group(kGroup);
+  CLI::Option* const folder =
+      command
+          .add_option("--output-dir", options.output_folder, "Write the scores into this folder, under their own names")
+          ->group(kGroup);
+  command.add_flag("--backup", options.backup, "Keep each original beside it, as NAME.bak")
+      ->needs(in_place)
+      ->group(kGroup);
+  CLI::Option* const dry_run =
+      command.add_flag("-n,--dry-run", options.dry_run, "Write nothing; print what would change as a unified diff")
+          ->group(kGroup);
+  CLI::Option* const check =
+      command.add_flag("--check", options.check, "Write nothing; exit 3 when something would change")->group(kGroup);
   in_place->excludes(output)->excludes(folder);
   folder->excludes(output);
-  for (CLI::Option* const nothing_written : {dry_run, check}) nothing_written->excludes(output)->excludes(in_place)->excludes(folder);
+  for (CLI::Option* const nothing_written : {dry_run, check})
+    nothing_written->excludes(output)->excludes(in_place)->excludes(folder);
   command.add_option("-j,--jobs", options.jobs, "Work on this many files at a time; 0: one a processor")
-      ->check(CLI::Range(0, 1024))->capture_default_str()->group(kGroup);
+      ->check(CLI::Range(0, 1024))
+      ->capture_default_str()
+      ->group(kGroup);
 }
 
 void AddReportOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
   constexpr const char* kGroup = "Report";
-  CLI::Option* const quiet = command.add_flag("-q,--quiet", options.quiet, "Say nothing but errors and alerts")->group(kGroup);
+  CLI::Option* const quiet =
+      command.add_flag("-q,--quiet", options.quiet, "Say nothing but errors and alerts")->group(kGroup);
   CLI::Option* const json = command.add_flag("--json", options.json, "Report as JSON")->excludes(quiet)->group(kGroup);
   command.get_option("--dry-run")->excludes(json);
-  command.add_flag("--only-changed", options.only_changed, "Leave staff-measures that were kept out of the report")->group(kGroup);
-  CLI::Option* const html = command.add_option("--html", options.html, "Also write the report as a page to look at")->group(kGroup);
+  command.add_flag("--only-changed", options.only_changed, "Leave staff-measures that were kept out of the report")
+      ->group(kGroup);
+  CLI::Option* const html =
+      command.add_option("--html", options.html, "Also write the report as a page to look at")->group(kGroup);
   command.add_option("--pictures", options.pictures, "The most systems drawn on the page for one score")
-      ->needs(html)->check(CLI::Range(0, 10000))->capture_default_str()->group(kGroup);
-  command.add_flag("--trace", raw.trace, "Print every call of the host with its arguments and answer")->group("Extension");
-  command.add_flag("--trace-changed", raw.trace_changed, "The same for changed staff-measures only")->group("Extension");
+      ->needs(html)
+      ->check(CLI::Range(0, 10000))
+      ->capture_default_str()
+      ->group(kGroup);
+  command.add_flag("--trace", raw.trace, "Print every call of the host with its arguments and answer")
+      ->group("Extension");
+  command.add_flag("--trace-changed", raw.trace_changed, "The same for changed staff-measures only")
+      ->group("Extension");
   command.add_option("--without", options.without, "Keep a host function (SX_...) from the extension; may be repeated")
-      ->allow_extra_args(false)->group("Extension");
-  command.add_option("--plugin", options.plugin, "The extension bundle")->default_str("MeasureRests.bundle as built or installed")->group("Extension");
+      ->allow_extra_args(false)
+      ->group("Extension");
+  command.add_option("--plugin", options.plugin, "The extension bundle")
+      ->default_str("MeasureRests.bundle as built or installed")
+      ->group("Extension");
 }
 
 void AddCommand(CLI::App& app, int& exit_code, const std::string& name, const std::string& description, Purpose purpose,
@@ -258,7 +300,8 @@ void AddCommand(CLI::App& app, int& exit_code, const std::string& name, const st
   options->command = number;
   if (purpose == Purpose::kOther) {
     command.add_option("N", options->command, "The command's number, as `sokrun list` prints it")
-        ->required()->check(CLI::Range(0, 32767));
+        ->required()
+        ->check(CLI::Range(0, 32767));
   }
   command.add_option("IN", options->inputs, "Scores, folders of scores, or - for stdin")->required();
   AddSelectionOptions(command, *raw, *options);

@@ -67,7 +67,8 @@ std::string Invoke(const RunOptions& options, Score& score, const std::vector<In
                      Counted(count, "command") + (count > 0 ? ", from 0" : ""));
   }
   for (const Invocation& invocation : invocations) {
-    for (short layer = 0; layer < kLayers; ++layer) session.document->SetLayerShown(layer, invocation.layer_shown[layer]);
+    for (short layer = 0; layer < kLayers; ++layer)
+      session.document->SetLayerShown(layer, invocation.layer_shown[layer]);
     EREGION region = invocation.Region(*session.document);
     bundle.Invoke(options.command, &region);
   }
@@ -76,7 +77,8 @@ std::string Invoke(const RunOptions& options, Score& score, const std::vector<In
     report.warnings.push_back("the extension did not free " + Counted(session.frames_held, "frame"));
   }
   if (session.edits_open != 0 || session.mass_edits_open != 0) {
-    report.warnings.push_back("the extension did not end " + Counted(session.edits_open + session.mass_edits_open, "edit"));
+    report.warnings.push_back("the extension did not end " +
+                              Counted(session.edits_open + session.mass_edits_open, "edit"));
   }
   return bundle.Commands()[static_cast<std::size_t>(options.command)].texts[0];
 }

@@ -53,8 +53,10 @@ std::vector<Found> Scan(const Score& score) {
       for (short layer = 0; layer < kLayers; ++layer) {
         const LayerFacts facts = score.Facts(slot, measure, layer);
         const auto add = [&](Finding finding) { all.push_back({slot, measure, layer, finding}); };
-        if (facts.hidden_rest) add(kHiddenRest);
-        else if (facts.whole_rest) add(kBarRest);
+        if (facts.hidden_rest)
+          add(kHiddenRest);
+        else if (facts.whole_rest)
+          add(kBarRest);
         if (facts.looks_whole) add(kLookAlike);
         if (facts.surplus) add(kSurplusVoices);
         empty = empty && facts.entries == 0 && !facts.hidden_rest;
@@ -65,7 +67,8 @@ std::vector<Found> Scan(const Score& score) {
   return all;
 }
 
-Json ToJson(const std::string& file, const Score& score, const std::vector<Found>& all, const long (&counts)[kFindings]) {
+Json ToJson(const std::string& file, const Score& score, const std::vector<Found>& all,
+            const long (&counts)[kFindings]) {
   Json json = {{"file", file}, {"measures", score.measures().size()}, {"staves", score.staves().size()}};
   for (int i = 0; i < kFindings; ++i) json["counts"][kTexts[i].code] = counts[i];
   json["findings"] = Json::array();
@@ -76,7 +79,8 @@ Json ToJson(const std::string& file, const Score& score, const std::vector<Found
                                 {"layer", found.layer < 0 ? Json() : Json(found.layer + 1)},
                                 {"finding", kTexts[found.finding].code}});
   }
-  for (const Warning& warning : score.warnings()) json["warnings"].push_back({{"line", warning.line}, {"text", warning.text}});
+  for (const Warning& warning : score.warnings())
+    json["warnings"].push_back({{"line", warning.line}, {"text", warning.text}});
   return json;
 }
 
@@ -92,7 +96,8 @@ void Print(const std::string& file, const Score& score, const std::vector<Found>
   }
   text += file + ": " + Counted(static_cast<long>(score.measures().size()), "measure") + ", " +
           Counted(static_cast<long>(score.staves().size()), "staff");
-  for (int i = 0; i < kFindings; ++i) text += std::string(i == 0 ? ": " : ", ") + std::to_string(counts[i]) + " " + kTexts[i].plural;
+  for (int i = 0; i < kFindings; ++i)
+    text += std::string(i == 0 ? ": " : ", ") + std::to_string(counts[i]) + " " + kTexts[i].plural;
   std::cout << text << '\n';
 }
 
@@ -109,27 +114,34 @@ int ScanFiles(const ScanOptions& options) {
       for (const Warning& warning : score->warnings()) {
         if (!options.quiet) std::cerr << file << ":" << warning.line << ": " << warning.text << '\n';
       }
-      if (options.json) files.push_back(ToJson(file, *score, all, counts));
-      else Print(file, *score, all, counts, options.quiet);
+      if (options.json)
+        files.push_back(ToJson(file, *score, all, counts));
+      else
+        Print(file, *score, all, counts, options.quiet);
     } catch (const std::runtime_error& error) {
       std::cerr << "sokrun: " << error.what() << '\n';
       if (options.json) files.push_back({{"file", file}, {"error", error.what()}});
       exit_code = kExitBadInput;
     }
   }
-  if (options.json) std::cout << Json{{"version", 1}, {"files", files}}.dump(1, ' ', false, Json::error_handler_t::replace) << '\n';
+  if (options.json)
+    std::cout << Json{{"version", 1}, {"files", files}}.dump(1, ' ', false, Json::error_handler_t::replace) << '\n';
   return exit_code;
 }
 
 }  // namespace
 
 void AddScanCommand(CLI::App& app, int& exit_code) {
-  CLI::App& command = *app.add_subcommand("scan", "Look for empty measures, bar rests, look-alikes, hidden rests, surplus voices");
+  CLI::App& command =
+      *app.add_subcommand("scan", "Look for empty measures, bar rests, look-alikes, hidden rests, surplus voices");
   const auto options = std::make_shared<ScanOptions>();
   const auto cross_staff = std::make_shared<std::string>("home");
   command.add_option("IN", options->inputs, "Scores, folders of scores, or - for stdin")->required();
-  command.add_option("--cross-staff", *cross_staff, "Notes live on the `home` staff of their voice, or where they are `drawn`")
-      ->check(CLI::IsMember({"home", "drawn"}))->capture_default_str();
+  command
+      .add_option("--cross-staff", *cross_staff,
+                  "Notes live on the `home` staff of their voice, or where they are `drawn`")
+      ->check(CLI::IsMember({"home", "drawn"}))
+      ->capture_default_str();
   command.add_flag("--json", options->json, "As JSON");
   command.add_flag("-q,--quiet", options->quiet, "Only a line of counts for every score");
   command.footer("Examples:\n  sokrun scan song.mxl\n  sokrun scan scores/ --quiet");

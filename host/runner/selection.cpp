@@ -140,7 +140,8 @@ std::vector<NumberRange> ParseRanges(std::string_view text, std::string_view opt
   for (const std::string_view item : Split(text, ',')) {
     const auto range = ParseRange(Trimmed(item));
     if (!range) {
-      throw UsageError(std::string(option) + ": \"" + std::string(item) + "\" is no number from 1 to 32767 and no range such as 3-8");
+      throw UsageError(std::string(option) + ": \"" + std::string(item) +
+                       "\" is no number from 1 to 32767 and no range such as 3-8");
     }
     ranges.push_back(*range);
   }
@@ -182,9 +183,8 @@ std::vector<Invocation> PlanInvocations(const Score& score, const Selection& sel
   ChooseByPart(slots, score, selection.parts);
 
   const auto same_layers_hidden = [&](short left, short right) {
-    return std::all_of(selection.hidden_layers.begin(), selection.hidden_layers.end(), [&](const HiddenLayer& hidden) {
-      return HiddenOn(hidden, left) == HiddenOn(hidden, right);
-    });
+    return std::all_of(selection.hidden_layers.begin(), selection.hidden_layers.end(),
+                       [&](const HiddenLayer& hidden) { return HiddenOn(hidden, left) == HiddenOn(hidden, right); });
   };
   const std::vector<NumberRange> slot_runs = Runs(slots, same_layers_hidden);
   std::vector<Invocation> invocations;

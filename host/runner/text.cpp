@@ -70,8 +70,8 @@ std::size_t DisplayWidth(std::string_view text) {
     const auto byte = static_cast<unsigned char>(text[i]);
     const bool follows = (byte & 0xC0) == 0x80;
     // U+0300 to U+036F, the combining marks that names are written with: 0xCC and the first half of 0xCD.
-    const bool combining = byte == 0xCC ||
-                           (byte == 0xCD && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xB0);
+    const bool combining =
+        byte == 0xCC || (byte == 0xCD && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xB0);
     if (!follows && !combining) ++width;
   }
   return width;
