@@ -138,6 +138,22 @@ std::string Reasons(const Score& score, const ScoreReport& report) {
   return html + "</ul>\n";
 }
 
+// "Measures 9-16 (printed 8-15)".
+std::string Heading(const Score& score, const Range& measures) {
+  if (measures.first == measures.last) {
+    std::string label = MeasureLabel(score, measures.first);
+    label.front() = 'M';
+    return label;
+  }
+  const auto number = [&score](short measure) {
+    return score.measures()[static_cast<std::size_t>(measure - 1)].number;
+  };
+  const std::string first = number(measures.first), last = number(measures.last);
+  const bool same = first == std::to_string(measures.first) && last == std::to_string(measures.last);
+  return "Measures " + RangeText(measures.first, measures.last) +
+         (same || first.empty() || last.empty() ? "" : " (printed " + first + "-" + last + ")");
+}
+
 std::string Pictures(const Score& score, const ScoreReport& report, const RunOptions& options) {
   if (report.changes.empty()) return {};
   const Engraving engraving = Engrave(score, score.WriteText(options.write), report.changes, options.pictures);
@@ -147,7 +163,7 @@ std::string Pictures(const Score& score, const ScoreReport& report, const RunOpt
   }
   std::string html;
   for (const SystemPicture& system : engraving.systems) {
-    html += "<section class=\"system\"><h3>Measures " + RangeText(system.measures.first, system.measures.last) +
+    html += "<section class=\"system\"><h3>" + Escaped(Heading(score, system.measures)) +
             "</h3>\n<figure><figcaption>before</figcaption><div class=\"music\">" + system.before +
             "</div></figure>\n<figure><figcaption>after</figcaption><div class=\"music\">" + system.after +
             "</div></figure></section>\n";

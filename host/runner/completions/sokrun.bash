@@ -1,0 +1,44 @@
+# bash completion for sokrun
+
+_sokrun_scores() {
+  compopt -o filenames 2>/dev/null
+  local IFS=$'\n'
+  COMPREPLY=($(compgen -d -- "$1") $(compgen -f -- "$1" | grep -iE '\.(musicxml|xml|mxl)$'))
+}
+
+_sokrun_bundles() {
+  compopt -o filenames 2>/dev/null
+  local IFS=$'\n'
+  COMPREPLY=($(compgen -d -- "$1"))
+}
+
+_sokrun() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
+  if ((COMP_CWORD == 1)); then
+    COMPREPLY=($(compgen -W "fill clear run list info validate scan inspect records texts shapes --help --version" -- "$current"))
+    return
+  fi
+  case $previous in
+    --hidden-rests) COMPREPLY=($(compgen -W "entry empty" -- "$current")) && return ;;
+    --cross-staff) COMPREPLY=($(compgen -W "home drawn" -- "$current")) && return ;;
+    --plugin) _sokrun_bundles "$current" && return ;;
+    -o | --output | --html) compopt -o filenames 2>/dev/null; COMPREPLY=($(compgen -f -- "$current")) && return ;;
+    --output-dir) _sokrun_bundles "$current" && return ;;
+    --measures | --numbers | --staves | --parts | --hide-layer | --allow-hidden | --without | -j | --jobs | --pictures) return ;;
+  esac
+  if [[ $current == -* ]]; then
+    # What the command itself says it understands.
+    COMPREPLY=($(compgen -W "$("${COMP_WORDS[0]}" "$command" --help 2>/dev/null | grep -oE -e '(^|[ ,])--?[a-z][a-z-]*' | tr -d ' ,')" -- "$current"))
+    return
+  fi
+  case $command in
+    list | info | validate) _sokrun_bundles "$current" ;;
+    inspect)
+      _sokrun_scores "$current"
+      ((COMP_CWORD > 2)) && COMPREPLY+=($(compgen -W "frames records texts shapes" -- "$current"))
+      ;;
+    *) _sokrun_scores "$current" ;;
+  esac
+}
+
+complete -F _sokrun sokrun

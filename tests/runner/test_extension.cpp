@@ -1,0 +1,39 @@
+// An extension whose commands do what hosts should survive and report.
+#include <cstdlib>
+
+#include "SokExtShared/SokEDK/Source/extension/extension.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/frame_access.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
+
+namespace {
+
+short Crash(const EREGION& region, short) {
+  // Only where the score has a second measure, so that other files of a batch go on.
+  if (region.end.measure > 1) std::abort();
+  return 0;
+}
+
+short LeakAndTalk(const EREGION& region, short) {
+  SX_LoadTGF(0, region.start.slot, region.start.measure, 0, 1, kInterfaceVersion);
+  SX_AlertMessage(nullptr, 0, 0, "a word from the extension", kInterfaceVersion);
+  return 0;
+}
+
+short AddRests(const EREGION& region, short) {
+  EXTGF2005a* const frame = SX_LoadTGF(0, region.start.slot, region.start.measure, 0, 1, kInterfaceVersion);
+  if (frame == nullptr) return 0;
+  SX_InsertEXENTRY(frame, 0, 2, kInterfaceVersion);
+  for (short i = 0; i < 2; ++i) {
+    frame->entries[i].duration = 1024;
+    frame->entries[i].flags = kEntryLegal;
+  }
+  SX_SaveTGF(frame, kInterfaceVersion);
+  SX_FreeTGF(frame, kInterfaceVersion);
+  return 1;
+}
+
+constexpr ExtensionCommand kCommands[] = {{30000, Crash}, {30003, LeakAndTalk}, {30006, AddRests}};
+
+}  // namespace
+
+const Extension kExtension = {kCommands, 3, 30009};
