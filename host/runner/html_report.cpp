@@ -155,7 +155,7 @@ std::string Heading(const Score& score, const Range& measures) {
 }
 
 std::string Pictures(const Score& score, const ScoreReport& report, const RunOptions& options) {
-  if (report.changes.empty()) return {};
+  if (report.changes.empty() || !report.error.empty()) return {};
   const Engraving engraving = Engrave(score, score.WriteText(options.write), report.changes, options.pictures);
   if (!engraving.trouble.empty()) {
     return "<p class=\"hint\">No pictures of the music: " + Escaped(engraving.trouble) +
@@ -190,6 +190,7 @@ std::string HtmlSection(const Score& score, const ScoreReport& report, const Run
                      "</b> rests in</span><span><b>" + std::to_string(report.RestsOut()) +
                      "</b> rests out</span><span><b>" + std::to_string(report.selected - report.changed) + "</b> of " +
                      std::to_string(report.selected) + " staff-measures kept</span></p>\n";
+  if (!report.error.empty()) html += "<p class=\"error\">" + Escaped(report.error) + "</p>\n";
   html += Grid(score, report) + Reasons(score, report) + List("Alerts", report.alerts) +
           List("Warnings", report.warnings) + Pictures(score, report, options);
   return html + "</article>\n";

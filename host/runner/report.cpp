@@ -47,6 +47,7 @@ std::string Summary(const ScoreReport& report) {
   const std::string reasons = KeptReasons(report);
   if (!reasons.empty()) text += " (" + reasons + ")";
   if (!report.written.empty()) text += " -> " + (report.written == "-" ? "stdout" : report.written);
+  if (!report.error.empty()) text += "; not written";
   return text;
 }
 
@@ -94,7 +95,8 @@ std::string JsonString(const std::string& text) { return Dump(Json(text)); }
 std::string ReportJson(const Score& score, const ScoreReport& report) {
   Json head;
   head["file"] = report.file;
-  head["status"] = report.changed > 0 ? "changed" : "unchanged";
+  head["status"] = !report.error.empty() ? "failed" : report.changed > 0 ? "changed" : "unchanged";
+  if (!report.error.empty()) head["error"] = report.error;
   head["written"] = report.written.empty() ? Json() : Json(report.written);
   head["measures"] = score.measures().size();
   for (const Staff& staff : score.staves()) {

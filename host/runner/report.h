@@ -19,6 +19,7 @@ struct ReportCell {
 struct ScoreReport {
   std::string file;
   std::string written;  // where the result went; empty: nowhere
+  std::string error;    // why the result could not be written; empty when it could
   std::string title;    // the command's name in the menu
   Purpose purpose = Purpose::kOther;
   std::vector<Change> changes;

@@ -202,7 +202,9 @@ int RunFiles(const RunOptions& options) {
 
 void AddSelectionOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
   command.add_option("--measures", raw.measures, "Measures by position from 1: 3-8,12,20-")->group("Selection");
-  command.add_option("--numbers", raw.numbers, "Measures by printed number: 3-8 or X1")->group("Selection")->take_all();
+  command.add_option("--numbers", raw.numbers, "Measures by printed number: 3-8 or X1")
+      ->group("Selection")
+      ->allow_extra_args(false);
   command.add_option("--staves", raw.staves, "Staves from the top of the score: 1,3-4")->group("Selection");
   command.add_option("--parts", options.selection.parts, "Parts by name, abbreviation or id; may be repeated")
       ->group("Selection")

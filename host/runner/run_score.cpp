@@ -169,7 +169,13 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   FillCells(options, *score, invocations, report);
 
   FileResult result;
-  const std::string diff = Deliver(options, input, output, *score, report);
+  std::string diff;
+  try {
+    diff = Deliver(options, input, output, *score, report);
+  } catch (const ScoreError& error) {
+    report.error = error.what();  // the report still says what the extension did
+    result.exit_code = kExitBadInput;
+  }
   result.changed = report.changed > 0;
   result.rests_in = report.RestsIn();
   result.rests_out = report.RestsOut();
@@ -185,6 +191,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   const bool stdout_taken = options.dry_run || output == kStream;
   result.out = stdout_taken ? diff : text;
   if (stdout_taken) result.err += text;
+  if (!report.error.empty()) result.err += "sokrun: " + report.error + "\n";
   return result;
 }
 

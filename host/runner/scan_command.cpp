@@ -112,7 +112,9 @@ int ScanFiles(const ScanOptions& options) {
       long counts[kFindings] = {};
       for (const Found& found : all) ++counts[found.finding];
       for (const Warning& warning : score->warnings()) {
-        if (!options.quiet) std::cerr << file << ":" << warning.line << ": " << warning.text << '\n';
+        if (options.quiet) continue;
+        std::cerr << file << ": " << (warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "")
+                  << warning.text << '\n';
       }
       if (options.json)
         files.push_back(ToJson(file, *score, all, counts));

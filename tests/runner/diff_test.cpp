@@ -59,7 +59,7 @@ TEST(Diff, SaysWhatPatchUnderstands) {
 // Random texts of few different lines, so that equal lines stand everywhere, with and without measures to hold on to.
 TEST(Diff, AppliedToTheFirstTextGivesTheSecond) {
   std::mt19937 random(20);
-  const auto number = [&random](unsigned int below) { return random() % below; };
+  const auto number = [&random](unsigned int below) { return static_cast<unsigned int>(random() % below); };
   const char* const kLines[] = {"<note>\n", "</note>\n", "<rest/>\r\n", "<measure>\n", "</measure>\n"};
   for (int round = 0; round < 500; ++round) {
     std::string before, after;

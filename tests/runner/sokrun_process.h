@@ -31,10 +31,10 @@ struct Ended {
 };
 
 struct Surroundings {
-  std::string input;                     // on stdin
-  std::vector<std::string> environment;  // "NAME=value", beside what the test has
-  long largest_file = 0;                 // bytes; 0: no limit. What goes beyond ends the process by SIGXFSZ …
-  bool ignore_limit_signal = false;      // … or makes the write fail
+  std::string input = {};                     // on stdin
+  std::vector<std::string> environment = {};  // "NAME=value", beside what the test has
+  long largest_file = 0;                      // bytes; 0: no limit. What goes beyond ends the process by SIGXFSZ …
+  bool ignore_limit_signal = false;           // … or makes the write fail
 };
 
 Ended Sokrun(const std::vector<std::string>& arguments, const Surroundings& surroundings = {});
