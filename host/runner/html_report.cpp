@@ -139,7 +139,7 @@ std::string Reasons(const Score& score, const ScoreReport& report) {
 }
 
 // "Measures 9-16 (printed 8-15)".
-std::string Heading(const Score& score, const Range& measures) {
+std::string Heading(const Score& score, const NumberRange& measures) {
   if (measures.first == measures.last) {
     std::string label = MeasureLabel(score, measures.first);
     label.front() = 'M';

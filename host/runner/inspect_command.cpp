@@ -15,7 +15,8 @@ struct Topic {
   void (*print)(std::ostream&, const Score&);
 };
 
-constexpr Topic kTopics[] = {{"frames", PrintFrames}, {"records", PrintRecords}, {"texts", PrintTexts}};
+constexpr Topic kTopics[] = {
+    {"frames", PrintFrames}, {"records", PrintRecords}, {"texts", PrintTexts}, {"shapes", PrintShapes}};
 
 void PrintEntry(std::ostream& out, const FramePlace& place, std::size_t index, const EXENTRY& entry) {
   char line[160];

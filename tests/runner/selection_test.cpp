@@ -7,10 +7,10 @@
 
 namespace {
 
-using sok::Range;
+using sok::NumberRange;
 
 TEST(Selection, RangesAreReadStrictly) {
-  const std::pair<const char*, std::vector<Range>> kGood[] = {
+  const std::pair<const char*, std::vector<NumberRange>> kGood[] = {
       {"7", {{7, 7}}},
       {"3-8,12", {{3, 8}, {12, 12}}},
       {" 2 , 1", {{2, 2}, {1, 1}}},
@@ -27,7 +27,7 @@ TEST(Selection, RangesAreReadStrictly) {
 TEST(Selection, LayersCountFromOne) {
   const sok::HiddenLayer hidden = sok::ParseHiddenLayer("2:1,3-4");
   EXPECT_EQ(hidden.layer, 1);
-  EXPECT_EQ(hidden.staves, (std::vector<Range>{{1, 1}, {3, 4}}));
+  EXPECT_EQ(hidden.staves, (std::vector<NumberRange>{{1, 1}, {3, 4}}));
   for (const char* const bad : {"0", "5", "", ":", "1:", "1:x", "1,2"}) {
     EXPECT_THROW(sok::ParseHiddenLayer(bad), sok::UsageError) << bad;
   }
