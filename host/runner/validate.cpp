@@ -12,8 +12,6 @@
 namespace sok {
 namespace {
 
-constexpr std::size_t kMostRefusals = 400;  // of one command; spread evenly when it makes more calls
-
 constexpr CheckKind kCommandKinds[] = {
     {"frames", "every frame of the host is freed once"},
     {"edits", "edits and mass edits are closed"},
@@ -48,9 +46,9 @@ struct Check {
 struct Answer {
   std::string failure;
   int commands = 0;
-  std::vector<std::string> calls, looked_up;  // only of checks without a fault
+  std::vector<std::string> calls;
 
-  NLOHMANN_DEFINE_TYPE_INTRUSIVE(Answer, failure, commands, calls, looked_up)
+  NLOHMANN_DEFINE_TYPE_INTRUSIVE(Answer, failure, commands, calls)
 };
 
 class Validation {
@@ -95,24 +93,35 @@ class Validation {
       plan.push_back(Planned("frames", command, "", {}, FrameFault));
       plan.push_back(Planned("edits", command, "", {}, EditFault));
     }
-    const std::vector<Answer> sound = RunAll(plan);
+    const std::vector<Answer> answers = RunAll(plan);
     plan.clear();
+    std::vector<int> sound;
     for (int command = 0; command < commands; ++command) {
-      const Answer* const answers = &sound[2 * static_cast<std::size_t>(command)];
-      if (answers[0].failure.empty() && answers[1].failure.empty()) PlanFaults(command, answers[0], plan);
+      const Answer* const own = &answers[2 * static_cast<std::size_t>(command)];
+      if (!own[0].failure.empty() || !own[1].failure.empty()) continue;
+      sound.push_back(command);
+      PlanFaults(command, own[0], plan);
     }
+    if (Wanted("missing") && !sound.empty()) PlanMissing(sound, plan);
     RunAll(plan);
   }
 
-  // Hiding an entry point that a command does not ask for would change nothing.
-  void PlanFaults(int command, const Answer& sound, std::vector<Check>& plan) const {
-    if (Wanted("missing")) {
-      for (const std::string& name : sound.looked_up) {
-        plan.push_back(Planned("missing", command, " without " + name, {.hidden = name}, AnyFault));
-      }
+  // Each entry point is missed by all commands in one process.
+  static void PlanMissing(const std::vector<int>& commands, std::vector<Check>& plan) {
+    for (const std::string& name : EntryPointNames()) {
+      plan.push_back({"missing", "without " + name, {.hidden = name}, [commands](CheckHost& host) {
+                        for (const int command : commands) {
+                          const std::string fault = AnyFault(host, command);
+                          if (!fault.empty()) return "command " + std::to_string(command) + " " + fault;
+                        }
+                        return std::string();
+                      }});
     }
-    const std::size_t refusals = Wanted("failing") ? std::min(sound.calls.size(), kMostRefusals) : 0;
-    for (std::size_t i = 0; i < refusals; ++i) {
+  }
+
+  void PlanFaults(int command, const Answer& sound, std::vector<Check>& plan) const {
+    const std::size_t refusals = std::min(sound.calls.size(), static_cast<std::size_t>(options_.refusals));
+    for (std::size_t i = 0; Wanted("failing") && i < refusals; ++i) {
       const std::size_t call = i * sound.calls.size() / refusals;
       const std::string name = ", call " + std::to_string(call) + " (" + sound.calls[call] + ") refused";
       plan.push_back(Planned("failing", command, name, {.refused_call = static_cast<long>(call)}, AnyFault));
@@ -132,7 +141,6 @@ class Validation {
       answer.failure = check.run(host);
       answer.commands = static_cast<int>(host.extension.Commands().size());
       answer.calls = host.watch.calls();
-      answer.looked_up.assign(HostWatch::looked_up().begin(), HostWatch::looked_up().end());
     } catch (const std::exception& error) {
       answer.failure = error.what();
     }

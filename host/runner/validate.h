@@ -13,8 +13,9 @@ struct ValidateOptions {
   std::string plugin;
   std::vector<std::string> kinds;  // the kinds of check to run; empty: all
   unsigned int seed = 0;
-  int rounds = 24;   // of random answers, a command
-  int seconds = 10;  // that a check may take
+  int rounds = 24;        // of random answers, a command
+  int refusals = 100000;  // of calls, a command; spread evenly where it makes more
+  int seconds = 10;       // that a check may take
   int jobs = 1;
 };
 

@@ -97,6 +97,9 @@ void AddValidateCommand(CLI::App& app, int& exit_code) {
   validate.add_option("--rounds", options.rounds, "Of random answers, for each command")
       ->check(CLI::Range(0, 100000))
       ->capture_default_str();
+  validate.add_option("--refusals", options.refusals, "Of calls, for each command; spread evenly where it makes more")
+      ->check(CLI::Range(1, 1000000))
+      ->capture_default_str();
   validate.add_option("--timeout", options.seconds, "Seconds that one check may take")
       ->check(CLI::Range(1, 3600))
       ->capture_default_str();

@@ -4,7 +4,6 @@
 #include <map>
 #include <optional>
 #include <random>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -27,9 +26,8 @@ class HostWatch : public CallObserver {
  public:
   explicit HostWatch(const HostFault& fault);
 
-  // The names of the calls so far, in order, refused ones too; of all entry points looked up, whether there or not.
+  // The names of the calls so far, in order, refused ones too.
   const std::vector<std::string>& calls() const { return calls_; }
-  static const std::set<std::string>& looked_up();
 
   // What is wrong with frames, or with edits, once a command has returned; empty when nothing is. A call that the host
   // refuses counts as made: an extension can do no more.

@@ -27,7 +27,7 @@ class SoundExtension : public testing::TestWithParam<const char*> {};
 
 // A validator that finds faults where there are none is worth as little as one that finds none.
 TEST_P(SoundExtension, PassesEveryCheck) {
-  const Outcome outcome = Validate(std::string(GetParam()) + " --json --seed 3");
+  const Outcome outcome = Validate(std::string(GetParam()) + " --json --seed 3 --refusals 150");
   EXPECT_EQ(outcome.status, 0) << outcome.out;
   const auto report = nlohmann::json::parse(outcome.out);
   EXPECT_TRUE(report["passed"]);
