@@ -65,23 +65,27 @@ const FaultCase kFaultCases[] = {
     {"RANDOM", {"random"}, "the process that ran the extension", "--rounds 100 --seed 5"},
 };
 
-TEST(Validate, EachFaultFailsAtItsCheck) {
-  for (const FaultCase& c : kFaultCases) {
-    SCOPED_TRACE(c.bundle);
-    const Outcome outcome =
-        Validate(std::string(FAULTY_BUNDLES "/faulty_") + c.bundle + ".bundle --json --only-failed " + c.options);
-    EXPECT_EQ(outcome.status, 1);
-    const auto report = nlohmann::json::parse(outcome.out);
-    std::set<std::string> kinds;
-    for (const auto& check : report["checks"]) {
-      EXPECT_FALSE(check["passed"]);
-      kinds.insert(check["check"]);
-    }
-    EXPECT_EQ(kinds, c.kinds) << outcome.out;
-    ASSERT_FALSE(report["checks"].empty());
-    EXPECT_NE(report["checks"][0]["failure"].get<std::string>().find(c.message), std::string::npos) << outcome.out;
+void PrintTo(const FaultCase& c, std::ostream* out) { *out << c.bundle; }
+
+class FaultyExtension : public testing::TestWithParam<FaultCase> {};
+
+TEST_P(FaultyExtension, FailsAtItsCheckAlone) {
+  const FaultCase& c = GetParam();
+  const std::string bundle = std::string(FAULTY_BUNDLES "/faulty_") + c.bundle + ".bundle";
+  const Outcome outcome = Validate(bundle + " --json --only-failed " + c.options);
+  EXPECT_EQ(outcome.status, 1);
+  const auto report = nlohmann::json::parse(outcome.out);
+  std::set<std::string> kinds;
+  for (const auto& check : report["checks"]) {
+    EXPECT_FALSE(check["passed"]);
+    kinds.insert(check["check"]);
   }
+  EXPECT_EQ(kinds, c.kinds) << outcome.out;
+  ASSERT_FALSE(report["checks"].empty());
+  EXPECT_NE(report["checks"][0]["failure"].get<std::string>().find(c.message), std::string::npos) << outcome.out;
 }
+INSTANTIATE_TEST_SUITE_P(Validate, FaultyExtension, testing::ValuesIn(kFaultCases),
+                         [](const auto& c) { return std::string(c.param.bundle); });
 
 // Options that select nothing, and bundles that are not there, must not look like success.
 TEST(Validate, NothingCheckedIsAFailure) {
