@@ -58,7 +58,7 @@ const FaultCase kFaultCases[] = {
     {"KEPT_FRAME", {"frames"}, "keeps 1 of the host's frames; one of them was loaded with (0 1 1 0 1)"},
     {"FREED_TWICE", {"frames"}, "frees a frame that it does not hold"},
     {"OPEN_EDIT", {"edits"}, "opens 1 edits and closes 0"},
-    {"HANG", {"edits", "frames"}, "longer than it may", "--rounds 0 --timeout 1"},
+    {"HANG", {"edits", "frames"}, "longer than it may", "--rounds 0 --timeout 3"},
     {"EXIT", {"edits", "frames"}, "ended the process"},
     {"MISSING", {"failing", "missing"}, "the process that ran the extension"},
     {"REFUSED", {"failing", "missing"}, "keeps 1 of the host's frames"},
