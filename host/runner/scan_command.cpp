@@ -20,15 +20,15 @@ enum Finding { kEmpty, kBarRest, kLookAlike, kHiddenRest, kSurplusVoices, kFindi
 struct FindingText {
   const char* code;
   const char* text;
-  const char* plural;
+  const char* noun;  // in the line of counts
 };
 
 constexpr FindingText kTexts[kFindings] = {
-    {"empty", "empty measure", "empty measures"},
-    {"bar-rest", "lone bar rest", "lone bar rests"},
-    {"look-alike", "look-alike rest: a real rest as long as the measure", "look-alike rests"},
-    {"hidden-rest", "hidden rest: a bar rest that is not printed", "hidden rests"},
-    {"surplus-voices", "surplus voices: more than there are layers", "surplus voices"},
+    {"empty", "empty measure", "empty measure"},
+    {"bar-rest", "lone bar rest", "lone bar rest"},
+    {"look-alike", "look-alike rest: a real rest as long as the measure", "look-alike rest"},
+    {"hidden-rest", "hidden rest: a bar rest that is not printed", "hidden rest"},
+    {"surplus-voices", "surplus voices: more than there are layers", "surplus voice"},
 };
 
 struct Found {
@@ -96,8 +96,7 @@ void Print(const std::string& file, const Score& score, const std::vector<Found>
   }
   text += file + ": " + Counted(static_cast<long>(score.measures().size()), "measure") + ", " +
           Counted(static_cast<long>(score.staves().size()), "staff");
-  for (int i = 0; i < kFindings; ++i)
-    text += std::string(i == 0 ? ": " : ", ") + std::to_string(counts[i]) + " " + kTexts[i].plural;
+  for (int i = 0; i < kFindings; ++i) text += std::string(i == 0 ? ": " : ", ") + Counted(counts[i], kTexts[i].noun);
   std::cout << text << '\n';
 }
 
