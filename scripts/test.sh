@@ -26,6 +26,6 @@ scripts/install-dependencies.sh
 run_stage release
 [ "${1:-}" = --quick ] && exit 0
 run_stage asan
-run_stage tsan "binding_test platform_threads_test" '^(Binding|PlatformThreads)'
+run_stage tsan "binding_test platform_bundle_test" '^(Binding|Bundle)\.'
 run_stage libcxx
 stage "all stages passed"
