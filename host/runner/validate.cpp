@@ -108,14 +108,17 @@ class Validation {
 
   // Each entry point is missed by all commands in one process.
   static void PlanMissing(const std::vector<int>& commands, std::vector<Check>& plan) {
+    const auto run = [commands](CheckHost& host) {
+      for (const int command : commands) {
+        const std::string fault = AnyFault(host, command);
+        if (!fault.empty()) return "command " + std::to_string(command) + " " + fault;
+      }
+      return std::string();
+    };
     for (const std::string& name : EntryPointNames()) {
-      plan.push_back({"missing", "without " + name, {.hidden = name}, [commands](CheckHost& host) {
-                        for (const int command : commands) {
-                          const std::string fault = AnyFault(host, command);
-                          if (!fault.empty()) return "command " + std::to_string(command) + " " + fault;
-                        }
-                        return std::string();
-                      }});
+      HostFault fault;
+      fault.hidden = name;
+      plan.push_back(Check{"missing", "without " + name, fault, run});
     }
   }
 
