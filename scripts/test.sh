@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test:
 #   release   g++, everything
-#   asan      g++, everything, under the address and undefined-behaviour sanitizers (leaks are errors)
+#   asan      g++, all but the tests of whole sokrun runs, under the address and undefined-behaviour sanitizers (leaks
+#             are errors)
 #   tsan      g++, the look-up of host entry points and bundles from many threads
 #   libcxx    clang++ with libc++: the platform layer, the kit, the extension, the engine
 # Usage: scripts/test.sh [--quick]     --quick runs the release stage alone
@@ -12,20 +13,21 @@ export UBSAN_OPTIONS=print_stacktrace=1
 
 stage() { printf '\n==== %s (%s s so far)\n' "$*" "$SECONDS"; }
 
-run_stage() {  # preset, then the targets to build and the tests to run, when not all of them
-  local preset=$1 targets=${2:-all} tests=${3:-.}
+run_stage() {  # preset, then the targets to build and how ctest picks the tests, when not all of them
+  local preset=$1 targets=${2:-all} tests=${3:--R .}
   stage "$preset"
   cmake --preset "$preset" >build-"$preset".log 2>&1 || { cat build-"$preset".log; exit 1; }
   rm -f build-"$preset".log
   # shellcheck disable=SC2086
   cmake --build --preset "$preset" --target $targets
-  ctest --preset "$preset" -R "$tests"
+  # shellcheck disable=SC2086
+  ctest --preset "$preset" $tests
 }
 
 scripts/install-dependencies.sh
 run_stage release
 [ "${1:-}" = --quick ] && exit 0
-run_stage asan
-run_stage tsan "binding_test platform_bundle_test" '^(Binding|Bundle)\.'
-run_stage libcxx
+run_stage asan unit_tests "-L unit"
+run_stage tsan "binding_test platform_bundle_test" '-R ^(Binding|Bundle)\.'
+run_stage libcxx unit_tests "-L unit"
 stage "all stages passed"
