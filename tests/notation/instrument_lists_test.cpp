@@ -22,14 +22,14 @@ struct Model {
     if (inst < 1 || list == 0) return inst >= 1;
     auto& links = lists[{tag, list}];
     for (Link& link : links) {
-      const auto at = std::ranges::find(link, inst);
+      const auto at = std::find(link.begin(), link.end(), inst);
       if (at == link.end()) continue;
       if (remove) *at = 0;
       return true;
     }
     if (!add) return false;
-    if (links.empty() || std::ranges::find(links.back(), 0) == links.back().end()) links.push_back({});
-    *std::ranges::find(links.back(), 0) = static_cast<short>(inst);
+    if (links.empty() || std::find(links.back().begin(), links.back().end(), 0) == links.back().end()) links.push_back({});
+    *std::find(links.back().begin(), links.back().end(), 0) = static_cast<short>(inst);
     return false;
   }
   int InLists(int mask, int inst, int list, bool add, bool remove) {
@@ -69,7 +69,7 @@ TEST(InstrumentLists, FollowAModelThroughRandomOperations) {
     } else if (operation == 3) {
       bool valid = false;
       for (const Link& link : model.lists[{tag, list}]) {
-        valid |= std::ranges::any_of(link, [](short number) { return number >= 1 && number <= 9; });
+        valid |= std::any_of(link.begin(), link.end(), [](short number) { return number >= 1 && number <= 9; });
       }
       ASSERT_EQ(ValidInstInList(tag, list), valid);
     } else if (operation == 4) {

@@ -55,7 +55,7 @@ struct Model {
     std::vector<int> originals;  // as they are met; none of the copies
     for (int m = from.start.measure; m <= from.start.measure + span; ++m) {
       for (const auto& mark : measure_marks[m]) {
-        if (std::ranges::find(originals, mark.first) == originals.end()) originals.push_back(mark.first);
+        if (std::find(originals.begin(), originals.end(), mark.first) == originals.end()) originals.push_back(mark.first);
       }
     }
     for (const int number : originals) {

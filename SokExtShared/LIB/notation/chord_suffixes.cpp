@@ -40,7 +40,7 @@ int FindOrCreateChordSuffix(std::vector<EDTChordSuffix2012>& elements) {
   std::vector<EDTChordSuffix2012> stored;
   const int found = FirstMatch(kLastDefinition, [&](int number) {
     sx_loadchordsuffix(number, stored);
-    return std::ranges::equal(stored, elements, SameElement);
+    return std::equal(stored.begin(), stored.end(), elements.begin(), elements.end(), SameElement);
   });
   if (found != 0) return found;
 

@@ -35,11 +35,12 @@ static_assert(sizeof(TextRepeat) == 16 && offsetof(TextRepeat, font) == 4, "Text
 
 using RepeatText = unsigned short[50];
 
-EDT_DC TopStaffOnly() { return {{-1}}; }
+constexpr EDT_DC kTopStaffOnly = {{-1}};
 
 bool IsTopStaffOnly(unsigned int tag, int list) {
   EDT_DC dc{};
-  return sx_loadother(tag, list, 0, &dc, sizeof dc) && std::ranges::equal(dc.inst, TopStaffOnly().inst);
+  return sx_loadother(tag, list, 0, &dc, sizeof dc) &&
+         std::equal(std::begin(dc.inst), std::end(dc.inst), std::begin(kTopStaffOnly.inst));
 }
 
 bool Exists(unsigned int tag, int list) {
@@ -91,7 +92,7 @@ int FindOrCreateOnTopStaffList(const unsigned short* name) {
   });
   if (found != 0) return found;
 
-  const EDT_DC dc = TopStaffOnly();
+  const EDT_DC dc = kTopStaffOnly;
   int list = kHostChooses;
   int subIndex = 0;
   if (!sx_createother(kListDC, list, subIndex, &dc, sizeof dc)) return 0;
@@ -106,7 +107,7 @@ int FindOrCreateArticulation(EDTArticulationDefinition2012 definition) {
   const int found = FirstMatch(kLastDefinition, [&](int number) {
     EDTArticulationDefinition2012 stored{};
     return sx_loadother(kArticulation, number, 0, &stored, sizeof stored) &&
-           std::ranges::equal(stored.words, definition.words);
+           std::equal(std::begin(stored.words), std::end(stored.words), std::begin(definition.words));
   });
   if (found != 0) return found;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
@@ -222,7 +223,8 @@ short Instance(const EDataID* id) { return id != nullptr ? id->global.instance :
 
 // The table of a preference tag, or null. The key is read for the page format alone, whose instance 1 is an array.
 const PreferenceTable* FindTable(unsigned int tag, const EDataID* id) {
-  const auto table = std::ranges::find(kPreferenceTables, tag, &PreferenceTable::tag);
+  const auto table = std::find_if(kPreferenceTables.begin(), kPreferenceTables.end(),
+                                  [tag](const PreferenceTable& known) { return known.tag == tag; });
   if (table == kPreferenceTables.end() || (tag == kScorePageFormatTag && Instance(id) != 0)) return nullptr;
   return &*table;
 }
@@ -248,7 +250,8 @@ bool mapPrefTag(unsigned int tag, short instance, unsigned int* mappedTag, short
   *mappedTag = 0;
   *count = 0;
   *firstSubIndex = 0;
-  const auto mapping = std::ranges::find(kArrayMappings, tag, &ArrayMapping::tag);
+  const auto mapping = std::find_if(std::begin(kArrayMappings), std::end(kArrayMappings),
+                                    [tag](const ArrayMapping& known) { return known.tag == tag; });
   if (mapping == std::end(kArrayMappings)) return true;
   const auto index = static_cast<unsigned short>(instance - 1);
   if (mapping->instances != 0 && index >= mapping->instances) return false;
