@@ -94,7 +94,9 @@ struct Model {
       }
     }
     for (const auto& [number, center] : centers) {
-      const EDataID id{.other = {static_cast<unsigned short>(number), static_cast<short>(center)}};
+      EDataID id{};
+      id.detail.cmper = static_cast<unsigned short>(number);
+      id.detail.secondCmper = static_cast<unsigned short>(center);
       store.Save(kCenter, id, std::string(22, '\0').data(), 22);
     }
     return store;
