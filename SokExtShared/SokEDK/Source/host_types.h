@@ -49,8 +49,8 @@ struct EDataID {
     unsigned short cmper;
     unsigned short secondCmper;
     union {
-      short subIndex;
       int extraValue;  // for the staff spec in force at a point only
+      short subIndex;
     };
   };
   // An entry and a place.
@@ -68,8 +68,8 @@ struct EDataID {
   };
 
   union {
+    Detail detail;  // first, because it covers all eight bytes: EDataID{} is all zero with every compiler
     Other other;
-    Detail detail;
     EntryDetail entryDetail;
     Entry entry;
     Global global;
