@@ -81,7 +81,9 @@ def main():
         scores = [pathlib.Path(name) for name in arguments if not name.startswith("--")]
         for measures, staves in [(100, 10), (1000, 10), (1000, 40)] + ([] if quick else [(10000, 40)]):
             score = pathlib.Path(folder) / f"{measures}x{staves}.musicxml"
-            subprocess.run([sys.executable, "scripts/generate-score.py", str(measures), str(staves), "-o", score], check=True)
+            generate = [sys.executable, "scripts/generate-score.py", "--measures", str(measures), "--staves", str(staves)]
+            with open(score, "w", encoding="utf-8") as file:
+                subprocess.run(generate, stdout=file, check=True)
             scores.append(score)
         for score in scores:
             runs = 3 if score.stat().st_size > 5e7 else 7
