@@ -2,22 +2,12 @@
 // with. For tests that each wrapper reaches the function of its name with its arguments unchanged.
 #pragma once
 
-#include <cstring>
 #include <string>
 #include <vector>
 
 struct RecordedCall {
   std::string name;
   std::vector<std::string> arguments;  // the bytes of each, in order
-
-  // Argument `index` as a value of type T; of T's size it must be.
-  template <typename T>
-  T Argument(size_t index) const {
-    T value{};
-    if (arguments.at(index).size() != sizeof(T)) return value;
-    std::memcpy(&value, arguments[index].data(), sizeof(T));
-    return value;
-  }
 };
 
 // What the bundle writes into and answers from.
