@@ -58,6 +58,11 @@ def whole(command, runs):
     return best, memory
 
 
+def version(package):
+    command = ["pkg-config", "--modversion", package]
+    return f"{package} {subprocess.run(command, stdout=subprocess.PIPE, text=True, check=True).stdout.strip()}"
+
+
 def row(what, ours, peer, unit, wanted):
     verdict = "" if ours / peer <= wanted + 0.005 else " (missed)"
     print(f"| {what} | {ours:.4g} | {peer:.4g} {unit} | {ours / peer:.2f} | {wanted:g}{verdict} |", flush=True)
@@ -69,7 +74,8 @@ def main():
     quick = "--quick" in arguments
     model = next((line.split(":")[1].strip() for line in open("/proc/cpuinfo") if "model name" in line), "?")
     compiler = subprocess.run(["g++", "--version"], stdout=subprocess.PIPE, text=True).stdout.splitlines()[0]
-    print(f"{model}, {os.cpu_count()} cores, {platform.system()} {platform.release()}, {compiler}\n")
+    peers = ", ".join(map(version, ("icu-uc", "pugixml")))
+    print(f"{model}, {os.cpu_count()} cores, {platform.system()} {platform.release()}, {compiler}; peers: {peers}\n")
     print("| what / its peer | ours | peer | ratio | wanted at most |\n|---|---|---|---|---|")
     for program in dict.fromkeys(pair[0] for pair in PAIRS):
         times = micro(build, program, quick)
@@ -78,13 +84,15 @@ def main():
 
     with tempfile.TemporaryDirectory() as folder:
         out = pathlib.Path(folder) / "out.musicxml"
-        scores = [pathlib.Path(name) for name in arguments if not name.startswith("--")]
+        scores = []
         for measures, staves in [(100, 10), (1000, 10), (1000, 40)] + ([] if quick else [(10000, 40)]):
             score = pathlib.Path(folder) / f"{measures}x{staves}.musicxml"
             generate = [sys.executable, "scripts/generate-score.py", "--measures", str(measures), "--staves", str(staves)]
             with open(score, "w", encoding="utf-8") as file:
                 subprocess.run(generate, stdout=file, check=True)
             scores.append(score)
+        scores += [pathlib.Path(name) for name in arguments if not name.startswith("--")]
+        per_mb = {}
         for score in scores:
             runs = 3 if score.stat().st_size > 5e7 else 7
             name = f"{score.name}, {score.stat().st_size / 1e6:.1f} MB"
@@ -92,6 +100,11 @@ def main():
             peer = whole([build / "bench" / "pugixml_peer", score, out], runs)
             row(f"sokrun fill, {name}: CPU / pugixml load + save", ours[0], peer[0], "s", 1.5)
             row(f"sokrun fill, {name}: memory / pugixml load + save", ours[1], peer[1], "MB", 2.0)
+            per_mb[score.stem] = [part / score.stat().st_size * 1e6 for part in ours]
+        smallest = next(iter(per_mb))
+        for name, (seconds, memory) in list(per_mb.items())[1:]:  # a larger score takes no more of each for its size
+            row(f"growth: CPU a MB, {name} / {smallest}", seconds, per_mb[smallest][0], "s", 1.1)
+            row(f"growth: memory a MB, {name} / {smallest}", memory, per_mb[smallest][1], "MB", 1.1)
 
 
 if __name__ == "__main__":
