@@ -6,8 +6,10 @@ scripts/install-dependencies.sh gcovr
 cmake --preset debug -B build/coverage -DCMAKE_CXX_FLAGS="--coverage -fprofile-abs-path" >/dev/null
 cmake --build build/coverage
 find build/coverage -name '*.gcda' -delete
-ctest --test-dir build/coverage -j2 -Q || { ctest --test-dir build/coverage --rerun-failed --output-on-failure; exit 1; }
+# The installed kit's outside project is built without coverage and could not link an instrumented kit.
+ctest --test-dir build/coverage -j2 -Q -E Kit.WorksInstalled ||
+  { ctest --test-dir build/coverage --rerun-failed --output-on-failure; exit 1; }
 mkdir -p build/coverage/html
 gcovr --root . --filter 'entry/' --filter 'SokExtShared/' --exclude-throw-branches --exclude-unreachable-branches \
-  --object-directory build/coverage --print-summary --html-details build/coverage/html/index.html \
-  --fail-under-line 95 --fail-under-branch 85
+  --print-summary --html-details build/coverage/html/index.html --fail-under-line 95 --fail-under-branch 85 \
+  build/coverage/SokExtShared build/coverage/entry
