@@ -7,6 +7,7 @@
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size < 2) return 0;
   std::vector<UniChar> units(size / 2);
   std::memcpy(units.data(), data, units.size() * 2);
   unsigned long digits = 0;
