@@ -112,7 +112,9 @@ std::vector<std::string> __CFBundle::ResourceFolders(const std::string& subfolde
   }
   const std::string inside = subfolder.empty() ? std::string() : subfolder + "/";
   std::vector<std::string> folders = {resources_ + inside};
-  for (const std::string& language : *languages_) folders.push_back(resources_ + language + ".lproj/" + inside);
+  for (const std::string& language : *languages_) {
+    folders.push_back(std::string(resources_).append(language).append(".lproj/").append(inside));
+  }
   return folders;
 }
 

@@ -49,7 +49,7 @@ Archive Open(std::string_view bytes, Source* kept = nullptr) {
     zip_source_keep(source.get());
     kept->reset(source.release());
   } else {
-    source.release();  // the archive's now
+    static_cast<void>(source.release());  // the archive's now
   }
   Archive result(archive);
   if (zip_get_num_entries(archive, 0) > kMostMembers) throw std::runtime_error("the zip has too many members");
@@ -93,12 +93,12 @@ std::string FindScore(zip_t* archive) {
       throw std::runtime_error(std::string(kContainer) + " in the zip is not XML");
     }
     const pugi::xml_node root_file = document.child("container").child("rootfiles").child("rootfile");
-    const std::string path = root_file.attribute("full-path").value();
+    std::string path = root_file.attribute("full-path").value();
     if (path.empty()) throw std::runtime_error(std::string(kContainer) + " names no score");
     return path;
   }
   for (zip_int64_t i = 0; i < zip_get_num_entries(archive, 0); ++i) {
-    const std::string name = Stat(archive, static_cast<zip_uint64_t>(i)).name;
+    std::string name = Stat(archive, static_cast<zip_uint64_t>(i)).name;
     if (!name.starts_with("META-INF/") && (name.ends_with(".xml") || name.ends_with(".musicxml"))) return name;
   }
   throw std::runtime_error("the zip holds no score");

@@ -17,12 +17,6 @@ std::string Trimmed(const char* text) {
   return std::string(view);
 }
 
-// Durations that no decimal number of the divisions in force can say are written cut.
-bool Same(const Fraction& a, const Fraction& b) {
-  const Fraction distance = a < b ? b - a : a - b;
-  return distance < Fraction{1, 10000};
-}
-
 bool IsBlank(std::string_view text) { return std::all_of(text.begin(), text.end(), IsXmlSpace); }
 
 }  // namespace
@@ -123,13 +117,13 @@ bool CellEdit::RemoveGroup(std::size_t index) {
   const std::size_t previous = Neighbour(index, -1, false);
   const std::size_t next = Neighbour(index, 1, false);
   const auto is = [&](std::size_t i, Kind kind) { return i != kNone && items_[i].kind == kind; };
-  const bool next_undoes = is(next, Kind::kBackup) && Same(items_[next].after, rest.before);
+  const bool next_undoes = is(next, Kind::kBackup) && SameLength(items_[next].after, rest.before);
   if (next_undoes && next == LastMover()) {
     rest.gone = items_[next].gone = true;
-  } else if (is(previous, Kind::kBackup) && Same(items_[previous].before, rest.after)) {
+  } else if (is(previous, Kind::kBackup) && SameLength(items_[previous].before, rest.after)) {
     rest.gone = items_[previous].gone = true;
   } else if (is(previous, Kind::kBackup) && (is(next, Kind::kBackup) || is(next, Kind::kForward)) &&
-             Same(items_[previous].before, items_[next].after)) {
+             SameLength(items_[previous].before, items_[next].after)) {
     rest.gone = items_[previous].gone = items_[next].gone = true;
   } else if (next_undoes) {
     rest.gone = items_[next].gone = true;
@@ -143,7 +137,7 @@ void CellEdit::RemoveNote(std::size_t index, bool lone) {
     item.gone = true;
   } else if (lone && RestoreForward(item)) {
     item.kind = Kind::kForward;
-  } else if (lone && Same(item.before, {}) && RemoveGroup(index)) {
+  } else if (lone && SameLength(item.before, {}) && RemoveGroup(index)) {
     Walk();
   } else if (NeededLater(index)) {
     item.replacement =
@@ -171,7 +165,7 @@ void CellEdit::Articulate(const Selector& selects, std::size_t index, const std:
     const pugi::xml_node there = notations.child("articulations");
     std::string content;
     for (const std::string& articulation : articulations) {
-      if (!there.child(articulation.c_str())) content += "<" + articulation + "/>";
+      if (!there.child(articulation.c_str())) content.append("<").append(articulation).append("/>");
     }
     if (content.empty()) return;
     if (!there) content = "<articulations>" + content + "</articulations>";
@@ -265,7 +259,7 @@ void CellEdit::Insert(const NewRest& rest) {
     }
   }
   const Fraction divisions = at > 0 ? items_[at - 1].divisions : divisions_;
-  const Fraction cursor = last == kNone || Same(items_[last].after, {}) ? Fraction() : items_[last].after;
+  const Fraction cursor = last == kNone || SameLength(items_[last].after, {}) ? Fraction() : items_[last].after;
   Fraction length;
   std::vector<std::string> children = {"<rest measure=\"yes\"/>", Duration(rest.length, divisions, length)};
   if (!rest.voice.empty()) children.push_back("<voice>" + Escaped(rest.voice) + "</voice>");
@@ -273,7 +267,7 @@ void CellEdit::Insert(const NewRest& rest) {
   Fraction ignored;
   if (!cursor.IsZero()) Add(at++, Kind::kBackup, cursor, {Duration(cursor, divisions, ignored)});
   Add(at++, Kind::kNote, length, children);
-  if (last != kNone && !Same(cursor, length)) {
+  if (last != kNone && !SameLength(cursor, length)) {
     const Fraction back = cursor < length ? length - cursor : cursor - length;
     Add(at, cursor < length ? Kind::kBackup : Kind::kForward, back, {Duration(back, divisions, ignored)});
   }
@@ -284,9 +278,9 @@ void CellEdit::Insert(const NewRest& rest) {
 bool CellEdit::TakeForwardsPlace(const NewRest& rest) {
   for (std::size_t i = 0; i < items_.size(); ++i) {
     Item& item = items_[i];
-    if (item.gone || item.kind != Kind::kForward || !item.node || !item.replacement.empty() || !Same(item.before, {}))
+    if (item.gone || item.kind != Kind::kForward || !item.node || !item.replacement.empty() || !SameLength(item.before, {}))
       continue;
-    if (!Same(item.length, rest.length)) continue;
+    if (!SameLength(item.length, rest.length)) continue;
     const std::size_t previous = Neighbour(i, -1, true);
     const std::size_t next = Neighbour(i, 1, true);
     if (previous != kNone && items_[previous].kind != Kind::kBackup) continue;

@@ -49,6 +49,12 @@ Fraction Reduced(const Fraction& value) {
   return {value.numerator / divisor, value.denominator / divisor};
 }
 
+bool SameLength(const Fraction& a, const Fraction& b) {
+  const Wide distance = Wide{a.numerator} * b.denominator - Wide{b.numerator} * a.denominator;
+  const Wide allowed = Wide{a.denominator} * b.denominator / 10000;
+  return distance == 0 || (distance < 0 ? -distance : distance) < allowed;
+}
+
 std::optional<Fraction> ParseDecimal(std::string_view text) {
   while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
   while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);

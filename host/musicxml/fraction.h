@@ -31,6 +31,9 @@ Fraction operator*(const Fraction& a, const Fraction& b);
 Fraction operator/(const Fraction& a, const Fraction& b);  // b is above 0
 Fraction Reduced(const Fraction& value);
 
+// Equal, but for what is lost where a duration that no decimal number of its divisions can say is written cut.
+bool SameLength(const Fraction& a, const Fraction& b);
+
 // A decimal number as the schema has them ("4", "0.5"), blanks around it allowed. None for anything else and for
 // numbers of more than 15 digits.
 std::optional<Fraction> ParseDecimal(std::string_view text);

@@ -63,7 +63,7 @@ bool Model::IsWholeRest(const VoiceCell& voice, short measure) const {
   if ((entry.flags & kRest) == 0 || (entry.flags & kGrace) != 0) return false;
   if ((entry.flags & kBarRest) != 0) return true;
   const Fraction& length = lengths[static_cast<std::size_t>(measure - 1)];
-  return (entry.flags & kUntyped) != 0 ? voice.length == length : entry.duration == kWholeRestDuration;
+  return (entry.flags & kUntyped) != 0 ? SameLength(voice.length, length) : entry.duration == kWholeRestDuration;
 }
 
 bool Model::IsLeftOut(const VoiceCell& voice, short measure) const {
@@ -133,7 +133,7 @@ LayerFacts FactsOf(const Model& model, short slot, short measure, short layer) {
   facts.surplus = sharing > 1;
   facts.bar_rest_beside = bar_rest && facts.entries > 1;
   facts.whole_rest = full && facts.entries == 1;
-  facts.looks_whole = lone && !full && first->length == model.lengths[static_cast<std::size_t>(measure - 1)];
+  facts.looks_whole = lone && !full && SameLength(first->length, model.lengths[static_cast<std::size_t>(measure - 1)]);
   facts.hidden_rest = full && (entry.flags & kHidden) != 0;
   facts.fermata = lone && (entry.flags & kFermata) != 0;
   facts.cue = any_cue && no_full_notes;

@@ -99,7 +99,7 @@ class Layout {
   double units_per_tenth_ = 7.2 / 40 * kUnitsPerMillimeter;  // a staff of 7.2 mm, for scores that do not say
 };
 
-constexpr short Millimeters(double length) { return static_cast<short>(length * kUnitsPerMillimeter + 0.5); }
+short Millimeters(double length) { return static_cast<short>(std::lround(length * kUnitsPerMillimeter)); }
 
 // The margins for one side of the sheet; those for both, or for the other one, where it has none of its own.
 pugi::xml_node MarginsFor(pugi::xml_node page, const char* type) {
@@ -108,8 +108,8 @@ pugi::xml_node MarginsFor(pugi::xml_node page, const char* type) {
 }
 
 PageFormat ReadPageFormat(pugi::xml_node defaults) {
-  constexpr short kMargin = Millimeters(15);
-  constexpr Margins kMargins = {kMargin, kMargin, kMargin, kMargin};
+  const short margin = Millimeters(15);
+  const Margins margins = {margin, margin, margin, margin};
   const Layout layout(defaults);
   const pugi::xml_node page = defaults.child("page-layout");
   const pugi::xml_node system = defaults.child("system-layout");
@@ -117,8 +117,8 @@ PageFormat ReadPageFormat(pugi::xml_node defaults) {
   format.height = std::max<short>(layout.Length(page, "page-height", Millimeters(297)), 1);
   format.width = std::max<short>(layout.Length(page, "page-width", Millimeters(210)), 1);
   format.percent = 100;
-  format.left_page = layout.PageMargins(MarginsFor(page, "even"), kMargins);
-  format.right_page = layout.PageMargins(MarginsFor(page, "odd"), kMargins);
+  format.left_page = layout.PageMargins(MarginsFor(page, "even"), margins);
+  format.right_page = layout.PageMargins(MarginsFor(page, "odd"), margins);
   format.pages_differ = std::memcmp(&format.left_page, &format.right_page, sizeof(Margins)) != 0;
   format.system = layout.PageMargins(system.child("system-margins"), {});
   format.system.top = layout.Length(system, "system-distance", 0);

@@ -92,6 +92,7 @@ void RunInProcesses(std::size_t count, int jobs, const BatchCallbacks& callbacks
       workers.push_back(Start(next++, callbacks));
     }
     std::vector<pollfd> polls;
+    polls.reserve(workers.size());
     for (const Worker& worker : workers) polls.push_back({worker.pipe, POLLIN, 0});
     if (poll(polls.data(), polls.size(), -1) < 0) continue;
     for (std::size_t i = workers.size(); i-- > 0;) {

@@ -41,7 +41,8 @@ void AppendScript(const Lines& a, std::size_t a_begin, std::size_t a_end, const 
   const int limit = std::min(n + m, 2000);
   std::vector<std::vector<int>> furthest;  // per number of edits, by diagonal from -edits to edits
   const auto at = [&](int edits, int diagonal) -> int& {
-    return furthest[static_cast<std::size_t>(edits)][static_cast<std::size_t>(diagonal + edits)];
+    const int place = diagonal + edits;
+    return furthest[static_cast<std::size_t>(edits)][static_cast<std::size_t>(place)];
   };
   // Whether the best way to a diagonal is by a line that comes (down) and not by one that goes.
   const auto comes = [&](int edits, int k) {

@@ -18,8 +18,6 @@
 #include "host/runner/output_file.h"
 #include "host/runner/text.h"
 
-extern char** environ;
-
 namespace sok {
 namespace {
 

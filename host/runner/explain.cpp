@@ -33,14 +33,13 @@ constexpr ReasonText kReasons[] = {
 
 const ReasonText& Row(Reason reason) { return kReasons[static_cast<std::size_t>(reason)]; }
 
-static_assert(
-    [] {
-      for (std::size_t i = 0; i < std::size(kReasons); ++i) {
-        if (kReasons[i].reason != static_cast<Reason>(i)) return false;
-      }
-      return std::size(kReasons) == static_cast<std::size_t>(Reason::kPassedOver) + 1;
-    }(),
-    "a row a reason, in their order");
+constexpr bool RowsAreInOrder() {
+  for (std::size_t i = 0; i < std::size(kReasons); ++i) {
+    if (kReasons[i].reason != static_cast<Reason>(i)) return false;
+  }
+  return std::size(kReasons) == static_cast<std::size_t>(Reason::kPassedOver) + 1;
+}
+static_assert(RowsAreInOrder(), "a row a reason");
 
 Reason ReasonOf(const LayerFacts& facts) {
   if (facts.whole_rest) return facts.hidden_rest ? Reason::kHiddenWholeRest : Reason::kWholeRest;
@@ -128,7 +127,7 @@ std::string_view Name(Outcome outcome) {
 std::string_view Code(Reason reason) { return Row(reason).code; }
 
 std::string Text(const Verdict& verdict, Purpose purpose) {
-  const std::string holds(Row(verdict.reason).text);
+  std::string holds(Row(verdict.reason).text);
   if (verdict.layer < 0) return holds;
   const std::string number = std::to_string(verdict.layer + 1);
   std::string text = "layer " + number + " ";

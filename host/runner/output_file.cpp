@@ -150,7 +150,7 @@ std::string BackUp(const std::string& path) {
   const std::string source = fs::canonical(path, error).string();
   if (error) Fail(path, error.value());
   for (int number = 1;; ++number) {
-    const std::string name = source + ".bak" + (number == 1 ? "" : std::to_string(number));
+    std::string name = source + ".bak" + (number == 1 ? "" : std::to_string(number));
     if (link(source.c_str(), name.c_str()) == 0) return name;  // the very file: the new one takes its name away
     if (errno == EEXIST) continue;
     if (fs::exists(name, error)) continue;

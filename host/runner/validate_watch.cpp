@@ -21,7 +21,8 @@ enum class AnswerKind { kNothing, kPointer, kNumber };
 template <typename Result>
 constexpr AnswerKind KindOf() {
   if (std::is_void_v<Result>) return AnswerKind::kNothing;
-  return std::is_pointer_v<Result> ? AnswerKind::kPointer : AnswerKind::kNumber;
+  if (std::is_pointer_v<Result>) return AnswerKind::kPointer;
+  return AnswerKind::kNumber;
 }
 
 const std::unordered_map<std::string_view, AnswerKind>& AnswerKinds() {
@@ -118,7 +119,7 @@ std::string HostWatch::EditFault() const {
     if ((edits.closed >= edits.opened || end_hidden) && (edits.closed <= edits.asked || start_hidden)) return {};
     return "opens " + std::to_string(edits.opened) + " " + what + " and closes " + std::to_string(edits.closed);
   };
-  const std::string plain = fault(edits_, "edits", StartsEdit(hidden), EndsEdit(hidden));
+  std::string plain = fault(edits_, "edits", StartsEdit(hidden), EndsEdit(hidden));
   if (!plain.empty()) return plain;
   return fault(mass_edits_, "mass edits", hidden == "SX_StartMassEdit", hidden == "SX_EndMassEdit");
 }

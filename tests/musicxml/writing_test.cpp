@@ -117,6 +117,7 @@ constexpr WritingCase kFills[] = {
     {"S2 n2v5s2 || n4v1", "S2 n2v5s2 b2 R4v1s1 b2 || n4v1"},               // the cursor ends where it did
     {"S2 n4v5s2 b4", "S2 n4v5s2 b4 R4v1s1 b4"},
     {"S2 |  n4v1s1 b4 n4v5s2", "S2 R4v1s1 b4 R4v5s2 | n4v1s1 b4 n4v5s2"},
+    {"r2v1 || S2 @3 n1v5s2 @1 n1v5s2", "r2v1 || S2 @3 n1v5s2 @1 n1v5s2 b1.333333 R2v1s1 b0.666666"},  // thirds are cut
     {"n4v1 | f4", "n4v1 | T4v1"},  // in place of time that passes
     {"n4v1 | f4 d", "n4v1 | T4v1 d"},
     {"S2 n4v1s1 b4 n4v5s2 | f4 b4 n4v5s2", "S2 n4v1s1 b4 n4v5s2 | T4v1s1 b4 n4v5s2"},

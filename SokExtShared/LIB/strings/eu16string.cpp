@@ -92,7 +92,7 @@ eu16string& eu16string::AnsiSetLength(unsigned int length) {
   return *this;
 }
 
-eu16string IntToEu16Str(long number) { return std::to_string(number).c_str(); }
+eu16string IntToEu16Str(long number) { return eu16string(std::to_string(number).c_str()); }
 
 int StrToIntDef(eu16string text, int otherwise) {
   const CFStringRef string = text.empty() ? nullptr : CreateString(text);
