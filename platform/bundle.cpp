@@ -65,7 +65,7 @@ CFStringRef __CFBundle::identifier() const {
 
 std::string __CFBundle::FindExecutable() const {
   const auto* named = sok::As<sok::String>(sok::Find(information_, u"CFBundleExecutable"));
-  std::string name = named != nullptr ? sok::ToUtf8(named->units) : std::string();
+  std::string name = named != nullptr ? sok::ToUtf8(named->units()) : std::string();
   if (name.empty()) {
     name = sok::NameOf(path_);
     name.resize(std::min(name.rfind('.'), name.size()));
@@ -108,7 +108,7 @@ std::vector<std::string> __CFBundle::ResourceFolders(const std::string& subfolde
     }
     const auto* region = sok::As<sok::String>(sok::Find(information_, u"CFBundleDevelopmentRegion"));
     languages_ = sok::ChooseLanguages(sok::PreferredLanguages(), available,
-                                      region != nullptr ? sok::ToUtf8(region->units) : std::string());
+                                      region != nullptr ? sok::ToUtf8(region->units()) : std::string());
   }
   const std::string inside = subfolder.empty() ? std::string() : subfolder + "/";
   std::vector<std::string> folders = {resources_ + inside};

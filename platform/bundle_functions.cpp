@@ -20,7 +20,7 @@ CFStringRef Retained(CFStringRef string) { return static_cast<CFStringRef>(CFRet
 
 }  // namespace
 
-const CFStringRef kCFBundleExecutableKey = sok::MakeConstant<sok::String>(u"CFBundleExecutable");
+const CFStringRef kCFBundleExecutableKey = sok::Constant(sok::MakeString(u"CFBundleExecutable"));
 
 void SokPlatformHideFunctions(bool (*hidden)(const char* name)) { hidden_functions = hidden; }
 
@@ -39,7 +39,7 @@ CFBundleRef CFBundleGetMainBundle() {
 
 CFBundleRef CFBundleGetBundleWithIdentifier(CFStringRef identifier) {
   if (identifier == nullptr) return nullptr;
-  return sok::OrElse<CFBundleRef>(nullptr, [&] { return sok::BundleWithIdentifier(identifier->units); });
+  return sok::OrElse<CFBundleRef>(nullptr, [&] { return sok::BundleWithIdentifier(identifier->units()); });
 }
 
 CFStringRef CFBundleGetIdentifier(CFBundleRef bundle) { return bundle != nullptr ? bundle->identifier() : nullptr; }
@@ -56,7 +56,7 @@ CFURLRef CFBundleCopyExecutableURL(CFBundleRef bundle) {
 
 CFTypeRef CFBundleGetValueForInfoDictionaryKey(CFBundleRef bundle, CFStringRef key) {
   if (bundle == nullptr || key == nullptr) return nullptr;
-  return sok::OrElse<CFTypeRef>(nullptr, [&] { return bundle->Information(key->units); });
+  return sok::OrElse<CFTypeRef>(nullptr, [&] { return bundle->Information(key->units()); });
 }
 
 Boolean CFBundleIsExecutableLoaded(CFBundleRef bundle) { return bundle != nullptr && bundle->is_loaded(); }
@@ -88,9 +88,9 @@ CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringR
 CFStringRef CFBundleCopyLocalizedString(CFBundleRef bundle, CFStringRef key, CFStringRef value, CFStringRef table) {
   if (bundle == nullptr) return nullptr;
   return sok::OrElse<CFStringRef>(nullptr, [&]() -> CFStringRef {
-    if (key == nullptr) return value != nullptr ? Retained(value) : new sok::String({});
+    if (key == nullptr) return value != nullptr ? Retained(value) : sok::MakeString({}).Detach();
     const sok::Dictionary* strings = bundle->Table(sok::View(table).empty() ? "Localizable" : Utf8(table));
-    const sok::Object* found = strings != nullptr ? strings->Find(key->units) : nullptr;
+    const sok::Object* found = strings != nullptr ? strings->Find(key->units()) : nullptr;
     // Values other than strings are handed over as they are.
     if (found != nullptr) return static_cast<CFStringRef>(CFRetain(found));
     return Retained(sok::View(value).empty() ? key : value);

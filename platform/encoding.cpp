@@ -1,10 +1,9 @@
 #include "platform/encoding.h"
 
 #include <bit>
-#include <cstdint>
-#include <cstring>
 #include <limits>
 
+#include "platform/eight_bytes.h"
 #include "platform/mac_roman.h"
 
 namespace sok {
@@ -31,45 +30,35 @@ size_t PutCodePoint(char16_t* units, char32_t code_point) {
 
 unsigned char ByteAt(std::string_view bytes, size_t at) { return static_cast<unsigned char>(bytes[at]); }
 
-// Copies the ASCII bytes that stand in front, eight at a time, and answers how many; up to seven may be left.
-size_t WidenAscii(std::string_view bytes, char16_t* units) {
-  size_t done = 0;
-  for (; bytes.size() - done >= 8; done += 8) {
-    std::uint64_t eight;
-    std::memcpy(&eight, bytes.data() + done, sizeof eight);
-    if ((eight & 0x8080808080808080u) != 0) break;
-    for (size_t i = done; i < done + 8; ++i) units[i] = ByteAt(bytes, i);
-  }
-  return done;
-}
-
-std::optional<std::u16string> DecodeUtf8(std::string_view bytes) {
+std::optional<size_t> DecodeUtf8(std::string_view bytes, char16_t* units) {
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-  std::u16string units(bytes.size(), u'\0');  // no character takes more units than bytes
-  char16_t* to = units.data();
-  for (size_t at = 0; at < bytes.size();) {
-    const size_t ascii = WidenAscii(bytes.substr(at), to);
-    to += ascii;
-    at += ascii;
+  char16_t* to = units;
+  for (size_t at = 0;;) {
+    while (bytes.size() - at >= 8) {
+      WidenEight(bytes.data() + at, to);  // there is room for all: no character takes more units than bytes
+      const size_t ascii = AsciiOfEight(bytes.data() + at);
+      at += ascii;
+      to += ascii;
+      if (ascii < 8) break;
+    }
     while (at < bytes.size() && ByteAt(bytes, at) < 0x80) *to++ = ByteAt(bytes, at++);
-    if (at == bytes.size()) break;
-    const unsigned char lead = ByteAt(bytes, at++);
+    if (at == bytes.size()) return static_cast<size_t>(to - units);
+    const unsigned char lead = ByteAt(bytes, at);
     if (lead < 0xC2 || lead > 0xF4) return std::nullopt;
     const size_t more = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-    if (bytes.size() - at < more) return std::nullopt;
+    if (bytes.size() - at <= more) return std::nullopt;
     char32_t code_point = lead & (0x3Fu >> more);
-    for (size_t end = at + more; at < end; ++at) {
-      if ((ByteAt(bytes, at) & 0xC0) != 0x80) return std::nullopt;
-      code_point = code_point << 6 | (ByteAt(bytes, at) & 0x3F);
+    for (size_t i = 1; i <= more; ++i) {
+      if ((ByteAt(bytes, at + i) & 0xC0) != 0x80) return std::nullopt;
+      code_point = code_point << 6 | (ByteAt(bytes, at + i) & 0x3F);
     }
     constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
     if (code_point < kSmallest[more]) return std::nullopt;
     const size_t count = PutCodePoint(to, code_point);
     if (count == 0) return std::nullopt;
+    at += more + 1;
     to += count;
   }
-  units.resize(static_cast<size_t>(to - units.data()));
-  return units;
 }
 
 char32_t ReadWord(std::string_view bytes, size_t at, size_t width, bool big_endian) {
@@ -78,29 +67,32 @@ char32_t ReadWord(std::string_view bytes, size_t at, size_t width, bool big_endi
   return word;
 }
 
-std::u16string DecodeUtf16(std::string_view bytes, CFStringEncoding encoding) {
+size_t DecodeUtf16(std::string_view bytes, CFStringEncoding encoding, char16_t* units) {
   if (encoding == kCFStringEncodingUTF16) {
     encoding = bytes.starts_with("\xFE\xFF")   ? kCFStringEncodingUTF16BE
                : bytes.starts_with("\xFF\xFE") ? kCFStringEncodingUTF16LE
                                                : kNativeUtf16;
   }
   const bool big_endian = encoding == kCFStringEncodingUTF16BE;
-  std::u16string units;
+  char16_t* to = units;
   for (size_t at = 0; at + 2 <= bytes.size(); at += 2) {
     const char32_t unit = ReadWord(bytes, at, 2, big_endian);
-    if (at > 0 || unit != 0xFEFF) units += static_cast<char16_t>(unit);
+    if (at > 0 || unit != 0xFEFF) *to++ = static_cast<char16_t>(unit);
   }
-  return units;
+  return static_cast<size_t>(to - units);
 }
 
-std::optional<std::u16string> DecodeUtf32(std::string_view bytes, bool big_endian) {
+std::optional<size_t> DecodeUtf32(std::string_view bytes, bool big_endian, char16_t* units) {
   if (bytes.size() % 4 != 0) return std::nullopt;
-  std::u16string units;
+  char16_t* to = units;
   for (size_t at = 0; at < bytes.size(); at += 4) {
     const char32_t code_point = ReadWord(bytes, at, 4, big_endian);
-    if ((at > 0 || code_point != 0xFEFF) && !AppendCodePoint(units, code_point)) return std::nullopt;
+    if (at == 0 && code_point == 0xFEFF) continue;
+    const size_t count = PutCodePoint(to, code_point);
+    if (count == 0) return std::nullopt;
+    to += count;
   }
-  return units;
+  return static_cast<size_t>(to - units);
 }
 
 // Where encoded bytes go: into a buffer of limited size, or nowhere.
@@ -196,28 +188,34 @@ bool AppendCodePoint(std::u16string& units, char32_t code_point) {
   return count != 0;
 }
 
-std::optional<std::u16string> Decode(std::string_view bytes, CFStringEncoding encoding) {
+std::optional<size_t> Decode(std::string_view bytes, CFStringEncoding encoding, char16_t* units) {
   switch (encoding) {
-    case kCFStringEncodingMacRoman: {
-      std::u16string units(bytes.size(), u'\0');
-      MacRomanUnits(bytes, units.data());
-      return units;
-    }
+    case kCFStringEncodingMacRoman:
+      MacRomanUnits(bytes, units);
+      return bytes.size();
     case kCFStringEncodingASCII:
-      return std::u16string(reinterpret_cast<const unsigned char*>(bytes.data()),
-                            reinterpret_cast<const unsigned char*>(bytes.data()) + bytes.size());
+      for (size_t i = 0; i < bytes.size(); ++i) units[i] = ByteAt(bytes, i);
+      return bytes.size();
     case kCFStringEncodingUTF8:
-      return DecodeUtf8(bytes);
+      return DecodeUtf8(bytes, units);
     case kCFStringEncodingUTF16:
     case kCFStringEncodingUTF16BE:
     case kCFStringEncodingUTF16LE:
-      return DecodeUtf16(bytes, encoding);
+      return DecodeUtf16(bytes, encoding, units);
     case kCFStringEncodingUTF32BE:
     case kCFStringEncodingUTF32LE:
-      return DecodeUtf32(bytes, encoding == kCFStringEncodingUTF32BE);
+      return DecodeUtf32(bytes, encoding == kCFStringEncodingUTF32BE, units);
     default:
       return std::nullopt;
   }
+}
+
+std::optional<std::u16string> Decode(std::string_view bytes, CFStringEncoding encoding) {
+  std::u16string units(bytes.size(), u'\0');
+  const std::optional<size_t> count = Decode(bytes, encoding, units.data());
+  if (!count) return std::nullopt;
+  units.resize(*count);
+  return units;
 }
 
 Encoded Encode(std::u16string_view units, CFStringEncoding encoding, UInt8 loss_byte, bool with_mark, UInt8* buffer,

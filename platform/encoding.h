@@ -9,7 +9,9 @@
 
 namespace sok {
 
-// Nothing when the bytes are invalid or the encoding is unknown. One byte order mark in front is dropped.
+// Writes the units and answers how many; nothing when the bytes are invalid or the encoding is unknown. There must be
+// room for as many units as bytes, the most that any encoding yields. One byte order mark in front is dropped.
+std::optional<size_t> Decode(std::string_view bytes, CFStringEncoding encoding, char16_t* units);
 std::optional<std::u16string> Decode(std::string_view bytes, CFStringEncoding encoding);
 
 // As UTF-8, unpaired surrogates left out.

@@ -135,7 +135,7 @@ size_t Limit(const Conversion& conversion) {
 
 std::u16string FromMacRoman(const unsigned char* bytes, size_t length) {
   std::u16string text(length, u'\0');
-  for (size_t i = 0; i < length; ++i) text[i] = MacRomanUnit(bytes[i]);
+  MacRomanUnits({reinterpret_cast<const char*>(bytes), length}, text.data());
   return text;
 }
 
@@ -218,7 +218,7 @@ CFStringRef Format(std::u16string_view format, va_list list) {
   if (!conversions) return nullptr;
   const auto percent_signs = static_cast<size_t>(std::count(format.begin(), format.end(), u'%'));
   std::optional<std::vector<Argument>> arguments = PlanArguments(*conversions, percent_signs);
-  if (!arguments) return new String({});
+  if (!arguments) return MakeString({}).Detach();
   TakeArguments(*arguments, list);
   std::u16string text;
   for (const Conversion& conversion : *conversions) {
@@ -228,7 +228,7 @@ CFStringRef Format(std::u16string_view format, va_list list) {
       text += PrintValue(Resolved(conversion, *arguments), (*arguments)[static_cast<size_t>(conversion.argument)]);
     }
   }
-  return new String(std::move(text));
+  return MakeString(text).Detach();
 }
 
 }  // namespace
@@ -239,7 +239,7 @@ CFStringRef CFStringCreateWithFormatAndArguments(CFAllocatorRef, CFDictionaryRef
   if (format == nullptr) return nullptr;
   va_list list;
   va_copy(list, arguments);
-  const CFStringRef made = sok::OrElse<CFStringRef>(nullptr, [&] { return sok::Format(format->units, list); });
+  const CFStringRef made = sok::OrElse<CFStringRef>(nullptr, [&] { return sok::Format(format->units(), list); });
   va_end(list);
   return made;
 }

@@ -5,6 +5,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "platform/eight_bytes.h"
+
 namespace sok {
 namespace {
 
@@ -20,6 +22,13 @@ constexpr char16_t kUpperHalf[128] = {
     0x00CB, 0x00C8, 0x00CD, 0x00CE, 0x00CF, 0x00CC, 0x00D3, 0x00D4, 0xF8FF, 0x00D2, 0x00DA, 0x00DB, 0x00D9,
     0x0131, 0x02C6, 0x02DC, 0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7,
 };
+
+// Both halves by byte.
+constexpr auto kUnits = [] {
+  std::array<char16_t, 256> table{};
+  for (unsigned i = 0; i < 256; ++i) table[i] = i < 128 ? static_cast<char16_t>(i) : kUpperHalf[i - 128];
+  return table;
+}();
 
 struct UnitByte {
   char16_t unit;
@@ -69,10 +78,17 @@ constexpr Block kMarks[] = {
 
 }  // namespace
 
-char16_t MacRomanUnit(unsigned char byte) { return byte < 0x80 ? byte : kUpperHalf[byte - 0x80]; }
-
 void MacRomanUnits(std::string_view bytes, char16_t* units) {
-  for (const char byte : bytes) *units++ = MacRomanUnit(static_cast<unsigned char>(byte));
+  const auto unit = [bytes](size_t at) { return kUnits[static_cast<unsigned char>(bytes[at])]; };
+  const size_t rest = bytes.size() % 8;
+  for (size_t at = 0; at < rest; ++at) units[at] = unit(at);
+  for (size_t start = rest; start < bytes.size(); start += 8) {
+    if (AsciiOfEight(bytes.data() + start) == 8) {
+      WidenEight(bytes.data() + start, units + start);
+    } else {
+      for (size_t at = start; at < start + 8; ++at) units[at] = unit(at);
+    }
+  }
 }
 
 int MacRomanByte(char16_t unit) {

@@ -7,8 +7,6 @@ namespace sok {
 
 constexpr int kNoByte = -1;
 
-// The unit that a byte stands for.
-char16_t MacRomanUnit(unsigned char byte);
 // The units of so many bytes.
 void MacRomanUnits(std::string_view bytes, char16_t* units);
 // The byte for a unit, or kNoByte.

@@ -20,7 +20,11 @@ class Object {
 
   void Retain() const { references_.fetch_add(1, std::memory_order_relaxed); }
   void Release() const {
-    if (references_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+    // Who holds the last reference is alone with the object: nobody is left to count against.
+    if (references_.load(std::memory_order_acquire) == 1 ||
+        references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+      delete this;
+    }
   }
   // Makes an object outlive every reference: constants, which callers may release as often as they like.
   void KeepForever() const { references_.store(std::numeric_limits<long>::max() / 2, std::memory_order_relaxed); }
@@ -78,12 +82,11 @@ Ref<T> Make(Arguments&&... arguments) {
   return Ref<T>::Adopt(new T(std::forward<Arguments>(arguments)...));
 }
 
-// An object that lasts to the very end of the process.
-template <typename T, typename... Arguments>
-const T* MakeConstant(Arguments&&... arguments) {
-  const T* made = new T(std::forward<Arguments>(arguments)...);
-  made->KeepForever();
-  return made;
+// Makes an object last to the very end of the process.
+template <typename T>
+const T* Constant(Ref<T> object) {
+  object->KeepForever();
+  return object.Detach();
 }
 
 // The object as a T, or null when it is null or of another kind.

@@ -91,7 +91,7 @@ class Parser {
     if (Take(u'(')) return ParseArray(depth + 1);
     if (Take(u'<')) return ParseData();
     std::optional<std::u16string> text = ParseText();
-    return text ? Value(Make<String>(std::move(*text))) : Value();
+    return text ? Value(MakeString(*text)) : Value();
   }
 
   // Entries up to the first character that cannot begin a key. Null when one of them is broken.
@@ -106,7 +106,7 @@ class Parser {
         value = ParseValue(depth);
         SkipBlanks();
       } else if (At(u';')) {
-        value = Make<String>(*key);
+        value = MakeString(*key);
       }
       if (!value || !Take(u';')) return {};
       dictionary->entries.insert_or_assign(std::move(*key), std::move(value));

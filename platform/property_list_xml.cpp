@@ -159,7 +159,7 @@ class Parser {
     if (tag.name == u"array") return tag.is_empty ? Value(Make<Array>()) : ParseArray(depth);
     std::optional<std::u16string> text = ParseContent(tag);
     if (!text) return {};
-    if (tag.name == u"string") return Make<String>(std::move(*text));
+    if (tag.name == u"string") return MakeString(*text);
     if (tag.name == u"true" || tag.name == u"false") return Truth(tag.name == u"true");
     if (tag.name == u"date") return Make<Date>(std::u16string(Trimmed(*text)));
     if (tag.name == u"integer") {

@@ -12,8 +12,13 @@ TextEncoding GetApplicationTextEncoding() { return kCFStringEncodingMacRoman; }
 CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* bytes, CFStringEncoding encoding) {
   if (bytes == nullptr) return nullptr;
   return sok::OrElse<CFStringRef>(nullptr, [&]() -> CFStringRef {
-    std::optional<std::u16string> units = sok::Decode(bytes, encoding);
-    return units ? new sok::String(std::move(*units)) : nullptr;
+    const std::string_view text = bytes;
+    std::optional<size_t> count;
+    sok::Ref<sok::String> made = sok::String::Make(text.size(), [&](char16_t* units) {
+      count = sok::Decode(text, encoding, units);
+      return count.value_or(0);
+    });
+    return count ? made.Detach() : nullptr;
   });
 }
 
@@ -26,7 +31,7 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
     return 0;
   }
   // No room at all counts like no buffer where UTF-8 has more to do than copy ASCII.
-  if (size == 0 && encoding == kCFStringEncodingUTF8 && !string->is_ascii) buffer = nullptr;
+  if (size == 0 && encoding == kCFStringEncodingUTF8 && !sok::IsAscii(units)) buffer = nullptr;
   const sok::Encoded done =
       sok::Encode(units.substr(static_cast<size_t>(range.location), static_cast<size_t>(range.length)), encoding,
                   lossByte, isExternal != 0, buffer, static_cast<size_t>(size));
@@ -37,7 +42,7 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
 Boolean CFStringGetPascalString(CFStringRef string, StringPtr buffer, CFIndex size, CFStringEncoding encoding) {
   const CFIndex length = CFStringGetLength(string);
   if (string == nullptr || size <= 0 || length > 255) return false;
-  if (string->is_ascii && sok::HoldsAscii(encoding) && length >= size) return false;
+  if (length >= size && sok::HoldsAscii(encoding) && sok::IsAscii(string->units())) return false;
   CFIndex used = 0;
   const CFIndex done = CFStringGetBytes(string, {0, length}, encoding, 0, false, buffer + 1, size - 1, &used);
   buffer[0] = static_cast<unsigned char>(done == length ? used : 0);

@@ -1,19 +1,13 @@
 #include "platform/string_object.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <map>
 #include <mutex>
 
 namespace sok {
 namespace {
-
-// All units are looked at: without a way out the loop takes many at a time.
-bool IsAscii(std::u16string_view units) {
-  char16_t bits = 0;
-  for (const char16_t unit : units) bits = static_cast<char16_t>(bits | unit);
-  return bits < 0x80;
-}
 
 // What may stand before a number, and between its sign and its digits: controls and blanks.
 bool IsBlank(char16_t unit) {
@@ -43,21 +37,26 @@ class Constants {
   CFStringRef Find(std::string_view text) {
     const std::lock_guard lock(mutex_);
     const auto found = strings_.find(text);
-    if (found != strings_.end()) return found->second.get();
-    const String* const made = strings_.emplace(text, Make<String>(Widen(text))).first->second.get();
-    made->KeepForever();
-    return made;
+    if (found != strings_.end()) return found->second;
+    return strings_.emplace(text, Constant(MakeString(Widen(text)))).first->second;
   }
 
  private:
   std::mutex mutex_;
-  std::map<std::string, Ref<String>, std::less<>> strings_;
+  std::map<std::string, CFStringRef, std::less<>> strings_;
 };
 
 }  // namespace
 
-std::u16string_view View(CFStringRef string) {
-  return string != nullptr ? std::u16string_view(string->units) : std::u16string_view();
+Ref<String> MakeString(std::u16string_view units) {
+  return String::Make(units.size(), [&](char16_t* room) { return units.copy(room, units.size()); });
+}
+
+// All units are looked at: without a way out the loop takes many at a time.
+bool IsAscii(std::u16string_view units) {
+  char16_t bits = 0;
+  for (const char16_t unit : units) bits = static_cast<char16_t>(bits | unit);
+  return bits < 0x80;
 }
 
 std::u16string Widen(std::string_view ascii) {
@@ -68,8 +67,6 @@ std::u16string Widen(std::string_view ascii) {
 }
 
 }  // namespace sok
-
-__CFString::__CFString(std::u16string text) : Object(kKind), units(std::move(text)), is_ascii(sok::IsAscii(units)) {}
 
 CFTypeID CFStringGetTypeID() { return static_cast<CFTypeID>(sok::Kind::kString); }
 
@@ -82,7 +79,9 @@ CFStringRef __CFStringMakeConstantString(const char* text) {
 
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* units, CFIndex length) {
   if (length < 0 || (units == nullptr && length > 0)) return nullptr;
-  return sok::OrElse<CFStringRef>(nullptr, [&] { return new sok::String(std::u16string(units, units + length)); });
+  const auto copy = [&](char16_t* room) { return static_cast<size_t>(std::copy_n(units, length, room) - room); };
+  return sok::OrElse<CFStringRef>(nullptr,
+                                  [&] { return sok::String::Make(static_cast<size_t>(length), copy).Detach(); });
 }
 
 CFIndex CFStringGetLength(CFStringRef string) { return static_cast<CFIndex>(sok::View(string).size()); }
@@ -91,7 +90,7 @@ void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
   const std::u16string_view units = sok::View(string);
   if (range.location < 0 || range.length <= 0 || static_cast<size_t>(range.location) > units.size()) return;
   const std::u16string_view part = units.substr(static_cast<size_t>(range.location), static_cast<size_t>(range.length));
-  std::copy(part.begin(), part.end(), buffer);
+  std::memcpy(buffer, part.data(), part.size() * sizeof(UniChar));
 }
 
 SInt32 CFStringGetIntValue(CFStringRef string) { return sok::LeadingNumber(sok::View(string)); }

@@ -13,9 +13,9 @@ Value Truth(bool value) {
 
 }  // namespace sok
 
-const CFBooleanRef kCFBooleanTrue = sok::MakeConstant<__CFBoolean>(true);
-const CFBooleanRef kCFBooleanFalse = sok::MakeConstant<__CFBoolean>(false);
-const CFNullRef kCFNull = sok::MakeConstant<__CFNull>();
+const CFBooleanRef kCFBooleanTrue = sok::Constant(sok::Make<__CFBoolean>(true));
+const CFBooleanRef kCFBooleanFalse = sok::Constant(sok::Make<__CFBoolean>(false));
+const CFNullRef kCFNull = sok::Constant(sok::Make<__CFNull>());
 
 std::u16string __CFNumber::Description() const {
   if (const auto* integer = std::get_if<std::int64_t>(&value)) return sok::Widen(std::to_string(*integer));

@@ -1,9 +1,10 @@
 #include "SokExtShared/LIB/text/caret_commands.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <cstring>
 
 #include "SokExtShared/LIB/strings/eu16string.h"
+#include "SokExtShared/LIB/strings/unit_blocks.h"
 #include "SokExtShared/LIB/strings/utf16_strings.h"
 
 unsigned short ucaretfont[56];
@@ -90,12 +91,15 @@ unsigned short* StripCommand(unsigned short* caret, unsigned short*& write, bool
   return next;
 }
 
-// Whether a unit is copied as it is, whatever comes before it. Controls up to the carriage return are sorted out later.
-inline bool IsPlain(unsigned short unit) { return unit > '\r' && unit != '^'; }
-
-inline bool ArePlain8(const unsigned short* units) {
-  return IsPlain(units[0]) && IsPlain(units[1]) && IsPlain(units[2]) && IsPlain(units[3]) && IsPlain(units[4]) &&
-         IsPlain(units[5]) && IsPlain(units[6]) && IsPlain(units[7]);
+// Skips units that are copied as they are, whatever comes before them. Controls up to the carriage return, and so the
+// terminator, are sorted out later.
+unsigned short* SkipPlain(unsigned short* text) {
+  constexpr unsigned short kLastOdd = '\r';
+  while (EndWithin8(text, kLastOdd) == 8 && !AnyOf4Is(text, '^') && !AnyOf4Is(text + 4, '^')) [[likely]] {
+    text += 8;
+  }
+  while (*text > kLastOdd && *text != '^') ++text;
+  return text;
 }
 
 }  // namespace
@@ -107,10 +111,9 @@ void txt_strip_carets(unsigned short* text) {
   unsigned short* read = text;
   unsigned short* write = text;
   for (;;) {
-    for (; ArePlain8(read); read += 8, write += 8) {
-      unsigned short eight[8];  // read whole before it is written: the places may overlap
-      std::memcpy(eight, read, sizeof eight);
-      std::memcpy(write, eight, sizeof eight);
+    if (unsigned short* const end = SkipPlain(read); end != read) {
+      write = write == read ? end : std::copy(read, end, write);
+      read = end;
       leading = false;
     }
     switch (const unsigned short unit = *read) {

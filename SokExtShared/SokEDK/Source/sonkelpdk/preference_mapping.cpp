@@ -154,18 +154,15 @@ bool SaveField(const PrefMapRow& row, FieldRecord& record, const unsigned char* 
 template <typename Use>
 void ForEachField(const PreferenceTable& table, Use use) {
   for (PrefMapRow& row : table.rows) row.done = 0;
-  for (std::size_t first = 0; first < table.rows.size(); ++first) {
-    if (table.rows[first].done != 0) continue;
-    const unsigned int tag = RecordTag(table.rows[first]);
-    const EDataID id = RecordKey(table.rows[first].cmper, table.rows[first].subIndex);
+  for (auto place = table.by_record.begin(); place != table.by_record.end();) {
+    const unsigned int tag = RecordTag(*place->row);
+    const EDataID id = RecordKey(place->row->cmper, place->row->subIndex);
     FieldRecord record = LoadRecord(tag, id);
     bool changed = false;
-    std::size_t i = first;
-    do {
-      changed |= use(table.rows[i], record);
-      table.rows[i].done = 1;
-      i = table.next[i];
-    } while (i != 0);
+    for (const auto record_end = place + place->of_record; place != record_end; ++place) {
+      changed |= use(*place->row, record);
+      place->row->done = 1;
+    }
     if (changed) SaveRecord(tag, id, &record);
   }
 }
@@ -232,7 +229,7 @@ const PreferenceTable* FindTable(unsigned int tag, const EDataID* id) {
 // Finds what a tag is mapped to and has it served; false when it is not mapped at all.
 template <typename ServeTable, typename ServeArray>
 bool Serve(unsigned int tag, const EDataID* id, short& result, ServeTable serve_table, ServeArray serve_array) {
-  if (tag >> 16 != (FourCharacterTag("pf\0\0") >> 16)) return false;
+  if (!IsPreferenceTag(tag)) return false;
   if (const PreferenceTable* const table = FindTable(tag, id)) {
     result = serve_table(*table);
     return true;

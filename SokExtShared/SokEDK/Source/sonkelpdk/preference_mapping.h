@@ -8,6 +8,9 @@
 
 #include "SokExtShared/SokEDK/Source/host_types.h"
 
+// Whether a tag begins with 'pf'.
+constexpr bool IsPreferenceTag(unsigned int tag) { return tag >> 16 == 0x7066; }
+
 // Serves a load of a preference tag: true when this tag and instance are mapped, or the instance is out of the tag's
 // range, and `result` is the call's answer (1, or 0 for an instance out of range, a null `size` or, for arrays, a
 // buffer too small). A null buffer gives the size only. False: the tag is no preference tag, nothing was done.

@@ -72,15 +72,20 @@ constexpr bool Disjoint(const std::array<PrefMapRow, N>& rows) {
   return true;
 }
 
+// The rows of a table by record. `rows` are the constants that the table was made of.
 template <std::size_t N>
-constexpr std::array<unsigned char, N> NextOfRecord(const std::array<PrefMapRow, N>& rows) {
-  std::array<unsigned char, N> next{};
-  for (std::size_t i = 0; i < N; ++i) {
-    for (std::size_t j = N - 1; j > i; --j) {
-      if (rows[j].SameRecord(rows[i])) next[i] = static_cast<unsigned char>(j);
+constexpr std::array<PrefRowPlace, N> ByRecord(const std::array<PrefMapRow, N>& rows, std::array<PrefMapRow, N>& table) {
+  std::array<PrefRowPlace, N> places{};
+  std::size_t filled = 0;
+  for (std::size_t first = 0; first < N; ++first) {
+    const auto same = [&](const PrefMapRow& row) { return row.SameRecord(rows[first]); };
+    if (std::any_of(rows.begin(), rows.begin() + first, same)) continue;
+    auto left = static_cast<std::size_t>(std::count_if(rows.begin(), rows.end(), same));
+    for (std::size_t i = first; i < N; ++i) {
+      if (same(rows[i])) places[filled++] = {&table[i], left--};
     }
   }
-  return next;
+  return places;
 }
 
 // The rows below: offset in the structure, record, word, and the key (cmper, subIndex) where it is not the usual one.
@@ -381,17 +386,6 @@ static_assert(Disjoint(kDistancePrefs) && Disjoint(kSizePrefs) && Disjoint(kMisc
               Disjoint(kPianoBracePrefs) && Disjoint(kSmartShapePrefs) && Disjoint(kPlaybackPrefs) &&
               Disjoint(kExtractPrefs) && Disjoint(kPageFormatPrefsScore) && Disjoint(k2005Prefs));
 
-constexpr auto kDistancePrefsNext = NextOfRecord(kDistancePrefs);
-constexpr auto kSizePrefsNext = NextOfRecord(kSizePrefs);
-constexpr auto kMiscDocPrefsNext = NextOfRecord(kMiscDocPrefs);
-constexpr auto kRepeatPrefsNext = NextOfRecord(kRepeatPrefs);
-constexpr auto kPianoBracePrefsNext = NextOfRecord(kPianoBracePrefs);
-constexpr auto kSmartShapePrefsNext = NextOfRecord(kSmartShapePrefs);
-constexpr auto kPlaybackPrefsNext = NextOfRecord(kPlaybackPrefs);
-constexpr auto kExtractPrefsNext = NextOfRecord(kExtractPrefs);
-constexpr auto kPageFormatPrefsScoreNext = NextOfRecord(kPageFormatPrefsScore);
-constexpr auto k2005PrefsNext = NextOfRecord(k2005Prefs);
-
 }  // namespace
 
 constinit std::array<PrefMapRow, 36> EDTDistancePrefs_MAP_ARRAY = kDistancePrefs;
@@ -405,15 +399,31 @@ constinit std::array<PrefMapRow, 25> EDTExtractPrefs_MAP_ARRAY = kExtractPrefs;
 constinit std::array<PrefMapRow, 22> EDTPageFormatPrefsScore_MAP_ARRAY = kPageFormatPrefsScore;
 constinit std::array<PrefMapRow, 11> EDT2005Prefs_MAP_ARRAY = k2005Prefs;
 
+namespace {
+
+constinit const auto kDistancePrefsByRecord = ByRecord(kDistancePrefs, EDTDistancePrefs_MAP_ARRAY);
+constinit const auto kSizePrefsByRecord = ByRecord(kSizePrefs, EDTSizePrefs_MAP_ARRAY);
+constinit const auto kMiscDocPrefsByRecord = ByRecord(kMiscDocPrefs, EDTMiscDocPrefs_MAP_ARRAY);
+constinit const auto kRepeatPrefsByRecord = ByRecord(kRepeatPrefs, EDTRepeatPrefs_MAP_ARRAY);
+constinit const auto kPianoBracePrefsByRecord = ByRecord(kPianoBracePrefs, EDTPianoBracePrefs_MAP_ARRAY);
+constinit const auto kSmartShapePrefsByRecord = ByRecord(kSmartShapePrefs, EDTSmartShapePrefs_MAP_ARRAY);
+constinit const auto kPlaybackPrefsByRecord = ByRecord(kPlaybackPrefs, EDTPlaybackPrefs_MAP_ARRAY);
+constinit const auto kExtractPrefsByRecord = ByRecord(kExtractPrefs, EDTExtractPrefs_MAP_ARRAY);
+constinit const auto kPageFormatPrefsScoreByRecord =
+    ByRecord(kPageFormatPrefsScore, EDTPageFormatPrefsScore_MAP_ARRAY);
+constinit const auto k2005PrefsByRecord = ByRecord(k2005Prefs, EDT2005Prefs_MAP_ARRAY);
+
+}  // namespace
+
 constinit const std::array<PreferenceTable, 10> kPreferenceTables = {{
-    PreferenceTable{FourCharacterTag("pfDP"), EDTDistancePrefs_MAP_ARRAY, kDistancePrefsNext, 76},
-    PreferenceTable{FourCharacterTag("pfSI"), EDTSizePrefs_MAP_ARRAY, kSizePrefsNext, 54},
-    PreferenceTable{FourCharacterTag("pfMS"), EDTMiscDocPrefs_MAP_ARRAY, kMiscDocPrefsNext, 104},
-    PreferenceTable{FourCharacterTag("pfRP"), EDTRepeatPrefs_MAP_ARRAY, kRepeatPrefsNext, 40},
-    PreferenceTable{FourCharacterTag("pfPB"), EDTPianoBracePrefs_MAP_ARRAY, kPianoBracePrefsNext, 44},
-    PreferenceTable{FourCharacterTag("pfSS"), EDTSmartShapePrefs_MAP_ARRAY, kSmartShapePrefsNext, 96},
-    PreferenceTable{FourCharacterTag("pfPL"), EDTPlaybackPrefs_MAP_ARRAY, kPlaybackPrefsNext, 14},
-    PreferenceTable{FourCharacterTag("pfEX"), EDTExtractPrefs_MAP_ARRAY, kExtractPrefsNext, 50},
-    PreferenceTable{FourCharacterTag("pfPF"), EDTPageFormatPrefsScore_MAP_ARRAY, kPageFormatPrefsScoreNext, 48},
-    PreferenceTable{FourCharacterTag("pf05"), EDT2005Prefs_MAP_ARRAY, k2005PrefsNext, 22},
+    PreferenceTable{FourCharacterTag("pfDP"), EDTDistancePrefs_MAP_ARRAY, kDistancePrefsByRecord, 76},
+    PreferenceTable{FourCharacterTag("pfSI"), EDTSizePrefs_MAP_ARRAY, kSizePrefsByRecord, 54},
+    PreferenceTable{FourCharacterTag("pfMS"), EDTMiscDocPrefs_MAP_ARRAY, kMiscDocPrefsByRecord, 104},
+    PreferenceTable{FourCharacterTag("pfRP"), EDTRepeatPrefs_MAP_ARRAY, kRepeatPrefsByRecord, 40},
+    PreferenceTable{FourCharacterTag("pfPB"), EDTPianoBracePrefs_MAP_ARRAY, kPianoBracePrefsByRecord, 44},
+    PreferenceTable{FourCharacterTag("pfSS"), EDTSmartShapePrefs_MAP_ARRAY, kSmartShapePrefsByRecord, 96},
+    PreferenceTable{FourCharacterTag("pfPL"), EDTPlaybackPrefs_MAP_ARRAY, kPlaybackPrefsByRecord, 14},
+    PreferenceTable{FourCharacterTag("pfEX"), EDTExtractPrefs_MAP_ARRAY, kExtractPrefsByRecord, 50},
+    PreferenceTable{FourCharacterTag("pfPF"), EDTPageFormatPrefsScore_MAP_ARRAY, kPageFormatPrefsScoreByRecord, 48},
+    PreferenceTable{FourCharacterTag("pf05"), EDT2005Prefs_MAP_ARRAY, k2005PrefsByRecord, 22},
 }};

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <span>
 
 // How a field stands in its words.
@@ -46,12 +47,18 @@ extern std::array<PrefMapRow, 25> EDTExtractPrefs_MAP_ARRAY;
 extern std::array<PrefMapRow, 22> EDTPageFormatPrefsScore_MAP_ARRAY;
 extern std::array<PrefMapRow, 11> EDT2005Prefs_MAP_ARRAY;
 
+// A row in its place among those of its record.
+struct PrefRowPlace {
+  PrefMapRow* row;
+  std::size_t of_record;  // how many rows of the record stand from here on
+};
+
 // A table and the preference tag that it serves.
 struct PreferenceTable {
   unsigned int tag;
   std::span<PrefMapRow> rows;
-  std::span<const unsigned char> next;  // for each row the next row of the same record, 0 for none
-  int size;                             // the size that a load reports: the sum of the rows' fields
+  std::span<const PrefRowPlace> by_record;  // every row, those of a record together, records by their first row
+  int size;                                 // the size that a load reports: the sum of the rows' fields
 };
 
 // All ten.

@@ -31,15 +31,22 @@ bool LoadFretInstrument(LoadFunction* load, const EDataID* id, void* buffer, int
   return false;
 }
 
+// The loads that are not just passed on. Apart from them, which are the many, so that these need no stack.
+[[gnu::noinline]] short LoadSpecial(LoadFunction* load, unsigned int tag, const EDataID* id, void* buffer, int* size,
+                                    unsigned int version) {
+  short result = 0;
+  if (tag == kFretInstrumentTag && buffer != nullptr) {
+    if (!LoadFretInstrument(load, id, buffer, size, version, result)) return result;
+  }
+  if (LoadPreference(tag, id, buffer, size, result)) return result;
+  return load != nullptr ? load(tag, id, buffer, size, version) : short{0};
+}
+
 }  // namespace
 
 short SX_LoadEData(unsigned int tag, const EDataID* id, void* buffer, int* size, unsigned int version) {
   SX_BIND(SX_LoadEData);
-  short result = 0;
-  if (tag == kFretInstrumentTag && buffer != nullptr) {
-    if (!LoadFretInstrument(fpProc, id, buffer, size, version, result)) return result;
-  }
-  if (LoadPreference(tag, id, buffer, size, result)) return result;
+  if (tag == kFretInstrumentTag || IsPreferenceTag(tag)) return LoadSpecial(fpProc, tag, id, buffer, size, version);
   return fpProc != nullptr ? fpProc(tag, id, buffer, size, version) : short{0};
 }
 
