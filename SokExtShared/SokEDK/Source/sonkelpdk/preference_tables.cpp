@@ -80,7 +80,7 @@ constexpr std::array<PrefRowPlace, N> ByRecord(const std::array<PrefMapRow, N>& 
   for (std::size_t first = 0; first < N; ++first) {
     const auto same = [&](const PrefMapRow& row) { return row.SameRecord(rows[first]); };
     if (std::any_of(rows.begin(), rows.begin() + first, same)) continue;
-    auto left = static_cast<std::size_t>(std::count_if(rows.begin(), rows.end(), same));
+    auto left = std::count_if(rows.begin(), rows.end(), same);
     for (std::size_t i = first; i < N; ++i) {
       if (same(rows[i])) places[filled++] = {&table[i], left--};
     }

@@ -50,7 +50,7 @@ extern std::array<PrefMapRow, 11> EDT2005Prefs_MAP_ARRAY;
 // A row in its place among those of its record.
 struct PrefRowPlace {
   PrefMapRow* row;
-  std::size_t of_record;  // how many rows of the record stand from here on
+  std::ptrdiff_t of_record;  // how many rows of the record stand from here on
 };
 
 // A table and the preference tag that it serves.
