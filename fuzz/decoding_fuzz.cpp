@@ -1,4 +1,4 @@
-// Text decoding and encoding: what decodes encodes back, and buffers of any size are kept to.
+// Text decoding and encoding: what decodes encodes back to the same bytes, and buffers of any size are kept to.
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <cstdint>
@@ -20,6 +20,16 @@ void CheckEncoding(CFStringRef string, CFStringEncoding encoding, CFIndex capaci
   CFStringGetIntValue(string);
 }
 
+// Every byte of Mac Roman is a character, and UTF-8 has one spelling for each; a mark in front is dropped.
+void CheckRoundTrip(CFStringRef string, CFStringEncoding encoding, const std::string& bytes) {
+  if (encoding == kCFStringEncodingASCII || bytes.starts_with("\xEF\xBB\xBF")) return;
+  std::string back(bytes.size(), '\0');
+  CFIndex used = 0;
+  CFStringGetBytes(string, CFRangeMake(0, CFStringGetLength(string)), encoding, 0, false,
+                   reinterpret_cast<UInt8*>(back.data()), static_cast<CFIndex>(back.size()), &used);
+  if (back != bytes || static_cast<size_t>(used) != bytes.size()) std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -28,8 +38,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const CFStringEncoding encoding = encodings[data[0] % 3];
   const CFIndex capacity = data[1];
   const std::string bytes(reinterpret_cast<const char*>(data + 2), size - 2);
-  const CFStringRef decoded = CFStringCreateWithCString(kCFAllocatorDefault, bytes.c_str(), encoding);
+  const std::string text = bytes.c_str();  // up to the first zero
+  const CFStringRef decoded = CFStringCreateWithCString(kCFAllocatorDefault, text.c_str(), encoding);
   if (decoded != nullptr) {
+    CheckRoundTrip(decoded, encoding, text);
     for (const CFStringEncoding target : encodings) CheckEncoding(decoded, target, capacity);
     CFRelease(decoded);
   }
