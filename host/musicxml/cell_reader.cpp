@@ -219,6 +219,7 @@ CellReader::OpenVoice& CellReader::VoiceFor(const char* name, int staff) {
     part_->voices.emplace_back();
     part_->voices.back().name = trimmed;
     part_->voices.back().key_staff = key_staff;
+    part_->voices.back().first_measure = static_cast<int>(part_->measures.size());
   }
   for (std::size_t i = 0; i < open_count_; ++i) {
     if (open_[i].cell.voice == at->second) return open_[i];

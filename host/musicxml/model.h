@@ -62,6 +62,7 @@ struct Voice {
   int key_staff = 0;  // part of the voice's identity where voices are told apart by staff, else 0
   int home = 1;       // staff of the part
   short layer = 0;
+  int first_measure = 0;                // where it appears, from 0
   bool surplus = false;                 // came after the last layer had been given away
   std::vector<std::uint32_t> notes_on;  // [staff - 1]: notes that are no rests
   std::vector<std::uint32_t> rests_on;

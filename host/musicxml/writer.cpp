@@ -160,12 +160,14 @@ class Writer {
     return *taken.insert(std::to_string(number)).first;
   }
 
-  // A voice for a rest in front of music of its own layer: another layer's that has nothing here, else a new one.
+  // A voice for a rest in front of music of its own layer: another layer's that has nothing here, else a new one. Of
+  // those that appear later on, the first alone: any other one, or a new one, would come before it and take its layer.
   std::string FreeVoice(const Change& change) {
     const int staff = model_.StaffOf(change.slot);
     for (const Voice& voice : model_.PartOf(change.slot).voices) {
-      if (voice.home != staff || voice.layer == change.layer || voice.surplus || voice.name.empty()) continue;
-      bool busy = false;
+      if (voice.home != staff || voice.layer == change.layer || voice.surplus) continue;
+      if (voice.first_measure >= change.measure) return voice.name;
+      bool busy = voice.name.empty();
       model_.ForEachVoice(change.slot, change.measure, voice.layer,
                           [&](const Voice&, const VoiceCell&) { busy = true; });
       if (!busy) return voice.name;

@@ -152,7 +152,10 @@ TEST(Writing, BesideMusicThatDoesNotCount) {
       {"S2 n4v1s1 b4 n4v5s2", "S2 n4v1s1 b4 n4v5s2 b4 R4v2s1 b4 R4v6s2"},
   };
   Check(kHiddenLayer, FillMeasures, {.hide_first_layer = true});
-  constexpr WritingCase kHiddenRest[] = {{"R4v1h | n4v1", "R4v1h b4 R4v2 | n4v1"}};
+  constexpr WritingCase kHiddenRest[] = {
+      {"R4v1h | n4v1", "R4v1h b4 R4v2 | n4v1"},
+      {"R4v1h | n4 b4 n4v2", "R4v1h b4 R4 | n4 b4 n4v2"},  // the next voice, so that layers stay where they are
+  };
   Check(kHiddenRest, FillMeasures, {.read = {.hidden_rests_empty = true}});
 }
 
