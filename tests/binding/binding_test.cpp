@@ -9,6 +9,7 @@
 #include <map>
 #include <string_view>
 #include <thread>
+#include <tuple>
 #include <type_traits>
 #include <vector>
 
@@ -22,15 +23,16 @@ namespace {
 
 // A value that no other argument of the call has; pointers point at something that wrappers may read and write.
 template <typename T>
-T Distinct(int index) {
+T Distinct(int& index) {
   alignas(8) static unsigned char targets[20][256];
+  const int number = index++;
   if constexpr (std::is_function_v<std::remove_pointer_t<T>>) {
     return nullptr;
   } else if constexpr (std::is_pointer_v<T>) {
-    std::memset(targets[index], 0, sizeof targets[index]);
-    return reinterpret_cast<T>(targets[index]);
+    std::memset(targets[number], 0, sizeof targets[number]);
+    return reinterpret_cast<T>(targets[number]);
   } else {
-    return static_cast<T>(-0x7A51 - index * 257);  // negative: a 16-bit number that was widened would show
+    return static_cast<T>(-0x7A51 - number * 257);  // negative: a 16-bit number that was widened would show
   }
 }
 
@@ -39,31 +41,28 @@ std::string Bytes(const T& value) {
   return std::string(reinterpret_cast<const char*>(&value), sizeof value);
 }
 
-template <typename Result, typename... Arguments, size_t... Index>
-void ExpectPassedOn(RecordingEngine& engine, const char* name, Result (*wrapper)(Arguments...),
-                    std::index_sequence<Index...>) {
+template <typename... Arguments>
+std::tuple<Arguments...> DistinctArguments() {
+  int index = 0;
+  return std::tuple<Arguments...>{Distinct<Arguments>(index)...};
+}
+
+template <typename Result, typename... Arguments>
+void ExpectPassedOn(RecordingEngine& engine, const char* name, Result (*wrapper)(Arguments...)) {
   SCOPED_TRACE(name);
-  const std::tuple<Arguments...> arguments(Distinct<Arguments>(static_cast<int>(Index))...);
+  const auto arguments = DistinctArguments<Arguments...>();
   constexpr long kAnswer = 0x123456789ABCDEF0;
   engine.Answer(kAnswer);
   engine.calls().clear();
   if constexpr (std::is_void_v<Result>) {
     std::apply(wrapper, arguments);
   } else {
-    const Result result = std::apply(wrapper, arguments);
-    Result expected;
-    std::memcpy(&expected, &kAnswer, sizeof expected);  // little-endian: the low bytes
-    EXPECT_EQ(result, expected);
+    EXPECT_EQ(Bytes(std::apply(wrapper, arguments)), Bytes(kAnswer).substr(0, sizeof(Result)));  // little-endian
   }
   ASSERT_EQ(engine.calls().size(), 1u);
   EXPECT_EQ(engine.last().name, name);
-  const std::vector<std::string> expected = {Bytes(std::get<Index>(arguments))...};
-  EXPECT_EQ(engine.last().arguments, expected);
-}
-
-template <typename Result, typename... Arguments>
-void ExpectPassedOn(RecordingEngine& engine, const char* name, Result (*wrapper)(Arguments...)) {
-  ExpectPassedOn(engine, name, wrapper, std::index_sequence_for<Arguments...>());
+  const auto bytes = [](const auto&... each) { return std::vector<std::string>{Bytes(each)...}; };
+  EXPECT_EQ(engine.last().arguments, std::apply(bytes, arguments));
 }
 
 // A row pasted under a wrong name still binds something; the recording engine knows what was reached, and how wide.
@@ -75,24 +74,17 @@ TEST(Binding, EveryWrapperReachesTheHostFunctionOfItsNameWithItsArguments) {
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
 }
 
-template <typename Result, typename... Arguments, size_t... Index>
-long Call(Result (*wrapper)(Arguments...), std::index_sequence<Index...>) {
-  if constexpr (std::is_void_v<Result>) {
-    wrapper(Distinct<Arguments>(static_cast<int>(Index))...);
-    return 0;
-  } else {
-    const Result result = wrapper(Distinct<Arguments>(static_cast<int>(Index))...);
-    if constexpr (std::is_pointer_v<Result>) {
-      return reinterpret_cast<long>(result);
-    } else {
-      return result;
-    }
-  }
-}
-
 template <typename Result, typename... Arguments>
 long Call(Result (*wrapper)(Arguments...)) {
-  return Call(wrapper, std::index_sequence_for<Arguments...>());
+  const auto arguments = DistinctArguments<Arguments...>();
+  if constexpr (std::is_void_v<Result>) {
+    std::apply(wrapper, arguments);
+    return 0;
+  } else if constexpr (std::is_pointer_v<Result>) {
+    return reinterpret_cast<long>(std::apply(wrapper, arguments));
+  } else {
+    return std::apply(wrapper, arguments);
+  }
 }
 
 void ExpectFallbacks() {

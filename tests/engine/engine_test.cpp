@@ -234,28 +234,6 @@ TEST_F(Engine, ConvertsTextsBothWays) {
   EXPECT_EQ(host.session.alerts, (std::vector<std::string>{"Café", "Café"}));
 }
 
-// The lines that tests of the kit compare; a refused call and an altered answer are in them.
-TEST_F(Engine, IsWatchedRefusedAndAltered) {
-  EDataID id = {};
-  id.other = {65534, 0};
-  char buffer[12] = {};
-  int size = 12;
-  SX_SaveEData(0x6F743231, &id, buffer, 12, kVersion);
-  SX_LoadEData(0x6F743231, &id, buffer, &size, kVersion);
-  host.refuse = [](const sok::HostCall& call) { return std::string(call.name) == "SX_LoadTGF"; };
-  EXPECT_TRUE(Load(0, 1, 1, 0) == nullptr);
-  host.refuse = nullptr;
-  SX_FreeTGF(Load(0, 1, 1, 0), kVersion);
-  host.after = [](sok::HostCall& call) { call.result = 0; };
-  EXPECT_TRUE(Load(0, 1, 1, 0) == nullptr);  // taken back
-  EXPECT_EQ(SX_GetMaxLayers(kVersion), 0);
-  EXPECT_EQ(host.session.frames_held, 0);
-  EXPECT_EQ(host.calls, (std::vector<std::string>{"SX_SaveEData ot21 65534,0 12 -> 1",
-                                                  "SX_LoadEData ot21 65534,0 12 -> 1", "SX_LoadTGF 0 1 1 0 1 -> null",
-                                                  "SX_LoadTGF 0 1 1 0 1 -> frame", "SX_FreeTGF 1,1,0 0 -> 1",
-                                                  "SX_LoadTGF 0 1 1 0 1 -> null", "SX_GetMaxLayers -> 0"}));
-}
-
 // A wrapper's own namesake or a helper that became visible would change what an extension binds to.
 TEST(EngineBundle, ExportsNothingButHostEntryPoints) {
   std::set<std::string> known = {"SonkelEngineAttach"};
