@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <thread>
 
 #include "platform/SokPlatform.h"
@@ -49,7 +50,7 @@ TEST(Bundle, AnyExistingDirectoryAndAlwaysTheSameObject) {
 struct LayoutCase {
   std::vector<std::pair<const char*, std::string>> files;
   const char* key;         // the text of the executable key's value
-  const char* executable;  // below the bundle
+  const char* executable = nullptr;  // below the bundle
 };
 
 TEST(Bundle, ExecutableKeyAndFile) {
@@ -57,27 +58,23 @@ TEST(Bundle, ExecutableKeyAndFile) {
   const std::string number = "<dict><key>CFBundleExecutable</key><integer>7</integer></dict>";
   const LayoutCase cases[] = {
       {{{"Contents/Info.plist", info}, {"Contents/MacOS/X", ""}, {"Contents/X", ""}}, "X", "Contents/MacOS/X"},
-      {{{"Contents/Info.plist", info}}, "X", nullptr},
+      {{{"Contents/Info.plist", info}}, "X"},
       {{{"Contents/Info.plist", info}, {"Contents/X", ""}, {"X", ""}}, "X", "Contents/X"},
       {{{"Contents/Info.plist", info}, {"X", ""}}, "X", "X"},
       {{{"Contents/MacOS/A", ""}}, "(null)", "Contents/MacOS/A"},
       {{{"Contents/Info.plist", "{CFBundleExecutable = X"}, {"Contents/MacOS/A", ""}}, "(null)", "Contents/MacOS/A"},
       {{{"Contents/Info.plist", "(X)"}, {"Contents/MacOS/A", ""}}, "(null)", "Contents/MacOS/A"},
-      {{{"Contents/Info.plist", "CFBundleExecutable = '';"}}, "", nullptr},
-      {{{"Contents/Info.plist", number}}, "7", nullptr},
+      {{{"Contents/Info.plist", "CFBundleExecutable = '';"}}, ""},
+      {{{"Contents/Info.plist", number}}, "7"},
       {{{"Info.plist", info}, {"MacOS/X", ""}}, "X", "MacOS/X"},
-      {{{"Contents/Info.plist", info}, {"Contents/Resources/InfoPlist.strings", "CFBundleExecutable = Y;"}},
-       "Y",
-       nullptr},
+      {{{"Contents/Info.plist", info}, {"Contents/Resources/InfoPlist.strings", "CFBundleExecutable = Y;"}}, "Y"},
   };
   for (const LayoutCase& c : cases) {
     SCOPED_TRACE(&c - cases);
     const Folder folder;
     for (const auto& [name, content] : c.files) folder.Write("A.bundle/" + std::string(name), content);
     const Owned<CFBundleRef> bundle = Bundle(folder / "A.bundle");
-    const CFTypeRef value = CFBundleGetValueForInfoDictionaryKey(bundle.get(), kCFBundleExecutableKey);
-    const OwnedString text(CFStringCreateWithFormat(nullptr, nullptr, CFSTR("%@"), value));
-    EXPECT_EQ(Ascii(text.get()), c.key);
+    EXPECT_EQ(Description(CFBundleGetValueForInfoDictionaryKey(bundle.get(), kCFBundleExecutableKey)), c.key);
     const Owned<CFURLRef> executable(CFBundleCopyExecutableURL(bundle.get()));
     EXPECT_EQ(Path(executable.get()), c.executable != nullptr ? folder / "A.bundle/" + c.executable : "(null)");
     // On the way up from an executable only the bundle itself has the key.
@@ -147,7 +144,6 @@ TEST(Bundle, FoundByIdentifierWhenItsImageIsLoaded) {
             dlsym(handle, "PlatformTestFunction"));
   EXPECT_EQ(WithIdentifier(u"Loaded.Image"), nullptr);
   EXPECT_EQ(CFBundleGetBundleWithIdentifier(nullptr), nullptr);
-  dlclose(handle);
 }
 
 TEST(Bundle, TheBestOfSeveralWithOneIdentifier) {
@@ -169,25 +165,20 @@ TEST(Bundle, TheBestOfSeveralWithOneIdentifier) {
 TEST(Bundle, FirstLookUpsFromManyThreads) {
   const ImageBundle image("threads");
   constexpr int kThreads = 8;
-  std::vector<CFBundleRef> bundles(kThreads);
-  std::vector<void*> addresses(kThreads);
+  std::vector<std::pair<CFBundleRef, void*>> found(kThreads);
   std::vector<std::thread> threads;
   for (size_t i = 0; i < kThreads; ++i) {
     threads.emplace_back([&, i] {
       const Owned<CFBundleRef> bundle = Bundle(image.path());
-      bundles[i] = WithIdentifier(u"threads");
-      addresses[i] = CFBundleGetFunctionPointerForName(bundle.get(), CFSTR("PlatformTestFunction"));
+      found[i] = {WithIdentifier(u"threads"),
+                  CFBundleGetFunctionPointerForName(bundle.get(), CFSTR("PlatformTestFunction"))};
       const OwnedString text(CFBundleCopyLocalizedString(bundle.get(), CFSTR("k"), nullptr, nullptr));
       EXPECT_EQ(Ascii(text.get()), "k");
     });
   }
   for (std::thread& thread : threads) thread.join();
-  for (size_t i = 0; i < kThreads; ++i) {
-    EXPECT_NE(bundles[i], nullptr);
-    EXPECT_EQ(bundles[i], bundles[0]);
-    EXPECT_NE(addresses[i], nullptr);
-    EXPECT_EQ(addresses[i], addresses[0]);
-  }
+  EXPECT_TRUE(found[0].first != nullptr && found[0].second != nullptr);
+  EXPECT_EQ(std::count(found.begin(), found.end(), found[0]), kThreads);
 }
 
 }  // namespace

@@ -12,12 +12,8 @@ std::string ValueOfK(CFBundleRef bundle) {
 
 void SetLanguages(const std::map<std::string, std::string>& values) {
   for (const char* name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const auto found = values.find(name);
-    if (found != values.end()) {
-      setenv(name, found->second.c_str(), 1);
-    } else {
-      unsetenv(name);
-    }
+    unsetenv(name);
+    if (values.contains(name)) setenv(name, values.at(name).c_str(), 1);
   }
 }
 

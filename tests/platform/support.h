@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 struct Releaser {
   void operator()(const void* object) const { CFRelease(object); }
@@ -19,22 +20,30 @@ using Owned = std::unique_ptr<std::remove_pointer_t<T>, Releaser>;
 using OwnedString = Owned<CFStringRef>;
 
 inline OwnedString String(std::u16string_view text) {
-  const std::basic_string<UniChar> units(text.begin(), text.end());
+  const std::vector<UniChar> units(text.begin(), text.end());
   return OwnedString(CFStringCreateWithCharacters(nullptr, units.data(), static_cast<CFIndex>(units.size())));
 }
 
 inline std::u16string Units(CFStringRef string) {
-  std::basic_string<UniChar> units(static_cast<size_t>(CFStringGetLength(string)), 0);
-  CFStringGetCharacters(string, CFRangeMake(0, CFStringGetLength(string)), units.data());
-  return std::u16string(units.begin(), units.end());
+  const CFIndex length = CFStringGetLength(string);
+  std::vector<UniChar> units(static_cast<size_t>(length));
+  CFStringGetCharacters(string, CFRangeMake(0, length), units.data());
+  return {units.begin(), units.end()};
 }
 
-// UTF-8 of ASCII texts, for messages that can be read; "(null)" for null.
+// ASCII for messages that can be read, other units as {decimal}; "(null)" for null.
 inline std::string Ascii(CFStringRef string) {
   if (string == nullptr) return "(null)";
   std::string text;
-  for (const char16_t unit : Units(string)) text += unit < 0x80 ? static_cast<char>(unit) : '?';
+  for (const char16_t unit : Units(string)) {
+    text += unit < 0x80 ? std::string(1, static_cast<char>(unit)) : "{" + std::to_string(unit) + "}";
+  }
   return text;
+}
+
+// What %@ prints of a value.
+inline std::string Description(CFTypeRef value) {
+  return Ascii(OwnedString(CFStringCreateWithFormat(nullptr, nullptr, CFSTR("%@"), value)).get());
 }
 
 // A folder of the test's own, gone with it.

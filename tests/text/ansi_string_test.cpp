@@ -5,6 +5,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "SokExtShared/LIB/strings/eu16string.h"
 #include "SokExtShared/LIB/strings/string_list.h"
 
 namespace {
@@ -22,11 +23,7 @@ TEST(AnsiString, IsMadeOfTextsBytesAndNumbers) {
   EXPECT_STREQ(AnsiString(static_cast<short>(-1)).c_str(), "-1");
   EXPECT_STREQ(AnsiString(static_cast<unsigned short>(-1)).c_str(), "65535");
   EXPECT_STREQ(AnsiString(0xFFFFFFFFFFFFFFFFul).c_str(), "18446744073709551615");
-  EXPECT_STREQ(AnsiString(reinterpret_cast<const unsigned char*>("\x02"
-                                                                 "ab"))
-                   .c_str(),
-               "\x02"
-               "ab");
+  EXPECT_STREQ(AnsiString(kPascal).c_str(), "\5ab");  // no Pascal string for this one
   EXPECT_STREQ(p2ansi(kPascal).c_str(), "ab");
   EXPECT_STREQ(("a" + AnsiString("b") + 5 + 'c').c_str(), "ab5c");
 }
@@ -50,20 +47,23 @@ struct PartCase {
 };
 constexpr PartCase kPartCases[] = {
     {"abcdef", 2, 100, "bcdef", "a"},
-    {"abcdef", 5, 10, "ef", "abcd"},
+    {"abcdef", 5, 1, "e", "abcdf"},
     {"abcdef", 6, std::numeric_limits<int>::max(), "f", "abcde"},
     {"abcdef", 7, 1, "", "abcdef"},
-    {"abcdef", 1, -1, "", "abcdef"},
+    {"abcdef", 1, 0, "", "abcdef"},
     {"abcdef", 0, 2, "ab", "abcdef"},   // below 1: the start for SubString, nothing for Delete
     {"abcdef", -5, 2, "ab", "abcdef"},  // as unsigned far beyond the end for Delete
     {"", 1, 1, "", ""},
 };
-TEST(AnsiString, CutsPartsByPositionsFromOne) {
+TEST(BothStrings, CutPartsByPositionsFromOne) {
   for (const PartCase& c : kPartCases) {
     SCOPED_TRACE(testing::Message() << "case " << &c - kPartCases);
     AnsiString text = c.text;
     EXPECT_STREQ(text.SubString(c.position, c.count).c_str(), c.part);
     EXPECT_STREQ(text.Delete(static_cast<unsigned>(c.position), c.count).c_str(), c.remains);
+    eu16string wide(c.text);
+    EXPECT_EQ(wide.AnsiSubString(c.position, c.count), eu16string(c.part));
+    EXPECT_EQ(wide.AnsiDelete(static_cast<unsigned>(c.position), c.count), eu16string(c.remains));
   }
 }
 

@@ -35,6 +35,7 @@ constexpr CaretCase kCaretCases[] = {
     {u"^size(7)^size(8)x", u"x", u"-", u"8"},
     {u"^font(a^b\n)x", u"x", u"a^b\n"},
     {u"^efx(bolditalic)", u"", u"-", u"-", u"bolditalic", 3},
+    {u"^efx(bold)x", u"x", u"-", u"-", u"bold", 1},  // the style of the text before is forgotten
     {u"^efx(underline)^efx(plain)x", u"x", u"-", u"-", u"plain", 4},  // flags are only added
     {u"^flat((x)y", u"bby"},                                          // the keyword is tried at every parenthesis
     {u"^flat(((x)y", u"bby"},                      // the second letter has overwritten the keyword's first
@@ -52,13 +53,6 @@ TEST(CaretCommands, AreStrippedAndTheOpeningOnesKept) {
     EXPECT_EQ(Text(ucaretefx), c.efx);
     EXPECT_EQ(uicaretefx, c.styles);
   }
-}
-
-TEST(CaretCommands, ForgetTheStyleOfTheTextBefore) {
-  Stripped(u"^efx(bold,italic)x");
-  EXPECT_EQ(uicaretefx, kCaretBold | kCaretItalic);
-  Stripped(u"^efx(bold)x");
-  EXPECT_EQ(uicaretefx, kCaretBold);
 }
 
 // The captures lie side by side in memory, so a capture one unit too long shows in the sanitizer or in its neighbour.

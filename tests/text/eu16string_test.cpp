@@ -13,18 +13,16 @@ const unsigned char* Utf8(const char* text) { return reinterpret_cast<const unsi
 
 TEST(Eu16String, IsMadeOfCodePoints) {
   const std::pair<unsigned, std::u16string> kCases[] = {
-      {0x41, u"A"},
       {0, u""},
+      {0xD800, {0xD800}},
       {0xFFFF, u"\uFFFF"},
       {0x10000, u"\U00010000"},
-      {0x1F600, u"\U0001F600"},
       {0x10FFFF, u"\U0010FFFF"},
       {0x110000, u""},
       {0x110041, u"A"},
-      {0xD800, {0xD800}},
   };
   for (const auto& [code_point, text] : kCases) EXPECT_EQ(Text(eu16string(code_point)), text) << code_point;
-  EXPECT_EQ(Text(eu16string(0x41)), u"A");
+  EXPECT_EQ(Text(eu16string(0x41)), u"A");  // an int, not a char
 }
 
 TEST(Eu16String, DecodesTheApplicationsTextAndUtf8) {
@@ -57,10 +55,7 @@ TEST(Eu16String, CountsPositionsFromOne) {
   EXPECT_EQ(eu16string().AnsiCharAtIndex(1), 0);
   EXPECT_EQ(text.AnsiPos("cd"), 3);
   EXPECT_EQ(eu16string().AnsiPos(""), 0);
-  EXPECT_EQ(Text(text.AnsiSubString(5, 10)), u"ef");
-  EXPECT_TRUE(text.AnsiSubString(7, 1).empty() && text.AnsiSubString(1, 0).empty());
-  EXPECT_EQ(Text(text.AnsiDelete(0, 1).AnsiDelete(7, 1).AnsiDelete(1, 0).AnsiSetLength(9)), u"abcdef");
-  EXPECT_EQ(Text(text.AnsiSetLength(5).AnsiDelete(2, 100)), u"a");
+  EXPECT_EQ(Text(text.AnsiSetLength(9).AnsiSetLength(5)), u"abcde");
 }
 
 TEST(Eu16String, ReadsNumbersAsThePlatformDoes) {

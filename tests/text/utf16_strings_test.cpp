@@ -83,18 +83,17 @@ TEST(Utf16Format, StoresWhatFitsAndAnswersHowMuch) {
 }
 
 struct NarrowCase {
-  const char* left;
-  const char* right;
+  const char *left, *right;
   int whole;
   unsigned long count;
   int counted;
 };
 constexpr NarrowCase kNarrowCases[] = {
-    {"abc", "ABD", -1, 2, 0},  {"abc", "ABC", 0, 0, 0},
-    {"ab", "ABC", -1, 2, 0},   {"_", "a", 1, 1, 1},  // folded to upper case, not to lower
-    {"\xE9", "a", -1, 1, -1},                        // negative, and so before the letters
-    {"\xE9", "\xC9", 1, 1, 1},                       // no other case
-    {"\xFF", "\xFE", 1, 1, 1},                       // -1 looks like the end of a file
+    {"abc", "ABD", -1, 2, 0},
+    {"abc", "ABC", 0, 0, 0},
+    {"_", "a", 1, 1, 1},        // folded to upper case, not to lower
+    {"\xE9", "a", -1, 1, -1},   // negative, and so before the letters
+    {"\xFF", "\xFE", 1, 1, 1},  // no other case; -1 looks like the end of a file
 };
 TEST(NarrowStrings, FoldCaseAndCompareSigned) {
   for (const NarrowCase& c : kNarrowCases) {
