@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "host/musicxml/cell_reader.h"
 #include "host/musicxml/markup.h"
 
 namespace sok {
@@ -53,6 +54,7 @@ void CellEdit::ReadItem(pugi::xml_node node, Fraction& divisions) {
   if (duration && duration->numerator > 0) item.length = *duration / divisions;
   if (Is(name, "note")) {
     item.kind = Kind::kNote;
+    if (!node.child("duration")) item.length = {WrittenDurationOf(node), 1024};
     const auto before =
         std::find_if(items_.rbegin(), items_.rend(), [](const Item& other) { return MovesCursor(other); });
     item.chord = node.child("chord") && before != items_.rend() && before->kind == Kind::kNote;
@@ -140,8 +142,11 @@ void CellEdit::RemoveNote(std::size_t index, bool lone) {
   } else if (lone && SameLength(item.before, {}) && RemoveGroup(index)) {
     Walk();
   } else if (NeededLater(index)) {
-    item.replacement =
-        style_.Format(Indentation(text_, item.begin), "forward", {std::string(TextOf(item.node.child("duration")))});
+    const pugi::xml_node duration = item.node.child("duration");
+    Fraction written;
+    item.replacement = style_.Format(
+        Indentation(text_, item.begin), "forward",
+        {duration ? std::string(TextOf(duration)) : Duration(item.length, item.divisions, written)});
     item.kind = Kind::kForward;
   } else {
     item.gone = true;
@@ -327,7 +332,7 @@ std::string CellEdit::AsRest(const Item& forward, const NewRest& rest) const {
 
 bool CellEdit::RestoreForward(Item& item) const {
   std::string whole(TextOf(item.node));
-  if (!whole.starts_with("<note>") || !whole.ends_with("</note >")) return false;
+  if (!whole.starts_with("<note>") || !whole.ends_with("</note >") || !item.node.child("duration")) return false;
   const auto cut = [&](pugi::xml_node node) {  // with the white space before it
     const std::size_t at = whole.find(TextOf(node));
     const std::size_t begin = SpaceBefore(whole, at);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace sok {
 namespace {
@@ -78,6 +79,11 @@ int WrittenDuration(std::string_view type, int dots) {
 bool Standing(const char* name) { return Is(name, "barline") || Is(name, "print"); }  // no matter where the cursor is
 
 }  // namespace
+
+int WrittenDurationOf(pugi::xml_node note) {
+  const auto dots = note.children("dot");
+  return WrittenDuration(Trimmed(note.child_value("type")), static_cast<int>(std::distance(dots.begin(), dots.end())));
+}
 
 struct CellReader::NoteData {
   Entry entry;
@@ -246,7 +252,6 @@ void CellReader::ReadNote(pugi::xml_node node) {
   last_ = &voice;
   if (voice.entries.empty()) {
     voice.cell.offset = note.offset;
-    voice.cell.staff = static_cast<std::uint8_t>(note.staff);
     voice.cell.length = note.length;
   }
   voice.entries.push_back(note.entry);
@@ -272,7 +277,7 @@ void CellReader::AddToEntry(const NoteData& note, OpenVoice& voice) {
 
   cell.all_hidden = cell.all_hidden && (flags & kHidden) != 0;
   cell.no_full_notes = cell.no_full_notes && (flags & (kCue | kRest)) != 0;
-  cell.cross_staff = cell.cross_staff || cell.staff != note.staff;
+  cell.drawn_on |= StaffBit(note.staff);
   auto& counts = (flags & kRest) != 0 ? part_->voices[cell.voice].rests_on : part_->voices[cell.voice].notes_on;
   const auto staff = static_cast<std::size_t>(note.staff);
   if (counts.size() < staff) counts.resize(staff, 0);

@@ -22,6 +22,9 @@ struct PartState {
   std::uint32_t clefs_known = 0;
 };
 
+// By type and dots, 1024 a quarter note; 0 without a known type.
+int WrittenDurationOf(pugi::xml_node note);
+
 class CellReader {
  public:
   // `parsed` may be null.

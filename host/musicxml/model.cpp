@@ -34,6 +34,9 @@ bool NumbersTellStaves(const Part& part) {
   return notes > 0 && agreeing * 10 >= notes * 9;
 }
 
+// A voice that stands on both staves lives in one of them, and the other one is empty where it alone is drawn there:
+// such a measure can be filled among the notes one sees. Surroundings tell of it; ReadOptions::cross_staff_drawn goes by
+// what one sees.
 int HomeOf(const Voice& voice, bool by_number, int staves) {
   if (voice.key_staff != 0) return voice.key_staff;
   const int staff = StaffByNumber(voice.name);
@@ -117,7 +120,7 @@ LayerFacts FactsOf(const Model& model, short slot, short measure, short layer) {
     }
     if (!model.IsLeftOut(voice, measure)) facts.entries += static_cast<int>(voice.entries);
     facts.hidden = facts.hidden && voice.all_hidden;
-    facts.cross_staff = facts.cross_staff || voice.cross_staff || voice.staff != staff;
+    facts.cross_staff = facts.cross_staff || voice.drawn_on != StaffBit(staff);
     no_full_notes = no_full_notes && voice.no_full_notes;
     for (std::uint32_t i = 0; i < voice.entries; ++i) {
       const std::uint8_t flags = model.entries[voice.first_entry + i].flags;
@@ -149,6 +152,14 @@ Surroundings AroundOf(const Model& model, short slot, short measure) {
     if (range.kind == SignRange::kMultipleRest) around.multiple_rest = true;
     if (range.kind == SignRange::kMeasureRepeat) around.measure_repeat = true;
     if (range.kind == SignRange::kSlash) around.slash = true;
+  }
+  if (const Cell* cell = model.CellOf(slot, measure)) {
+    const Part& part = model.PartOf(slot);
+    const int staff = model.StaffOf(slot);
+    for (std::uint32_t i = cell->first_voice; i < cell->first_voice + cell->voices; ++i) {
+      const VoiceCell& voice = part.cells[i];
+      if (part.voices[voice.voice].home != staff && (voice.drawn_on & StaffBit(staff)) != 0) around.visited = true;
+    }
   }
   return around;
 }

@@ -34,6 +34,9 @@ struct Entry {
   std::uint32_t pitch = 0;  // index of the first of its pitches
 };
 
+// A part has 1 to 64 staves.
+constexpr std::uint64_t StaffBit(int staff) { return std::uint64_t{1} << (staff - 1); }
+
 // The entries of one voice in one measure of one part.
 struct VoiceCell {
   std::uint32_t first_entry = 0;
@@ -41,8 +44,7 @@ struct VoiceCell {
   std::uint16_t voice = 0;  // index in Part::voices
   bool all_hidden = true;
   bool no_full_notes = true;      // cue notes and rests only
-  bool cross_staff = false;       // several staves in this cell; else `staff` has it
-  std::uint8_t staff = 1;         // of the first note
+  std::uint64_t drawn_on = 0;     // its staves, see StaffBit
   std::uint64_t fingerprint = 0;  // of all that counts in its notes, to compare two readings
   std::size_t offset = 0;         // of its first <note> in the text
   Fraction length;                // sounding length of the first entry

@@ -60,6 +60,7 @@ struct Surroundings {
   bool multiple_rest = false;   // several measures drawn as one rest
   bool measure_repeat = false;  // drawn as a repeat of the measure before
   bool slash = false;           // drawn as slashes
+  bool visited = false;         // notes that live on another staff are drawn here
 };
 
 // What a layer of a cell held when the score was read.

@@ -151,6 +151,7 @@ std::vector<std::string> Notes(const Score& score, const std::vector<Change>& ch
   if (around.multiple_rest) notes.push_back("inside a multiple-measure rest");
   if (around.measure_repeat) notes.push_back("inside a measure repeat");
   if (around.slash) notes.push_back("inside slash notation");
+  if (around.visited) notes.push_back("notes of another staff's voice are drawn here");
   if (score.measures()[static_cast<std::size_t>(first.measure - 1)].length_assumed) {
     notes.push_back("its length is assumed, nothing in the measure tells it");
   }

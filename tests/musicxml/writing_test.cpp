@@ -63,7 +63,7 @@ std::string RandomScore(std::mt19937& random) {
         const std::string staff = staves > 1 && below(8) > 0 ? "s" + std::to_string(1 + below(3) % staves) : "";
         const std::string tail = voice + staff + pick({"", "", "", "h"});
         int length = 4;
-        switch (below(6)) {
+        switch (below(7)) {
           case 0:
             score += "R4" + tail;
             break;
@@ -75,6 +75,9 @@ std::string RandomScore(std::mt19937& random) {
             break;
           case 3:
             score += "f4";
+            break;
+          case 4:  // no duration: as long as its type
+            score += pick({"r", "n"}) + tail + pick({"thalf", "thalf.", "twhole"});
             break;
           default:
             length = 1 + below(4);
@@ -140,6 +143,7 @@ constexpr WritingCase kClears[] = {
     {"n4v1twhole b4 r4v2twhole", "n4v1twhole"},
     {"R4v1 gv1", "R4v1 gv1"},  // not alone
     {"R4v1y", ""},
+    {"@2 rv1twhole d", "@2 f8 d"},  // no duration: as long as its type
 };
 
 TEST(Writing, RestsGoIn) { Check(kFills, FillMeasures); }
