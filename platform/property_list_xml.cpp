@@ -57,6 +57,7 @@ std::optional<std::int64_t> ParseInteger(std::u16string_view text) {
 std::optional<double> ParseReal(const std::string& text) {
   std::istringstream stream(text);
   stream.imbue(std::locale::classic());
+  stream.exceptions(std::ios::badbit);  // lets memory that runs out be told from a bad number
   double number = 0;
   stream >> number;
   if (stream.fail() || !stream.eof()) return std::nullopt;
