@@ -47,7 +47,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   const auto units = std::make_unique<UniChar[]>(bytes.size() / 2 + 1);
   std::memcpy(units.get(), bytes.data(), bytes.size() / 2 * 2);
-  const CFStringRef wide = CFStringCreateWithCharacters(kCFAllocatorDefault, units.get(), static_cast<CFIndex>(bytes.size() / 2));
+  const CFStringRef wide =
+      CFStringCreateWithCharacters(kCFAllocatorDefault, units.get(), static_cast<CFIndex>(bytes.size() / 2));
   for (const CFStringEncoding target : encodings) CheckEncoding(wide, target, capacity);
   CFRelease(wide);
   return 0;

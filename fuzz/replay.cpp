@@ -30,7 +30,8 @@ std::string Changed(std::string bytes, std::mt19937& random) {
     case 1:
       return bytes.insert(random() % (bytes.size() + 1), bytes.substr(at, random() % 16));
     default:
-      for (size_t i = at; i < std::min(bytes.size(), at + 1 + random() % 3); ++i) bytes[i] = static_cast<char>(random());
+      for (size_t i = at; i < std::min(bytes.size(), at + 1 + random() % 3); ++i)
+        bytes[i] = static_cast<char>(random());
       return bytes;
   }
 }

@@ -37,8 +37,9 @@ class Constants {
   CFStringRef Find(std::string_view text) {
     const std::lock_guard lock(mutex_);
     const auto found = strings_.find(text);
-    if (found != strings_.end()) return found->second;
-    return strings_.emplace(text, Constant(MakeString(Widen(text)))).first->second;
+    if (found != strings_.end() && found->second != nullptr) return found->second;
+    CFStringRef& made = strings_[std::string(text)];  // the place first: nothing frees a constant that finds none
+    return made = Constant(MakeString(Widen(text)));
   }
 
  private:

@@ -1,7 +1,6 @@
 // Strings of UTF-16 units.
 #pragma once
 
-#include <cstdlib>
 #include <new>
 #include <string>
 #include <string_view>
@@ -15,13 +14,12 @@ struct __CFString final : sok::Object {
   // A string of what `write(units)` puts into the given room and counts. May throw for want of memory.
   template <typename Write>
   static sok::Ref<__CFString> Make(size_t room, Write write) {
-    void* const memory = std::malloc(sizeof(__CFString) + room * sizeof(char16_t));
-    if (memory == nullptr) throw std::bad_alloc();
+    void* const memory = ::operator new(sizeof(__CFString) + room * sizeof(char16_t));
     sok::Ref<__CFString> made = sok::Ref<__CFString>::Adopt(::new (memory) __CFString);
     made->size_ = write(made->Room());
     return made;
   }
-  static void operator delete(void* memory) { std::free(memory); }
+  static void operator delete(void* memory) { ::operator delete(memory); }
 
   std::u16string_view units() const { return {reinterpret_cast<const char16_t*>(this + 1), size_}; }
   std::u16string Description() const override { return std::u16string(units()); }

@@ -1,5 +1,5 @@
-// Memory that runs out: each allocation in turn, alone or with all that follow. Functions answer null, lose nothing, and
-// what they keep for later is not kept half made: once there is memory again, they answer as always.
+// Memory that runs out: each allocation in turn, alone or with all that follow. Functions answer null, lose nothing,
+// and what they keep for later is not kept half made: once there is memory again, they answer as always.
 #include <cstdlib>
 #include <new>
 
@@ -8,10 +8,10 @@
 namespace {
 
 constexpr long kNever = -1;
-long failing = kNever;    // how many allocations succeed before the one that fails
-bool all_after = false;   // whether those after it fail, too
+long failing = kNever;   // how many allocations succeed before the one that fails
+bool all_after = false;  // whether those after it fail, too
 bool has_failed = false;
-long live = 0;            // allocations not yet freed
+long live = 0;  // allocations not yet freed
 
 void* Allocate(std::size_t size) {
   if (failing == 0 || (has_failed && all_after)) {
@@ -73,7 +73,7 @@ CFTypeRef Localized(const Subject& subject, CFStringRef table) {
 }
 
 const Operation kOperations[] = {
-    {"UTF8", false, false, "caf?, a text too long to stand inside a string object",
+    {"UTF8", false, false, "caf{233}, a text too long to stand inside a string object",
      [](const Subject&) -> CFTypeRef { return CFStringCreateWithCString(nullptr, kLong, kCFStringEncodingUTF8); }},
     {"Units", false, false, "longer than most",
      [](const Subject&) -> CFTypeRef { return CFStringCreateWithCharacters(nullptr, kUnits, 16); }},
@@ -112,7 +112,8 @@ const Operation kOperations[] = {
      }},
     {"OldStyleTable", true, true, "the value of a key in a table",
      [](const Subject& subject) { return Localized(subject, nullptr); }},
-    {"XmlTable", true, true, "another value & of a key", [](const Subject& subject) { return Localized(subject, kXml); }},
+    {"XmlTable", true, true, "another value & of a key",
+     [](const Subject& subject) { return Localized(subject, kXml); }},
     {"Resource", true, true, nullptr,
      [](const Subject& subject) -> CFTypeRef {
        return CFBundleCopyResourceURL(subject.bundle.get(), nullptr, kStrings, nullptr);
@@ -126,7 +127,8 @@ void WriteBundle(const Folder& folder, const std::string& name) {
                  "</string><key>Real</key><real>1.25</real><key>CFBundleExecutable</key><string>program</string>"
                  "<key>All</key><array><integer>-3</integer><data>QUJD</data><true/><dict/></array></dict></plist>")
       .Write(name + "/Contents/MacOS/program", "")
-      .Write(name + "/Contents/Resources/en.lproj/Localizable.strings", "key = \"the value of a key in a table\"; b = (1, <00>);")
+      .Write(name + "/Contents/Resources/en.lproj/Localizable.strings",
+             "key = \"the value of a key in a table\"; b = (1, <00>);")
       .Write(name + "/Contents/Resources/en.lproj/Xml.strings",
              "<dict><key>key</key><string>another value &amp; of a key</string></dict>");
 }
@@ -149,7 +151,8 @@ TEST_P(Allocation, EachFailingInTurn) {
       SCOPED_TRACE(testing::Message() << "allocation " << victim << (all ? " and all after it" : ""));
       const std::string name = std::to_string(victim) + (all ? "all" : "one");
       WriteBundle(folder, name);
-      Subject subject = {folder / name, Url(folder / name), nullptr, String(u"identifier." + std::u16string(name.begin(), name.end()))};
+      Subject subject = {folder / name, Url(folder / name), nullptr,
+                         String(u"identifier." + std::u16string(name.begin(), name.end()))};
       if (operation.takes_bundle) subject.bundle = Bundle(folder / name);
 
       std::string first;
