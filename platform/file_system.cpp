@@ -20,10 +20,15 @@ mode_t KindOf(const std::string& path) {
 
 }  // namespace
 
+void RunOutOfMemory() {
+  if (const std::new_handler handler = std::get_new_handler()) handler();
+  throw std::bad_alloc();
+}
+
 std::string RealPath(const std::string& path) {
   errno = 0;
   const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
-  if (resolved == nullptr && errno == ENOMEM) throw std::bad_alloc();
+  if (resolved == nullptr && errno == ENOMEM) RunOutOfMemory();
   return resolved != nullptr ? resolved.get() : std::string();
 }
 
@@ -35,7 +40,7 @@ std::vector<std::string> ListFolder(const std::string& path) {
   std::vector<std::string> names;
   errno = 0;
   const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(path.c_str()), &closedir);
-  if (folder == nullptr && errno == ENOMEM) throw std::bad_alloc();
+  if (folder == nullptr && errno == ENOMEM) RunOutOfMemory();
   if (folder == nullptr) return names;
   while (const dirent* entry = readdir(folder.get())) {
     const std::string name = entry->d_name;

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "platform/encoding.h"
+#include "platform/file_system.h"
 #include "platform/property_list_text.h"
 
 namespace sok {
@@ -52,7 +53,7 @@ Ref<const Dictionary> ParsePropertyList(std::string_view bytes) {
 Ref<const Dictionary> ReadPropertyList(const std::string& path) {
   errno = 0;
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
-  if (file == nullptr && errno == ENOMEM) throw std::bad_alloc();
+  if (file == nullptr && errno == ENOMEM) RunOutOfMemory();
   if (file == nullptr) return {};
   std::string bytes;
   std::array<char, 16384> block;

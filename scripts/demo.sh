@@ -25,4 +25,4 @@ say "Clear whole-measure rests -> $out/cleared-$name"
 "$sokrun" clear "$score" -o "$out/cleared-$name"
 
 say "What filling changed in the text of the score"
-"$sokrun" fill "$score" --dry-run --quiet | head -n 40
+"$sokrun" fill "$score" --dry-run --quiet | sed -n 1,40p

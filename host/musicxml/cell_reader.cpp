@@ -101,7 +101,7 @@ void CellReader::Warn(pugi::xml_node node, const std::string& text) {
   if (model_.warnings.size() > kMostWarnings) return;
   std::string place;
   if (part_ != nullptr) {
-    place = "part " + part_->id + ", measure " + std::to_string(part_->measures.size() + 1) + ": ";
+    place = "part " + part_->id + ", " + MeasureLabel(model_.measures, part_->measures.size() + 1) + ": ";
   }
   model_.warnings.push_back({lines_.LineOf(OffsetOf(node)), place + text});
 }

@@ -86,7 +86,7 @@ void CheckPatchedText(const Model& model, std::string_view text, std::string_vie
       is = end;
     }
     if (!same) {
-      throw WriteError(offset, "measure " + std::to_string(measure + 1) + " of part " + part.id +
+      throw WriteError(offset, "part " + part.id + ", " + MeasureLabel(model.measures, measure + 1) +
                                    " would come out changed beyond what was asked for; nothing is written");
     }
   }

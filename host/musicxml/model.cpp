@@ -48,6 +48,12 @@ int HomeOf(const Voice& voice, bool by_number, int staves) {
 
 }  // namespace
 
+std::string MeasureLabel(const std::vector<Measure>& measures, std::size_t position) {
+  const std::string text = std::to_string(position);
+  const std::string& number = measures[position - 1].number;
+  return "measure " + text + (number.empty() || number == text ? "" : " (printed " + number + ")");
+}
+
 bool Model::Holds(short slot, short measure) const {
   return slot >= 1 && static_cast<std::size_t>(slot) <= staves.size() && measure >= 1 &&
          static_cast<std::size_t>(measure) <= measures.size();

@@ -193,7 +193,7 @@ class ScoreReader {
         length = timed ? times_[i] : Fraction{4, 1};
         model_.measures[i].length_assumed = true;
         model_.warnings.push_back(
-            {lines_.LineOf(first_offsets_[i]), "measure " + std::to_string(i + 1) +
+            {lines_.LineOf(first_offsets_[i]), MeasureLabel(model_.measures, i + 1) +
                                                    " holds nothing that takes time; it counts as long as " +
                                                    (timed ? "its time signature says" : "4 quarters")});
       }
@@ -204,8 +204,8 @@ class ScoreReader {
   void WarnOfShortParts() {
     for (const Part& part : model_.parts) {
       if (part.measures.size() == model_.measures.size()) continue;
-      model_.warnings.push_back({0, "part " + part.id + " has " + std::to_string(part.measures.size()) +
-                                        " measures of " + std::to_string(model_.measures.size())});
+      model_.warnings.push_back({0, "part " + part.id + " has " + std::to_string(part.measures.size()) + " of " +
+                                        std::to_string(model_.measures.size()) + " measures"});
     }
     for (const Part& part : model_.parts) {
       for (const Voice& voice : part.voices) {

@@ -55,6 +55,9 @@ struct Measure {
   bool length_assumed = false;  // nothing in the measure told its length; the time signature did, or 4 quarters
 };
 
+// What messages call a measure, by position from 1: "measure 12 (printed 11)".
+std::string MeasureLabel(const std::vector<Measure>& measures, std::size_t position);
+
 // Signs that a changed measure of a staff may lie inside of.
 struct Surroundings {
   bool multiple_rest = false;   // several measures drawn as one rest

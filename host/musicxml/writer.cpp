@@ -52,7 +52,8 @@ class Writer {
   }
 
   std::string Place(const Change& change) const {
-    return "staff " + std::to_string(change.slot) + ", measure " + std::to_string(change.measure) + ", layer " +
+    return "staff " + std::to_string(change.slot) + ", " +
+           MeasureLabel(model_.measures, static_cast<std::size_t>(change.measure)) + ", layer " +
            std::to_string(change.layer + 1);
   }
 

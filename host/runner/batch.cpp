@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "host/runner/commands.h"
+#include "host/runner/memory.h"
 #include "host/runner/output_file.h"
 
 namespace sok {
@@ -43,6 +44,7 @@ Worker Start(std::size_t index, const BatchCallbacks& callbacks) {
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     if (getppid() != parent) _exit(1);  // the parent died before
     close(ends[0]);
+    LeaveMemoryToParent();
     const bool written = WriteAll(ends[1], callbacks.work(index));
     std::fflush(nullptr);
     _exit(written ? 0 : 1);
@@ -58,6 +60,7 @@ std::string FailureOf(int status) {
     return "the process that ran the extension was ended by signal " + std::to_string(signal) + " (" +
            strsignal(signal) + ")";
   }
+  if (WEXITSTATUS(status) == kOutOfMemoryStatus) return "not enough memory";
   if (WEXITSTATUS(status) != 0) {
     return "the process that ran the extension ended with status " + std::to_string(WEXITSTATUS(status));
   }

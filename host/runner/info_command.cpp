@@ -117,8 +117,7 @@ void AddInfoCommand(CLI::App& app, int&) {
   CLI::App& command = *app.add_subcommand("info", "Show what an extension bundle is and offers");
   const auto plugin = std::make_shared<std::string>();
   const auto json = std::make_shared<bool>(false);
-  command.add_option("BUNDLE", *plugin, "The extension bundle")
-      ->default_str("MeasureRests.bundle as built or installed");
+  command.add_option("BUNDLE", *plugin, "The extension bundle")->option_text("BUNDLE")->default_str("MeasureRests");
   command.add_flag("--json", *json, "As JSON");
   command.footer("Example:\n  sokrun info MyExtension.bundle --json");
   command.callback([plugin, json] {

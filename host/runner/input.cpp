@@ -10,6 +10,7 @@
 #include <filesystem>
 
 #include "host/runner/commands.h"
+#include "host/runner/memory.h"
 #include "host/runner/text.h"
 
 namespace sok {
@@ -101,6 +102,7 @@ std::vector<Input> FindInputs(const std::vector<std::string>& paths) {
 }
 
 std::unique_ptr<Score> ReadScore(const std::string& path, const ReadOptions& options) {
+  NameWork(DisplayName(path));
   return Score::Read(ReadBytes(path), DisplayName(path), options);
 }
 

@@ -54,7 +54,8 @@ void AddInspectCommand(CLI::App& app, int&) {
   std::vector<std::string> names;
   for (const Topic& topic : kTopics) names.emplace_back(topic.name);
   command.add_option("IN", *input, "A score, or - for stdin")->required();
-  command.add_option("TOPIC", *wanted, "What to print; all of it when none is named")->check(CLI::IsMember(names));
+  command.add_option("TOPIC", *wanted, "frames, records, texts or shapes; all of them when none is named")
+      ->check(CLI::IsMember(names));
   command.footer("Examples:\n  sokrun inspect song.mxl\n  sokrun inspect song.mxl frames");
   command.callback([input, wanted] {
     ReadOptions options;

@@ -37,7 +37,8 @@ void AddListCommand(CLI::App& app, int&) {
   const auto plugin = std::make_shared<std::string>();
   const auto json = std::make_shared<bool>(false);
   command.add_option("BUNDLE,--plugin", *plugin, "The extension bundle")
-      ->default_str("MeasureRests.bundle as built or installed");
+      ->option_text("BUNDLE")
+      ->default_str("MeasureRests");
   command.add_flag("--json", *json, "As JSON");
   command.footer("Examples:\n  sokrun list\n  sokrun list MyExtension.bundle");
   command.callback([plugin, json] { ListCommands(plugin->empty() ? DefaultPlugin() : *plugin, *json); });

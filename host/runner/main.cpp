@@ -1,10 +1,14 @@
 // sokrun: runs extension bundles on MusicXML scores.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <exception>
 #include <iostream>
-#include <new>
 
 #include "host/runner/commands.h"
+#include "host/runner/help.h"
+#include "host/runner/memory.h"
 
 namespace {
 
@@ -20,18 +24,19 @@ constexpr const char* kExamples =
     "read, run or written; 2 the command line makes no sense; 3 --check: something would change.\n"
     "`sokrun COMMAND --help` tells more, `man sokrun` everything.";
 
-int Fail(const char* message, int exit_code) {
-  std::cerr << "sokrun: " << message << '\n';
-  return exit_code;
+// A stream that came closed fails when it is used, as it should: nothing else is ever opened in its place.
+void OccupyStandardStreams() {
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
 }
 
-}  // namespace
-
-int main(int count, char** arguments) {
-  std::ios::sync_with_stdio(false);
+int Run(int count, char** arguments) {
   int exit_code = sok::kExitSuccess;
   CLI::App app("Runs extension bundles on MusicXML scores: fills empty measures with rests, or clears them.", "sokrun");
-  app.set_version_flag("--version", SOKRUN_VERSION);
+  sok::SetUpHelp(app);
+  app.set_version_flag("--version", "sokrun " SOKRUN_VERSION, "Print the version and exit");
+  app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(1);
   app.footer(kExamples);
   sok::AddRunCommands(app, exit_code);
@@ -45,13 +50,28 @@ int main(int count, char** arguments) {
   sok::AddValidateCommand(app, exit_code);
   try {
     app.parse(count, arguments);
-    return exit_code;
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? sok::kExitSuccess : sok::kExitUsage;
+    if (app.exit(error) != 0) exit_code = sok::kExitUsage;
+  }
+  if (std::fflush(stdout) != 0 || !std::cout.flush()) throw sok::InputError("stdout: cannot be written");
+  return exit_code;
+}
+
+int Fail(const char* message, int exit_code) {
+  std::cerr << "sokrun: " << message << '\n';
+  return exit_code;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  try {
+    OccupyStandardStreams();
+    sok::EndWhenMemoryRunsOut();
+    std::ios::sync_with_stdio(false);
+    return Run(count, arguments);
   } catch (const sok::UsageError& error) {
     return Fail(error.what(), sok::kExitUsage);
-  } catch (const std::bad_alloc&) {
-    return Fail("not enough memory", sok::kExitBadInput);
   } catch (const std::exception& error) {
     return Fail(error.what(), sok::kExitBadInput);
   }

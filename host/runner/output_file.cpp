@@ -32,7 +32,7 @@ std::atomic<bool> pending{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
 
 extern "C" void RemovePendingAndDie(int signal) {
-  if (pending) unlink(pending_path);
+  RemoveUnfinishedFile();
   std::signal(signal, SIG_DFL);
   std::raise(signal);
 }
@@ -116,6 +116,10 @@ void WriteStraight(const std::string& path, std::string_view bytes) {
 
 }  // namespace
 
+void RemoveUnfinishedFile() {
+  if (pending) unlink(pending_path);
+}
+
 bool WriteAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count = write(file, bytes.data(), bytes.size());
@@ -145,6 +149,8 @@ void WriteFile(const std::string& path, std::string_view bytes) {
   FlushFolder(fs::path(target).parent_path());
 }
 
+namespace {
+
 std::string BackUp(const std::string& path) {
   std::error_code error;
   const std::string source = fs::canonical(path, error).string();
@@ -157,6 +163,19 @@ std::string BackUp(const std::string& path) {
     WriteFile(name, ReadBytes(source));  // a file system without links
     return name;
   }
+}
+
+}  // namespace
+
+std::string WriteFileWithBackup(const std::string& path, std::string_view bytes) {
+  const std::string backup = BackUp(path);
+  try {
+    WriteFile(path, bytes);
+  } catch (...) {
+    unlink(backup.c_str());
+    throw;
+  }
+  return backup;
 }
 
 }  // namespace sok

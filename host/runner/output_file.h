@@ -13,9 +13,12 @@ namespace sok {
 // The temporary file is removed on every failure, and when a signal ends the program.
 void WriteFile(const std::string& path, std::string_view bytes);
 
-// Keeps a file's content under its name with ".bak" added, or ".bak2", ".bak3" … where that is taken; the name. Throws
-// InputError.
-std::string BackUp(const std::string& path);
+// The same for a file that is there, which is kept under its name with ".bak" added, or ".bak2", ".bak3" … where that
+// is taken; that name. There is no backup where the file stays what it was.
+std::string WriteFileWithBackup(const std::string& path, std::string_view bytes);
+
+// Removes the temporary file of a write that is not done. May be called at any moment.
+void RemoveUnfinishedFile();
 
 // Writes all bytes to an open file; false, with errno set, when it cannot.
 bool WriteAll(int file, std::string_view bytes);

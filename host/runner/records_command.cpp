@@ -46,7 +46,7 @@ void AddRecordsCommand(CLI::App& app, int&) {
   const auto tags = std::make_shared<std::vector<std::string>>();
   command.add_option("IN", *input, "A score, or - for stdin")->required();
   command.add_option("--tag", *tags, "Only tags that begin so (ot21, ot, \"E\\x03\"); may be repeated")
-      ->type_name("TAG");
+      ->option_text("TAG");
   command.footer(
       "The key's fields are those that the tag's records use; bytes are in hexadecimal.\n"
       "Examples:\n  sokrun records song.mxl\n  sokrun records song.mxl --tag ot14 --tag pf");

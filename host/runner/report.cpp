@@ -61,9 +61,7 @@ std::string StaffLabel(const Staff& staff) {
 }
 
 std::string MeasureLabel(const Score& score, short measure) {
-  const std::string position = std::to_string(measure);
-  const std::string& number = MeasureOf(score, measure).number;
-  return "measure " + position + (number.empty() || number == position ? "" : " (printed " + number + ")");
+  return MeasureLabel(score.measures(), static_cast<std::size_t>(measure));
 }
 
 std::string ReportText(const Score& score, const ScoreReport& report) {
@@ -108,7 +106,11 @@ std::string ReportJson(const Score& score, const ScoreReport& report) {
   head["kept"] = report.selected - report.changed;
   head["warnings"] = report.warnings;
   head["alerts"] = report.alerts;
-  // ReportCell by cell, so that a large score need not stand in memory as a tree.
+  for (const RecordChanges& records : report.records) {
+    head["records"].push_back(
+        {{"kind", records.kind}, {"changed", records.changed}, {"added", records.added}, {"removed", records.removed}});
+  }
+  // Cell by cell, so that a large score need not stand in memory as a tree.
   std::string text = Dump(head);
   text.back() = ',';
   text += "\"cells\":[";

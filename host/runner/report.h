@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/runner/explain.h"
+#include "host/runner/record_changes.h"
 
 namespace sok {
 
@@ -23,9 +24,10 @@ struct ScoreReport {
   std::string title;    // the command's name in the menu
   Purpose purpose = Purpose::kOther;
   std::vector<Change> changes;
+  std::vector<RecordChanges> records;
   std::vector<ReportCell> cells;  // by measure, then staff; all of the selection, or the changed ones
-  long selected = 0;        // staff-measures in the selection
-  long changed = 0;         // staff-measures that changed
+  long selected = 0;              // staff-measures in the selection
+  long changed = 0;               // staff-measures that changed
   std::vector<std::string> warnings;
   std::vector<std::string> alerts;  // what the extension showed
 

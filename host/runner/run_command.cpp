@@ -84,6 +84,16 @@ void Understand(const RawOptions& raw, RunOptions& options) {
   if (options.jobs == 0) options.jobs = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
 }
 
+// A page goes where no score is.
+void CheckPage(const RunOptions& options, const std::vector<Input>& inputs, const std::vector<std::string>& outputs) {
+  if (options.html == kStream) throw UsageError("--html: the page needs a file; stdout is for the report");
+  for (std::size_t i = 0; i < inputs.size(); ++i) {
+    std::error_code absent;
+    const bool is_score = options.html == outputs[i] || fs::equivalent(options.html, inputs[i].path, absent);
+    if (is_score && !options.html.empty()) throw UsageError("--html: " + options.html + " is one of the scores");
+  }
+}
+
 // Where each input's result goes; empty texts where it goes nowhere.
 std::vector<std::string> PlanOutputs(const RunOptions& options, const std::vector<Input>& inputs) {
   const bool many = inputs.size() > 1;
@@ -103,6 +113,10 @@ std::vector<std::string> PlanOutputs(const RunOptions& options, const std::vecto
     std::string output;
     if (options.in_place) output = input.path;
     if (!options.output_folder.empty()) output = (fs::path(options.output_folder) / input.relative).string();
+    std::error_code absent;
+    if (!options.in_place && fs::equivalent(output, input.path, absent)) {
+      throw UsageError("--output-dir: " + input.path + " would be written over itself; --in-place does that");
+    }
     if (!output.empty()) {
       const auto [other, is_new] = taken.emplace(output, input.path);
       if (!is_new) throw UsageError(input.path + " and " + other->second + " would both be written to " + output);
@@ -162,8 +176,6 @@ class Collector {
     } else if (files_ > 1 && !options_.quiet) {
       out << summary << '\n';
     }
-    out.flush();
-    if (!out || !std::cout.flush()) throw InputError("stdout: cannot be written");
     if (exit_code_ == 0 && options_.check && changed_ > 0) return kExitWouldChange;
     return exit_code_;
   }
@@ -180,6 +192,7 @@ int RunFiles(const RunOptions& options) {
   HideFunctions(options.without);
   const std::vector<Input> inputs = FindInputs(options.inputs);
   const std::vector<std::string> outputs = PlanOutputs(options, inputs);
+  CheckPage(options, inputs, outputs);
   MakeOutputFolders(options, outputs);
   Collector collector(options, options.dry_run || outputs.front() == kStream);
   if (inputs.size() == 1) {
@@ -201,54 +214,65 @@ int RunFiles(const RunOptions& options) {
 }
 
 void AddSelectionOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
-  command.add_option("--measures", raw.measures, "Measures by position from 1: 3-8,12,20-")->group("Selection");
-  command.add_option("--numbers", raw.numbers, "Measures by printed number: 3-8 or X1")
-      ->group("Selection")
+  constexpr const char* kGroup = "Selection";
+  command.add_option("--measures", raw.measures, "Measures by position from 1: 3-8,12,20-")
+      ->option_text("LIST")
+      ->group(kGroup);
+  command.add_option("--numbers", raw.numbers, "Measures by printed number: 3-8,X1; may be repeated")
+      ->option_text("LIST")
+      ->group(kGroup)
       ->allow_extra_args(false);
-  command.add_option("--staves", raw.staves, "Staves from the top of the score: 1,3-4")->group("Selection");
+  command.add_option("--staves", raw.staves, "Staves from the top of the score: 1,3-4")
+      ->option_text("LIST")
+      ->group(kGroup);
   command.add_option("--parts", options.selection.parts, "Parts by name, abbreviation or id; may be repeated")
-      ->group("Selection")
+      ->option_text("NAME")
+      ->group(kGroup)
       ->allow_extra_args(false);
   command
       .add_option("--hide-layer", raw.hide_layers,
-                  "N or N:STAVES. The host reports this layer (1-4) as hidden, there or everywhere")
-      ->group("Selection")
+                  "Layer N (1-4) is hidden, on these staves or on all; may be repeated")
+      ->option_text("N[:STAVES]")
+      ->group(kGroup)
       ->allow_extra_args(false);
   command
       .add_option("--allow-hidden", raw.allow_hidden, "Layers (1-4) whose music does not count while they are hidden")
-      ->group("Selection")
+      ->option_text("LIST")
+      ->group(kGroup)
       ->allow_extra_args(false);
 }
 
 void AddReadingOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
-  command
-      .add_option("--hidden-rests", raw.hidden_rests, "A lone full rest that is not printed is an `entry` or `empty`")
+  constexpr const char* kGroup = "Reading and writing";
+  command.add_option("--hidden-rests", raw.hidden_rests, "What a lone full rest is that is not printed")
+      ->option_text("entry|empty")
       ->check(CLI::IsMember({"entry", "empty"}))
       ->capture_default_str()
-      ->group("Reading and writing");
-  command
-      .add_option("--cross-staff", raw.cross_staff,
-                  "Notes live on the `home` staff of their voice, or where they are `drawn`")
+      ->group(kGroup);
+  command.add_option("--cross-staff", raw.cross_staff, "The staff notes live on: their voice's, or where they stand")
+      ->option_text("home|drawn")
       ->check(CLI::IsMember({"home", "drawn"}))
       ->capture_default_str()
-      ->group("Reading and writing");
+      ->group(kGroup);
   command
       .add_flag("--keep-fermatas", options.write.keep_fermatas, "A fermata on a rest that goes moves to the barline")
-      ->group("Reading and writing");
+      ->group(kGroup);
 }
 
 void AddOutputOptions(CLI::App& command, RunOptions& options) {
   constexpr const char* kGroup = "Output";
   CLI::Option* const output =
       command.add_option("-o,--output", options.output, "Write the score here; - is stdout; may be the input itself")
+          ->option_text("FILE")
           ->group(kGroup);
   CLI::Option* const in_place =
       command.add_flag("-i,--in-place", options.in_place, "Write each score over its input")->group(kGroup);
   CLI::Option* const folder =
       command
           .add_option("--output-dir", options.output_folder, "Write the scores into this folder, under their own names")
+          ->option_text("FOLDER")
           ->group(kGroup);
-  command.add_flag("--backup", options.backup, "Keep each original beside it, as NAME.bak")
+  command.add_flag("--backup", options.backup, "With --in-place: keep each original beside it, as NAME.bak")
       ->needs(in_place)
       ->group(kGroup);
   CLI::Option* const dry_run =
@@ -261,12 +285,13 @@ void AddOutputOptions(CLI::App& command, RunOptions& options) {
   for (CLI::Option* const nothing_written : {dry_run, check})
     nothing_written->excludes(output)->excludes(in_place)->excludes(folder);
   command.add_option("-j,--jobs", options.jobs, "Work on this many files at a time; 0: one a processor")
+      ->option_text("N")
       ->check(CLI::Range(0, 1024))
       ->capture_default_str()
       ->group(kGroup);
 }
 
-void AddReportOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
+void AddReportOptions(CLI::App& command, RunOptions& options) {
   constexpr const char* kGroup = "Report";
   CLI::Option* const quiet =
       command.add_flag("-q,--quiet", options.quiet, "Say nothing but errors and alerts")->group(kGroup);
@@ -274,23 +299,29 @@ void AddReportOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
   command.get_option("--dry-run")->excludes(json);
   command.add_flag("--only-changed", options.only_changed, "Leave staff-measures that were kept out of the report")
       ->group(kGroup);
-  CLI::Option* const html =
-      command.add_option("--html", options.html, "Also write the report as a page to look at")->group(kGroup);
+  CLI::Option* const html = command.add_option("--html", options.html, "Also write the report as a page to look at")
+                                ->option_text("FILE")
+                                ->group(kGroup);
   command.add_option("--pictures", options.pictures, "The most systems drawn on the page for one score")
+      ->option_text("N")
       ->needs(html)
       ->check(CLI::Range(0, 10000))
       ->capture_default_str()
       ->group(kGroup);
-  command.add_flag("--trace", raw.trace, "Print every call of the host with its arguments and answer")
-      ->group("Extension");
-  command.add_flag("--trace-changed", raw.trace_changed, "The same for changed staff-measures only")
-      ->group("Extension");
-  command.add_option("--without", options.without, "Keep a host function (SX_...) from the extension; may be repeated")
-      ->allow_extra_args(false)
-      ->group("Extension");
+}
+
+void AddExtensionOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
+  constexpr const char* kGroup = "Extension";
   command.add_option("--plugin", options.plugin, "The extension bundle")
-      ->default_str("MeasureRests.bundle as built or installed")
-      ->group("Extension");
+      ->option_text("BUNDLE")
+      ->default_str("MeasureRests")
+      ->group(kGroup);
+  command.add_flag("--trace", raw.trace, "Print every call of the host with its arguments and answer")->group(kGroup);
+  command.add_flag("--trace-changed", raw.trace_changed, "The same for changed staff-measures only")->group(kGroup);
+  command.add_option("--without", options.without, "Keep a host function (SX_...) from the extension; may be repeated")
+      ->option_text("NAME")
+      ->allow_extra_args(false)
+      ->group(kGroup);
 }
 
 void AddCommand(CLI::App& app, int& exit_code, const std::string& name, const std::string& description, Purpose purpose,
@@ -309,7 +340,8 @@ void AddCommand(CLI::App& app, int& exit_code, const std::string& name, const st
   AddSelectionOptions(command, *raw, *options);
   AddReadingOptions(command, *raw, *options);
   AddOutputOptions(command, *options);
-  AddReportOptions(command, *raw, *options);
+  AddReportOptions(command, *options);
+  AddExtensionOptions(command, *raw, *options);
   command.footer(examples);
   command.callback([raw, options, &exit_code] {
     if (options->plugin.empty()) options->plugin = DefaultPlugin();

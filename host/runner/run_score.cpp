@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
-#include <new>
 #include <nlohmann/json.hpp>
 #include <set>
 
@@ -136,8 +135,11 @@ std::string Deliver(const RunOptions& options, const Input& input, const std::st
   }
   if (report.changed == 0 && output == input.path && output != kStream) return {};  // nothing to do to the file
   const std::string bytes = score.Write(options.write);
-  if (options.backup) report.warnings.push_back("the original is kept as " + BackUp(output));
-  WriteFile(output, bytes);
+  if (options.backup) {
+    report.warnings.push_back("the original is kept as " + WriteFileWithBackup(output, bytes));
+  } else {
+    WriteFile(output, bytes);
+  }
   report.written = output;
   return {};
 }
@@ -164,8 +166,11 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
     throw InputError(report.file + ": " + error.what());
   }
   SetLayerPreferences(score->document(), options);
+  const RecordStore records = score->document().records;
   report.title = Invoke(options, *score, invocations, report);
   report.changes = score->Changes();
+  report.records = FindRecordChanges(records, *score, report.changes);
+  for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
   FillCells(options, *score, invocations, report);
 
   FileResult result;
@@ -223,8 +228,6 @@ FileResult RunOnFile(const RunOptions& options, const Input& input, const std::s
     return Run(options, input, output);
   } catch (const UsageError& error) {
     return Failure(options, input, kExitUsage, error.what());
-  } catch (const std::bad_alloc&) {
-    return Failure(options, input, kExitBadInput, DisplayName(input.path) + ": not enough memory");
   } catch (const std::exception& error) {
     return Failure(options, input, kExitBadInput, error.what());
   }

@@ -138,9 +138,8 @@ void AddScanCommand(CLI::App& app, int& exit_code) {
   const auto options = std::make_shared<ScanOptions>();
   const auto cross_staff = std::make_shared<std::string>("home");
   command.add_option("IN", options->inputs, "Scores, folders of scores, or - for stdin")->required();
-  command
-      .add_option("--cross-staff", *cross_staff,
-                  "Notes live on the `home` staff of their voice, or where they are `drawn`")
+  command.add_option("--cross-staff", *cross_staff, "The staff notes live on: their voice's, or where they stand")
+      ->option_text("home|drawn")
       ->check(CLI::IsMember({"home", "drawn"}))
       ->capture_default_str();
   command.add_flag("--json", options->json, "As JSON");

@@ -112,9 +112,9 @@ void ChooseByPart(Chosen& chosen, const Score& score, const std::vector<std::str
 }
 
 bool HiddenOn(const HiddenLayer& hidden, short slot) {
-  return hidden.staves.empty() || std::any_of(hidden.staves.begin(), hidden.staves.end(), [slot](const NumberRange& range) {
-           return range.first <= slot && slot <= range.last;
-         });
+  return hidden.staves.empty() ||
+         std::any_of(hidden.staves.begin(), hidden.staves.end(),
+                     [slot](const NumberRange& range) { return range.first <= slot && slot <= range.last; });
 }
 
 // The runs of chosen numbers; a run also ends where `joined(number, number + 1)` says no.
@@ -197,6 +197,7 @@ std::vector<Invocation> PlanInvocations(const Score& score, const Selection& sel
       invocations.push_back(invocation);
     }
   }
+  if (score.staves().empty() || score.measures().empty()) throw InputError("the score has no measures");
   if (invocations.empty()) throw InputError("nothing is selected" + (warnings.empty() ? "" : ": " + warnings.front()));
   return invocations;
 }

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "host/runner/commands.h"
+#include "host/runner/text.h"
 #include "host/runner/validate.h"
 #include "host/runner/validate_score.h"
 
@@ -53,7 +54,7 @@ void PrintText(const Command& command, const std::vector<CheckResult>& results, 
       std::printf("             %s: %s\n", result.name.c_str(), result.failure.c_str());
     }
   }
-  std::printf("%zu checks, %ld failed\n", results.size(), failed);
+  std::printf("%s, %ld failed\n", Counted(static_cast<long>(results.size()), "check").c_str(), failed);
 }
 
 int Run(const Command& command) {
@@ -91,19 +92,30 @@ void AddValidateCommand(CLI::App& app, int& exit_code) {
   options.seed = std::random_device()();
   options.jobs = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
   validate.add_option("BUNDLE", options.plugin, "The extension bundle")->required();
-  validate.add_option("--check", options.kinds, "Only checks of this kind; may be repeated")->allow_extra_args(false);
-  validate.add_option("--score", command->score, "The score that commands run on, instead of a built-in one");
-  validate.add_option("--seed", options.seed, "Of the random answers")->default_str("another one every time");
+  validate.add_option("--check", options.kinds, "Only checks of this kind; may be repeated")
+      ->option_text("KIND")
+      ->allow_extra_args(false);
+  validate.add_option("--score", command->score, "The score that commands run on, instead of a built-in one")
+      ->option_text("FILE");
+  validate.add_option("--seed", options.seed, "Of the random answers")
+      ->option_text("N")
+      ->default_str("another one every time");
   validate.add_option("--rounds", options.rounds, "Of random answers, for each command")
+      ->option_text("N")
       ->check(CLI::Range(0, 100000))
       ->capture_default_str();
   validate.add_option("--refusals", options.refusals, "Of calls, for each command; spread evenly where it makes more")
+      ->option_text("N")
       ->check(CLI::Range(1, 1000000))
       ->capture_default_str();
   validate.add_option("--timeout", options.seconds, "Seconds that one check may take")
+      ->option_text("N")
       ->check(CLI::Range(1, 3600))
       ->capture_default_str();
-  validate.add_option("-j,--jobs", options.jobs, "Checks at the same time")->check(CLI::Range(1, 256));
+  validate.add_option("-j,--jobs", options.jobs, "Checks at the same time")
+      ->option_text("N")
+      ->check(CLI::Range(1, 256))
+      ->default_str("one a processor");
   validate.add_flag("--only-failed", command->only_failed, "Say nothing about checks that pass");
   validate.add_flag("--json", command->json, "As JSON");
   validate.footer(KindsHelp());

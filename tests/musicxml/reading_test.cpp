@@ -158,7 +158,7 @@ TEST(Reading, WarnsWithPlace) {
       {"n1v1 b4 n1v1", "measure 1: a <backup> goes back beyond"},
       {"n1v1 b0", "measure 1: a <backup> of no length"},
       {"| n1v1 bx", "measure 2: a <backup> without"},
-      {"n1v1 | | n1v1 || n1v1", "part P2 has 1 measures of 3"},
+      {"n1v1 | | n1v1 || n1v1", "part P2 has 1 of 3 measures"},
       {"@0 n1v1", "<divisions> is no number above 0"},
       {"n1v1s99", "no staff has this number"},
       {"n1v1 b1 n1v2 b1 n1v3 b1 n1v4 b1 n1v5", "voice 5 is one more than there are layers"},

@@ -56,8 +56,12 @@ Ended Sokrun(const std::vector<std::string>& arguments, const Surroundings& surr
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
 
+  int alive[2];  // open for writing in sokrun and what it starts, as long as they live
+  if (pipe(alive) != 0) throw std::runtime_error("no pipe");
   const pid_t process = fork();
   if (process == 0) {
+    close(alive[0]);
+    if (!surroundings.folder.empty() && chdir(surroundings.folder.c_str()) != 0) _exit(126);
     dup2(open(in.c_str(), O_RDONLY), STDIN_FILENO);
     dup2(open(out.c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
     dup2(open(err.c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
@@ -71,8 +75,13 @@ Ended Sokrun(const std::vector<std::string>& arguments, const Surroundings& surr
     execv(SOKRUN_PROGRAM, pointers.data());
     _exit(127);
   }
+  close(alive[1]);
   int status = 0;
   waitpid(process, &status, 0);
+  char nothing;
+  while (read(alive[0], &nothing, 1) > 0) {
+  }
+  close(alive[0]);
   Ended ended;
   if (WIFEXITED(status)) ended.exit_code = WEXITSTATUS(status);
   if (WIFSIGNALED(status)) ended.signal = WTERMSIG(status);

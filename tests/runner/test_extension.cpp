@@ -32,8 +32,20 @@ short AddRests(const EREGION& region, short) {
   return 1;
 }
 
-constexpr ExtensionCommand kCommands[] = {{30000, Crash}, {30003, LeakAndTalk}, {30006, AddRests}};
+// Records: one that the score has, one that it has not, and one that goes.
+short ChangeRecords(const EREGION&, short) {
+  EDataID id{};
+  id.other.cmper = 1;
+  const short block[10] = {};
+  SX_SaveEData(0x534F5458, &id, block, sizeof block, kInterfaceVersion);    // 'SOTX'
+  SX_CreateEData(0x41424344, &id, block, sizeof block, kInterfaceVersion);  // 'ABCD'
+  SX_DeleteEData(0x534F4953, &id, kInterfaceVersion);                       // 'SOIS'
+  return 1;
+}
+
+constexpr ExtensionCommand kCommands[] = {
+    {30000, Crash}, {30003, LeakAndTalk}, {30006, AddRests}, {30010, ChangeRecords}};
 
 }  // namespace
 
-const Extension kExtension = {kCommands, 3, 30009};
+const Extension kExtension = {kCommands, 4, 30009};

@@ -1,0 +1,13 @@
+// How sokrun's help and its messages about the command line read.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace sok {
+
+// To be called before subcommands are added: they take these over.
+//
+// In help, an option that takes a value shows its option_text, and its default behind the description.
+void SetUpHelp(CLI::App& app);
+
+}  // namespace sok

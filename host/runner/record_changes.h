@@ -1,0 +1,27 @@
+// Data records that an extension changed beside the music. They are told of, not written back.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/engine/record_store.h"
+#include "host/musicxml/score.h"
+
+namespace sok {
+
+// All records of one kind.
+struct RecordChanges {
+  std::string kind;  // "texts", "preferences" …, or the records' tag where no name is known
+  long changed = 0;
+  long added = 0;
+  long removed = 0;
+};
+
+// What became of the records since `before`, by kind; articulations that were written with the music are left out.
+std::vector<RecordChanges> FindRecordChanges(const RecordStore& before, const Score& score,
+                                             const std::vector<Change>& music);
+
+// "the extension changed texts (2 records changed, 1 record added); only music is written back".
+std::string Text(const RecordChanges& changes);
+
+}  // namespace sok
