@@ -185,11 +185,13 @@ std::string List(const char* title, const std::vector<std::string>& texts) {
 }  // namespace
 
 std::string HtmlSection(const Score& score, const ScoreReport& report, const RunOptions& options) {
+  const auto rests = [](long count, const char* where) {
+    return "<span><b>" + std::to_string(count) + "</b> rest" + (count == 1 ? "" : "s") + where + "</span>";
+  };
   std::string html = "<article>\n<h2>" + Escaped(report.file) + "</h2>\n<p class=\"numbers\"><span>" +
-                     Escaped(report.title) + "</span><span><b>" + std::to_string(report.RestsIn()) +
-                     "</b> rests in</span><span><b>" + std::to_string(report.RestsOut()) +
-                     "</b> rests out</span><span><b>" + std::to_string(report.selected - report.changed) + "</b> of " +
-                     std::to_string(report.selected) + " staff-measures kept</span></p>\n";
+                     Escaped(report.title) + "</span>" + rests(report.RestsIn(), " in") +
+                     rests(report.RestsOut(), " out") + "<span><b>" + std::to_string(report.selected - report.changed) +
+                     "</b> of " + std::to_string(report.selected) + " staff-measures kept</span></p>\n";
   if (!report.error.empty()) html += "<p class=\"error\">" + Escaped(report.error) + "</p>\n";
   html += Grid(score, report) + Reasons(score, report) + List("Alerts", report.alerts) +
           List("Warnings", report.warnings) + Pictures(score, report, options);
@@ -200,13 +202,13 @@ std::string HtmlFailure(const std::string& file, const std::string& error) {
   return "<article class=\"failed\">\n<h2>" + Escaped(file) + "</h2>\n<p>" + Escaped(error) + "</p>\n</article>\n";
 }
 
-std::string HtmlPage(const std::string& summary, const std::string& sections) {
-  return std::string(
-             "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-             "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
-             "<title>Whole-measure rests</title>\n<style>\n") +
-         kReportStyle + "</style>\n</head>\n<body>\n<header><h1>Whole-measure rests</h1><p>" + Escaped(summary) +
-         "</p></header>\n<main>\n" + sections + "</main>\n<script>\n" + kReportScript + "</script>\n</body>\n</html>\n";
+std::string HtmlPage(Purpose purpose, const std::string& summary, const std::string& sections) {
+  const std::string title = purpose == Purpose::kOther ? "What the extension did" : "Whole-measure rests";
+  return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
+         title + "</title>\n<style>\n" + kReportStyle + "</style>\n</head>\n<body>\n<header><h1>" + title + "</h1><p>" +
+         Escaped(summary) + "</p></header>\n<main>\n" + sections + "</main>\n<script>\n" + kReportScript +
+         "</script>\n</body>\n</html>\n";
 }
 
 }  // namespace sok

@@ -17,6 +17,6 @@ std::string HtmlSection(const Score& score, const ScoreReport& report, const Run
 std::string HtmlFailure(const std::string& file, const std::string& error);
 
 // The page around the sections.
-std::string HtmlPage(const std::string& summary, const std::string& sections);
+std::string HtmlPage(Purpose purpose, const std::string& summary, const std::string& sections);
 
 }  // namespace sok

@@ -165,7 +165,7 @@ class Collector {
                                 std::to_string(files_ - changed_ - failed_) + " unchanged, " + std::to_string(failed_) +
                                 " failed; " + Counted(rests_in_, "rest") + " in, " + Counted(rests_out_, "rest") +
                                 " out";
-    if (!options_.html.empty()) WriteFile(options_.html, HtmlPage(summary, html_));
+    if (!options_.html.empty()) WriteFile(options_.html, HtmlPage(options_.purpose, summary, html_));
     std::ostream& out = stdout_taken_ ? std::cerr : std::cout;
     if (options_.json) {
       out << "{\"version\":1,\"command\":{\"plugin\":" << JsonString(options_.plugin)

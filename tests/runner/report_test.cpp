@@ -85,6 +85,14 @@ TEST(SokrunReport, OtherExtensionsAreReportedToo) {
   const Ended talk = Sokrun({"run", "1", score, "--check", "--plugin", TEST_EXTENSION});
   EXPECT_NE(talk.err.find("alert: a word from the extension"), std::string::npos) << talk.err;
   EXPECT_NE(talk.err.find("did not free 1 frame"), std::string::npos) << talk.err;
+  // What a score file does not carry is lost; the user has to hear of it.
+  const Ended records = Sokrun({"run", "3", score, "--check", "--json", "--plugin", TEST_EXTENSION});
+  EXPECT_NE(records.err.find("changed texts (1 record changed); only music is written back\n"), std::string::npos)
+      << records.err;
+  EXPECT_EQ(json::parse(records.out)["files"][0]["records"],
+            json::parse(R"([{"kind": "ABCD", "changed": 0, "added": 1, "removed": 0},
+                            {"kind": "staves", "changed": 0, "added": 0, "removed": 1},
+                            {"kind": "texts", "changed": 1, "added": 0, "removed": 0}])"));
   const Ended change = Sokrun({"run", "2", score, "--check", "--plugin", TEST_EXTENSION, "--measures", "2"});
   EXPECT_EQ(change.exit_code, 1) << "entries that cannot be written";
   EXPECT_NE(change.err.find("staff 1, measure 2"), std::string::npos) << change.err;

@@ -125,13 +125,16 @@ struct RefusedCase {
 
 // IN stands for a score, BAD for a file that is cut off in its third line, OUT for a file that is not there yet.
 const RefusedCase kRefused[] = {
-    {{}, 2, "subcommand"},
+    {{}, 2, "say which command"},
+    {{"fil", "IN"}, 2, "there is no command fil"},
     {{"fill"}, 2, "IN"},
     {{"fill", "IN"}, 2, "-o, --in-place or --output-dir"},
     {{"fill", "IN", "-o", "OUT", "--in-place"}, 2, "--in-place"},
     {{"fill", "IN", "-o", "OUT", "--dry-run"}, 2, "--dry-run"},
     {{"fill", "IN", "-o", "OUT", "--backup"}, 2, "--in-place"},
     {{"fill", "-", "--in-place"}, 2, "stdin"},
+    {{"fill", "IN", "--output-dir", "HERE"}, 2, "would be written over itself"},
+    {{"fill", "IN", "--check", "--html", "IN"}, 2, "is one of the scores"},
     {{"fill", "IN", "IN", "-o", "OUT"}, 2, "--output-dir"},
     {{"fill", "IN", "IN", "--output-dir", "OUT"}, 2, "both be written"},
     {{"fill", "IN", "--check", "--measures", "0"}, 2, "--measures: \"0\""},
@@ -160,6 +163,7 @@ TEST(SokrunRun, RefusesWithAReasonAndTheRightCode) {
     Words arguments = c.arguments;
     for (std::string& word : arguments) {
       if (word == "IN") word = in;
+      if (word == "HERE") word = folder.path();
       if (word == "BAD") word = bad;
       if (word.starts_with("OUT")) word = folder / ("out" + word.substr(3));
     }
