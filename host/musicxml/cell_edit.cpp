@@ -59,7 +59,7 @@ void CellEdit::ReadItem(pugi::xml_node node, Fraction& divisions) {
         std::find_if(items_.rbegin(), items_.rend(), [](const Item& other) { return MovesCursor(other); });
     item.chord = node.child("chord") && before != items_.rend() && before->kind == Kind::kNote;
     item.voice = Trimmed(node.child_value("voice"));
-    item.staff = std::max(node.child("staff").text().as_int(1), 1);
+    item.staff = std::max(StaffNumber(node.child("staff")), 1);
     if (node.child("grace")) item.length = {};
     if (item.chord) {
       item.length = {};
@@ -310,7 +310,7 @@ std::string CellEdit::AsRest(const Item& forward, const NewRest& rest) const {
   for (const pugi::xml_node child : forward.node.children()) children += child.type() == pugi::node_element ? 1 : 0;
   if (duration != forward.node.first_child() || children != 1 + (voice ? 1 : 0) + (staff ? 1 : 0)) return {};
   if (voice && (rest.voice.empty() || Trimmed(voice.child_value()) != rest.voice)) return {};
-  if (staff && staff.text().as_int(1) != std::max(rest.staff, 1)) return {};
+  if (staff && StaffNumber(staff) != std::max(rest.staff, 1)) return {};
 
   const std::size_t body = forward.begin + std::strlen("<forward>");
   const std::string space(text_.substr(body, BeginOf(duration) - body));

@@ -85,6 +85,11 @@ int WrittenDurationOf(pugi::xml_node note) {
   return WrittenDuration(Trimmed(note.child_value("type")), static_cast<int>(std::distance(dots.begin(), dots.end())));
 }
 
+int StaffNumber(pugi::xml_node staff) {
+  const int number = SmallNumber(staff.child_value());
+  return number < 1 || number > kMostStaves ? 0 : number;
+}
+
 struct CellReader::NoteData {
   Entry entry;
   Pitch pitch;
@@ -178,8 +183,8 @@ CellReader::NoteData CellReader::Parse(pugi::xml_node node) {
         break;
       case 's':
         if (Is(name, "staff")) {
-          note.staff = SmallNumber(child.child_value());
-          if (note.staff < 1 || note.staff > kMostStaves) {
+          note.staff = StaffNumber(child);
+          if (note.staff == 0) {
             Warn(child, "no staff has this number; the note counts on staff 1");
             note.staff = 1;
           }

@@ -25,6 +25,9 @@ struct PartState {
 // By type and dots, 1024 a quarter note; 0 without a known type.
 int WrittenDurationOf(pugi::xml_node note);
 
+// What a <staff> says; 0: no staff has this number.
+int StaffNumber(pugi::xml_node staff);
+
 class CellReader {
  public:
   // `parsed` may be null.

@@ -39,18 +39,16 @@ std::string Zip(const std::vector<Member>& members) {
 }
 
 Member Container(const std::string& path) {
-  return {"META-INF/container.xml", "<container><rootfiles><rootfile full-path=\"" + path +
-                                        "\"/><rootfile full-path=\"x\"/>"
-                                        "</rootfiles></container>"};
+  const std::string file = "<rootfile full-path=\"" + path + "\"/><rootfile full-path=\"x\"/>";
+  return {"META-INF/container.xml", "<container><rootfiles>" + file + "</rootfiles></container>"};
 }
 
 std::string WithHead(const std::string& head, const char* shorthand = "n4v1 |") { return head + ScoreText(shorthand); }
 
-std::string Filled(const std::string& bytes, std::string* text = nullptr) {
+std::string Filled(const std::string& bytes) {
   const auto score = Score::Read(bytes, "score");
   EXPECT_EQ(score->Write(), bytes);
   FillMeasures(*score);
-  if (text != nullptr) *text = score->WriteText();
   return score->Write();
 }
 
@@ -60,15 +58,12 @@ TEST(Files, KeepTheirEncoding) {
     std::string head;
     bool mark;
   } const kCases[] = {
-      {"UTF-8", "", false},
       {"UTF-8", "<!DOCTYPE score-partwise PUBLIC \"-//x//\" \"http://nowhere/partwise.dtd\">", true},
       {"UTF-8", "<!DOCTYPE score-partwise [<!ENTITY a '>]'><!ENTITY b '&a;&a;'>]>", false},
       {"UTF-16LE", "<?xml version=\"1.0\" encoding=\"UTF-16\"?><!-- \xC3\xA9\xF0\x9D\x84\x9E -->", true},
       {"UTF-16BE", "<?xml version=\"1.0\" encoding=\"UTF-16\"?>", true},
       {"UTF-16LE", "<?xml version=\"1.0\"?>", false},
-      {"UTF-32BE", "<?xml version=\"1.0\"?>", true},
       {"ISO-8859-1", "<?xml version='1.0' encoding='iso-8859-1'?><!-- \xC3\xA9 -->", false},
-      {"WINDOWS-1252", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><!-- \xE2\x82\xAC -->", false},
       {"SHIFT_JIS", "<?xml version=\"1.0\" encoding=\"Shift_JIS\"?><!-- \xE9\x9F\xB3 -->", false},
   };
   for (const auto& c : kCases) {
@@ -77,12 +72,9 @@ TEST(Files, KeepTheirEncoding) {
     EXPECT_EQ(Filled(bytes), EncodeText(WithHead(head, "n4v1 | R4v1"), c.encoding)) << c.encoding;
     EXPECT_EQ(Score::Read(bytes, "score")->encoding(), c.encoding);
   }
-}
-
-TEST(Files, AnEncodingThatIsNotTrueIsWarnedOf) {
-  const std::string text = WithHead("<?xml version=\"1.0\" encoding=\"UTF-16\"?>");
-  EXPECT_EQ(Filled(text), WithHead("<?xml version=\"1.0\" encoding=\"UTF-16\"?>", "n4v1 | R4v1"));
-  EXPECT_NE(Score::Read(text, "score")->warnings().at(0).text.find("UTF-16"), std::string::npos);
+  const std::string untrue = WithHead("<?xml version=\"1.0\" encoding=\"UTF-16\"?>");
+  EXPECT_EQ(Filled(untrue), WithHead("<?xml version=\"1.0\" encoding=\"UTF-16\"?>", "n4v1 | R4v1"));
+  EXPECT_NE(Score::Read(untrue, "score")->warnings().at(0).text.find("UTF-16"), std::string::npos);
 }
 
 TEST(Files, ArchivesKeepAllButTheScore) {
@@ -121,16 +113,10 @@ TEST(Files, CutTextsAreRefused) {
 }
 
 TEST(Files, WhatIsNoScoreIsRefusedWithItsPlace) {
-  const std::string deep = [] {
-    std::string text = "<score-partwise>";
-    for (int i = 0; i < 100000; ++i) text += "<a>";
-    return text;
-  }();
+  std::string deep = "<score-partwise>";
+  for (int i = 0; i < 100000; ++i) deep += "<a>";
   const std::string bomb(std::size_t{40} << 20, ' ');
-  struct {
-    std::string bytes;
-    const char* message;
-  } const kCases[] = {
+  const std::pair<std::string, const char*> kCases[] = {
       {"", "x: the file is empty"},
       {"hello", "x:1: not MusicXML: there is no XML element"},
       {"<html></html>", "x:1: not a MusicXML score: the root element is <html>"},
@@ -148,27 +134,12 @@ TEST(Files, WhatIsNoScoreIsRefusedWithItsPlace) {
       {Zip({Container("b.xml"), {"b.xml", bomb}}), "x: the member b.xml is too large"},
       {Zip({Container("b.xml"), {"b.xml", "<score-partwise>\n<a>"}}), "x(b.xml):2: "},
   };
-  for (const auto& c : kCases) {
+  for (const auto& [bytes, message] : kCases) {
     try {
-      Score::Read(c.bytes, "x");
-      ADD_FAILURE() << c.message;
+      Score::Read(bytes, "x");
+      ADD_FAILURE() << message;
     } catch (const ScoreError& error) {
-      EXPECT_TRUE(std::string_view(error.what()).starts_with(c.message)) << error.what();
-    }
-  }
-}
-
-// Numbers that no score has are either refused or bounded.
-TEST(Files, AbsurdNumbersDoNoHarm) {
-  for (const char* shorthand :
-       {"@1 n999999999999999v1 n999999999999999v1", "@999999999999999 n1v1", "%999999/1", "S99999 n1v1",
-        "n99999999999999999v1", "n-4v1", "%4/0", "@0.000001 n999999999v1", "n1v99999999999999999999"}) {
-    try {
-      const auto score = Score::Read(ScoreText(shorthand), "x");
-      FillMeasures(*score);
-      score->Write();
-    } catch (const ScoreError& error) {
-      EXPECT_NE(std::string(error.what()).find("too large"), std::string::npos) << shorthand << error.what();
+      EXPECT_TRUE(std::string_view(error.what()).starts_with(message)) << error.what();
     }
   }
 }

@@ -1,6 +1,6 @@
 #include "tests/musicxml/score_text.h"
 
-#include <cctype>
+#include <algorithm>
 #include <sstream>
 #include <vector>
 
@@ -11,23 +11,17 @@ std::string Element(const std::string& name, const std::string& content) {
   return "<" + name + ">" + content + "</" + name + ">";
 }
 
-// Cuts the longest prefix that `accepts`.
-template <typename Accepts>
-std::string Take(std::string_view& text, Accepts accepts) {
-  std::size_t size = 0;
-  while (size < text.size() && accepts(text[size])) ++size;
-  const std::string taken(text.substr(0, size));
-  text.remove_prefix(size);
+// Cuts the longest prefix of such characters.
+std::string Take(std::string_view& text, const char* characters) {
+  const std::string taken(text.substr(0, std::min(text.find_first_not_of(characters), text.size())));
+  text.remove_prefix(taken.size());
   return taken;
 }
 
-std::string TakeNumber(std::string_view& text) {
-  return Take(text, [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; });
-}
+std::string TakeNumber(std::string_view& text) { return Take(text, "0123456789"); }
 
 std::string NoteText(char kind, std::string_view rest) {
-  const std::string duration =
-      Take(rest, [](char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == '-'; });
+  const std::string duration = Take(rest, "0123456789.-");
   std::string voice, type, staff, chord, cue, notations, attribute;
   const std::string marked = kind == 'T' ? " " : "";
   while (!rest.empty()) {
@@ -39,8 +33,7 @@ std::string NoteText(char kind, std::string_view rest) {
     if (what == 'u') cue = "<cue/>";
     if (what == 'h') attribute = " print-object=\"no\"";
     if (what == 'y') notations = "<notations><fermata type=\"upright\"/></notations>";
-    if (what == 't')
-      type += Element("type", Take(rest, [](char c) { return std::islower(static_cast<unsigned char>(c)) != 0; }));
+    if (what == 't') type += Element("type", Take(rest, "abcdefghijklmnopqrstuvwxyz"));
     if (what == '.') type += "<dot/>";
   }
   const std::string sound = kind == 'r'                  ? "<rest/>"
@@ -140,9 +133,8 @@ int ClearRests(Score& score) {
     int cleared = 0;
     for (short layer = 0; layer < kLayers; ++layer) {
       const std::vector<EXENTRY> entries = document.Entries({slot, measure, layer});
-      if (entries.size() != 1 || entries[0].duration != kWholeRestDuration || (entries[0].flags & kEntryIsNote) != 0)
-        continue;
-      cleared += document.SetEntries({slot, measure, layer}, {}) ? 1 : 0;
+      if (entries.size() == 1 && entries[0].duration == kWholeRestDuration && (entries[0].flags & kEntryIsNote) == 0)
+        cleared += document.SetEntries({slot, measure, layer}, {}) ? 1 : 0;
     }
     return cleared;
   });

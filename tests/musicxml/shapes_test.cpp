@@ -82,12 +82,6 @@ TEST(ScoreShapes, StartsAndEndsFindEachOther) {
       {"across staves, its end first in the text",
        {Note("") + Note(Slur("stop")) + kBackup + kBackup + Note(Slur("start"), 2, 5)},
        {"#slur 3-2 1+0>1+1024"}},
-      {"over measures, nested by number",
-       {Note(Slur("start") + Slur("start", 2)), "", Note(Slur("stop", 2)) + Note(Slur("stop"))},
-       {"#slur 2-2 1+0>3+0", "#slur 2-2 1+0>3+1024"}},
-      {"without a start, without an end",
-       {Note(Slur("stop")), Note(Slur("start")), Note(Slur("start")) + Note("")},
-       {}},
       {"two staves at once without numbers, ends in the other order",
        {Direction("<wedge type=\"crescendo\"/>") + Direction("<wedge type=\"diminuendo\"/>", 2) + Note("") +
         Direction("<wedge type=\"stop\"/>") + Note("") + Direction("<wedge type=\"stop\"/>", 2)},

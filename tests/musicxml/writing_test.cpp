@@ -34,16 +34,13 @@ void CheckLaws(const std::string& text, const Settings& settings = {}) {
             text);
 }
 
-struct WritingCase {
-  const char* before;
-  const char* after;
-};
+using WritingCase = std::pair<const char*, const char*>;
 
 void Check(std::span<const WritingCase> cases, int (*command)(Score&), const Settings& settings = {}) {
-  for (const WritingCase& c : cases) {
-    SCOPED_TRACE(c.before);
-    EXPECT_EQ(After(ScoreText(c.before), command, settings), ScoreText(c.after));
-    CheckLaws(ScoreText(c.before), settings);
+  for (const auto& [before, after] : cases) {
+    SCOPED_TRACE(before);
+    EXPECT_EQ(After(ScoreText(before), command, settings), ScoreText(after));
+    CheckLaws(ScoreText(before), settings);
   }
 }
 
@@ -58,31 +55,17 @@ std::string RandomScore(std::mt19937& random) {
   for (int part = 1 + below(2); part > 0; --part) {
     score += "S" + std::to_string(staves) + " @" + std::to_string(1 + below(4)) + pick({" %4/4 ", " %3/4 ", " "});
     for (int measure = 1 + below(4); measure > 0; --measure) {
-      for (int pass = below(4); pass > 0; --pass) {
+      for (int passes = below(4); passes > 0; --passes) {
         const std::string voice = below(10) > 0 ? "v" + std::to_string(1 + below(6)) : "";
         const std::string staff = staves > 1 && below(8) > 0 ? "s" + std::to_string(1 + below(3) % staves) : "";
         const std::string tail = voice + staff + pick({"", "", "", "h"});
-        int length = 4;
-        switch (below(7)) {
-          case 0:
-            score += "R4" + tail;
-            break;
-          case 1:
-            score += "r4" + tail;
-            break;
-          case 2:
-            score += "r4" + tail + "twhole";
-            break;
-          case 3:
-            score += "f4";
-            break;
-          case 4:  // no duration: as long as its type
-            score += pick({"r", "n"}) + tail + pick({"thalf", "thalf.", "twhole"});
-            break;
-          default:
-            length = 1 + below(4);
-            score += pick({"n", "n", "r"}) + std::to_string(length) + tail + pick({"", " g", " d", " n1c"});
-        }
+        // '#' is the length, '*' voice, staff and whether it is printed; no length: as long as the type.
+        std::string pass = pick({"R4*", "R4*", "r4*", "r4*", "r4*twhole", "r4*twhole", "f4", "f4", "r*twhole", "n*thalf.",
+                                 "n#*", "n#* g", "n#* d", "n#* n1c", "r#*", "r#* d"});
+        const int length = pass.find('#') == std::string::npos ? 4 : 1 + below(4);
+        if (const auto at = pass.find('#'); at != std::string::npos) pass.replace(at, 1, std::to_string(length));
+        if (const auto at = pass.find('*'); at != std::string::npos) pass.replace(at, 1, tail);
+        score += pass;
         score += pick({" ", " ", " ", " d ", " @2 ", " @3 "});
         if (below(5) > 0) score += "b" + std::to_string(below(4) > 0 ? length : below(6)) + " ";
       }
@@ -96,7 +79,7 @@ std::string RandomScore(std::mt19937& random) {
 // Clearing twice is left out: a measure that lost its longest rest is shorter, and other rests may fill it then.
 TEST(Writing, TheLawsHoldForAnyScore) {
   std::mt19937 random(1);
-  for (int i = 0; i < 300; ++i) {
+  for (int i = 0; i < 2000; ++i) {
     const std::string text = RandomScore(random);
     Settings settings;
     settings.read.hidden_rests_empty = random() % 3 == 0;
@@ -115,16 +98,12 @@ constexpr WritingCase kFills[] = {
     {"@2 %3/4 | n6v3 | d e", "@2 %3/4 R6v3 | n6v3 | d R6v3 e"},            // divisions, voice, directions, barline
     {"@2 n3v1 || @4", "@2 n3v1 || @4 R6v1"},                               // length of another part, own divisions
     {"@2 n3v1 || @1", "@2 n3v1 || @1 R1.5v1"},                             // not whole in these divisions
-    {"S2 n4v5s2 | n4v1s1", "S2 n4v5s2 b4 R4v1s1 | n4v1s1 b4 R4v5s2"},      // one staff of two
     {"S2 n4v5s2 d | n4v1s1", "S2 n4v5s2 b4 R4v1s1 d | n4v1s1 b4 R4v5s2"},  // what stands behind keeps its place
     {"S2 n2v5s2 || n4v1", "S2 n2v5s2 b2 R4v1s1 b2 || n4v1"},               // the cursor ends where it did
-    {"S2 n4v5s2 b4", "S2 n4v5s2 b4 R4v1s1 b4"},
     {"S2 |  n4v1s1 b4 n4v5s2", "S2 R4v1s1 b4 R4v5s2 | n4v1s1 b4 n4v5s2"},
     {"r2v1 || S2 @3 n1v5s2 @1 n1v5s2", "r2v1 || S2 @3 n1v5s2 @1 n1v5s2 b1.333333 R2v1s1 b0.666666"},  // thirds are cut
     {"n4v1 | f4", "n4v1 | T4v1"},  // in place of time that passes
-    {"n4v1 | f4 d", "n4v1 | T4v1 d"},
     {"S2 n4v1s1 b4 n4v5s2 | f4 b4 n4v5s2", "S2 n4v1s1 b4 n4v5s2 | T4v1s1 b4 n4v5s2"},
-    {"S2 n4v1s1 b4 n4v5s2 | f4", "S2 n4v1s1 b4 n4v5s2 | T4v1s1 b4 R4v5s2"},
     {"n4v1 | f4 || n5v1 | n5v1", "n4v1 | f4 b4 R5v1 b1 || n5v1 | n5v1"},  // not as long: it stays
     {"n4 |", "n4 | R4"},                                                  // voices have no numbers here
     {"S2 n4v1s2 b4 n4v5s2", "S2 n4v1s2 b4 n4v5s2 b4 R4v2s1"},             // number 1 is taken by the other staff
@@ -132,17 +111,14 @@ constexpr WritingCase kFills[] = {
 constexpr WritingCase kClears[] = {
     {"R4v1 | r4v1twhole | r3v1thalf. n1v1 | r4v1", " | | r3v1thalf. n1v1 |"},
     {"R4v1 d", "f4 d"},  // something later depends on the cursor
-    {"R4v1 e", "e"},
     {"d R4v1", "d"},
-    {"S2 R4v1s1 b4 n4v5s2", "S2 n4v5s2"},
     {"S2 R4v1s1 d b4 n4v5s2", "S2 f4 d b4 n4v5s2"},
-    {"S2 n4v1s1 b4 R4v5s2", "S2 n4v1s1"},
     {"S2 R4v1s1 b4 R4v5s2", "S2"},
     {"S2 n3v1s1 b3 R4v5s2 b1 d", "S2 n3v1s1 d"},
-    {"n4v1 b4 R4v2 b4 n4v3", "n4v1 b4 n4v3"},
     {"n4v1twhole b4 r4v2twhole", "n4v1twhole"},
     {"R4v1 gv1", "R4v1 gv1"},  // not alone
     {"R4v1y", ""},
+    {"R4s99", ""},  // on staff 1, as no staff has this number
     {"@2 rv1twhole d", "@2 f8 d"},  // no duration: as long as its type
 };
 
@@ -165,17 +141,14 @@ TEST(Writing, BesideMusicThatDoesNotCount) {
 
 TEST(Writing, FermatasMoveToTheBarlineOnRequest) {
   const std::string fermata = "<fermata type=\"upright\"/>";
-  struct {
-    const char* before;
-    std::string measure;
-  } const kCases[] = {
-      {"R4v1y", "<barline location=\"right\">" + fermata + "</barline>"},
-      {"R4v1y e", "<barline location=\"right\"><bar-style>light-heavy</bar-style>" + fermata + "</barline>"},
-      {"R4v1y b4 R4v2y", "<barline location=\"right\">" + fermata + "</barline>"},
+  const std::string barline = "<barline location=\"right\">";
+  const std::pair<const char*, std::string> kCases[] = {
+      {"R4v1y b4 R4v2y", barline + fermata + "</barline>"},
+      {"R4v1y e", barline + "<bar-style>light-heavy</bar-style>" + fermata + "</barline>"},
   };
-  for (const auto& c : kCases) {
-    const std::string after = After(ScoreText(c.before), ClearRests, {.write = {.keep_fermatas = true}});
-    EXPECT_NE(after.find("<measure number=\"1\">" + c.measure + "</measure>"), std::string::npos) << after;
+  for (const auto& [before, measure] : kCases) {
+    const std::string after = After(ScoreText(before), ClearRests, {.write = {.keep_fermatas = true}});
+    EXPECT_NE(after.find("<measure number=\"1\">" + measure + "</measure>"), std::string::npos) << after;
   }
   const auto score = ReadScoreText(ScoreText("R4v1y"));
   ClearRests(*score);
@@ -192,15 +165,9 @@ TEST(Writing, FollowsTheLayoutOfTheText) {
   const std::string end = "\t</part>\r\n</score-partwise>\r\n\r\n";
   const std::string rest =
       "\r\n\t\t\t<note>\r\n\t\t\t\t<rest measure=\"yes\"/>\r\n\t\t\t\t<duration>4</duration>\r\n\t\t\t</note>";
-  struct {
-    std::string before;
-    std::string after;
-  } const kCases[] = {
+  const std::pair<std::string, std::string> kCases[] = {
       {"\t\t<measure number='2'>\r\n\t\t</measure>\r\n", "\t\t<measure number='2'>" + rest + "\r\n\t\t</measure>\r\n"},
-      {"\t\t<measure number='2'></measure>\r\n", "\t\t<measure number='2'>" + rest + "</measure>\r\n"},
       {"\t\t<measure number='2' />\r\n", "\t\t<measure number='2' >" + rest + "\r\n\t\t</measure >\r\n"},
-      {"\t\t<measure number='2'>\r\n\t\t\t<direction/><!-- > -->\r\n\r\n\t\t</measure>\r\n",
-       "\t\t<measure number='2'>\r\n\t\t\t<direction/>" + rest + "<!-- > -->\r\n\r\n\t\t</measure>\r\n"},
       {"\t\t<measure number='2'><![CDATA[ </measure> ]]>\r\n\t\t</measure>\r\n",
        "\t\t<measure number='2'>" + rest + "<![CDATA[ </measure> ]]>\r\n\t\t</measure>\r\n"},
       {"\t\t<measure number='2'>\r\n\t\t\t<forward>\r\n\t\t\t  <duration> 4 </duration></forward>\r\n\t\t</measure>",
@@ -208,9 +175,9 @@ TEST(Writing, FollowsTheLayoutOfTheText) {
        "</duration></note >\r\n"
        "\t\t</measure>"},
   };
-  for (const auto& c : kCases) {
-    const std::string text = begin + first + c.before + end;
-    EXPECT_EQ(After(text, FillMeasures), begin + first + c.after + end);
+  for (const auto& [before, after] : kCases) {
+    const std::string text = begin + first + before + end;
+    EXPECT_EQ(After(text, FillMeasures), begin + first + after + end);
     CheckLaws(text);
   }
 }
@@ -232,12 +199,12 @@ TEST(Writing, RefusesWhatItCannotWrite) {
           << error.what();
     }
   };
-  std::vector<EXENTRY> longer = before;
-  longer[0].duration = 1024;
-  expect_refusal(longer);
-  std::vector<EXENTRY> turned = before;
-  turned[1].flags |= kEntryIsNote;
-  expect_refusal(turned);
+  std::vector<EXENTRY> changed = before;
+  changed[0].duration = 1024;
+  expect_refusal(changed);
+  changed = before;
+  changed[1].flags |= kEntryIsNote;
+  expect_refusal(changed);
   expect_refusal({before[0]});
   document.SetEntries({1, 1, 0}, before);
   EXPECT_TRUE(score->Changes().empty());
