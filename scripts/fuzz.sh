@@ -21,7 +21,9 @@ status=0
 for name in "${names[@]}"; do
   mkdir -p "build/fuzz/corpus/$name"
   echo "== $name, $seconds s"
-  build/fuzz/fuzz/"$name" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=3000 -artifact_prefix="build/fuzz/found/$name-" \
+  dictionary=()
+  [ -e "fuzz/$name.dict" ] && dictionary=("-dict=fuzz/$name.dict")
+  build/fuzz/fuzz/"$name" "${dictionary[@]}" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=3000 -artifact_prefix="build/fuzz/found/$name-" \
     -verbosity=0 -print_final_stats=1 "build/fuzz/corpus/$name" "fuzz/corpus/$name" || status=1
 done
 exit $status
