@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "SokExtShared/SokEDK.h"
-#include "tests/support/test_host.h"
+#include "tests/extension/saboteur.h"
 
 namespace {
 
@@ -98,6 +98,36 @@ const KitCall kCalls[] = {
     {"UTF-16 records", [] {
        unsigned short* text = nullptr;
        if (sx_loadotherstring_UTF16(0x7478626C, 1, 0, text)) delete[] text;
+       unsigned short longer[] = {'m', 'o', 'r', 'e', ' ', 't', 'h', 'a', 'n', ' ', 'o', 'n', 'e', 0};
+       sx_saveotherstring_UTF16(kRun, 1, 0, longer);
+     }},
+    {"arrays", [] {
+       unsigned char elements[60] = {1};
+       EDataID id{};
+       id.other.cmper = 1;
+       OrvelOtArray_Save(kRun, &id, 5, 12, elements);
+     }},
+    {"modifications added", [] {
+       sx_addnoteheadmod(7, {}, kNoteheads);
+       sx_addaccidentalmod(7, {});
+       EDTTieAltRecord alteration{};
+       short found = 0;
+       sx_loadtiealteration(kNoteheads, 7, 99, alteration, found);
+     }},
+    {"measure durations", [] { SafeGetMeasureDuration(1, 1); SafeGetMeasureDuration(9, 9); }},
+    {"edits", [] {
+       SX_StartSonkelEdit("one", kInterfaceVersion);
+       SX_StartSonkelEdit_UTF16(kName, kInterfaceVersion);
+       SX_EndAllSonkelEdit();
+     }},
+    {"frames", [] {
+       if (EXTGF2005a* const frame = SX_LoadTGF(0, 1, 1, 0, 1, kInterfaceVersion)) {
+         SX_InsertEXENTRY(frame, 0, 2, kInterfaceVersion);
+         SX_ReduceEntries(frame, kInterfaceVersion);
+         SX_DeleteEXENTRY(frame, 0, 1, kInterfaceVersion);
+         SX_SaveTGF(frame, kInterfaceVersion);
+         SX_FreeTGF(frame, kInterfaceVersion);
+       }
      }},
     {"separate placements", [] {
        EDTSeparatePlacement placement{};
@@ -115,6 +145,7 @@ const KitCall kCalls[] = {
        text.cmper = text.secondCmper = 1;
        std::copy(std::begin(kName), std::end(kName), text.text);
        sx_createuniquemeasuretext(text);
+       sx_loadmeasuretext(1, 1, text, 0);
      }},
     {"regions", [] {
        EREGION region{};
@@ -131,16 +162,22 @@ const KitCall kCalls[] = {
        InstInList(kInstrumentList, 9, 1, true, false);
        InstInList(kInstrumentList, 9, 1, false, true);
        ValidInstInList(kInstrumentList, 1);
+       InstInLists(9, 1, true, true);
+       MakeSureInstIsInLists(1, 9, 0, 15);
+       DeleteInstFromLists(9, 1);
      }},
     {"definitions", [] {
-       FindOrCreateTextRepeat(kName, 1, 2, 3, 4);
+       FindOrCreateTextRepeat(kName, kName, 2, 3, 4);
        FindOrCreateOnTopStaffList(kName);
+       FindOrCreateArticulation({});
      }},
     {"chord suffixes", [] {
        std::vector<EDTChordSuffix2012> suffix(3);
        int number = -1;
        sx_savechordsuffix(number, suffix);
        sx_loadchordsuffix(number, suffix);
+       suffix[0].words[0] = 9;
+       FindOrCreateChordSuffix(suffix);
      }},
     {"attachments", [] {
        EXENTRY entry{};
@@ -155,6 +192,13 @@ const KitCall kCalls[] = {
        shape.FullSave(number);
      }},
     {"shapes erased", [] { LongShape().FullErase(5); }},
+    {"marks erased", [] {
+       unsigned short center = 0;
+       EDTCenterShape{}.FullCreate(1, 5, center);
+       EDTSmartShapeMeasMark::FindAndEraseWithCenterShapes(1, 5);
+       EDTSmartShapeMeasMark::FindAndEraseMarkOnly(1, 5);
+       EDTSmartShapeEntMark::FindAndErase(7, 5);
+     }},
     {"shapes copied", [] {
        EREGION source{};
        source.start = {0, 1, 1, 0};
@@ -168,8 +212,6 @@ const KitCall kCalls[] = {
 
 void PrintTo(const KitCall& call, std::ostream* out) { *out << call.name; }
 
-enum class Fault { kRefused, kFailureReported, kShortRecord };
-
 class KitFaults : public testing::TestWithParam<KitCall> {};
 
 TEST_P(KitFaults, EachHostCallFailingInTurn) {
@@ -177,23 +219,18 @@ TEST_P(KitFaults, EachHostCallFailingInTurn) {
   host.AddScore(2, 4);
   host.document.SetStaffList(3, {2, 1});
   SokVersion = 0x19000000;
-  for (const Fault fault : {Fault::kRefused, Fault::kFailureReported, Fault::kShortRecord}) {
+  for (const Fault fault : kFaults) {
     size_t total = 2;  // every one of these functions makes at least two calls
     for (size_t victim = 0; victim <= total; ++victim) {
       SCOPED_TRACE(testing::Message() << "fault " << static_cast<int>(fault) << " at call " << victim);
       FillDocument(host.document);
       host.calls.clear();
-      size_t calls = 0;
-      host.refuse = [&](const sok::HostCall&) { return calls++ == victim && fault == Fault::kRefused; };
-      host.after = [&](sok::HostCall& call) {
-        if (calls != victim + 1) return;
-        if (fault == Fault::kFailureReported) call.result = 0;
-        if (fault == Fault::kShortRecord && call.size != nullptr) *call.size = 1;
-      };
+      const Saboteur saboteur(host, victim, fault);
       GetParam().call();
-      if (victim == 0) total = std::min<size_t>(calls + 20, 120);
-      ASSERT_LT(calls, 3000u);
-      ASSERT_EQ(host.session.edits_open, 0);
+      if (victim == 0) total = std::min<size_t>(saboteur.calls() + 20, 120);
+      ASSERT_LT(saboteur.calls(), 3000u);
+      ASSERT_EQ(SonkelEditDepth, 0);
+      ASSERT_EQ(host.CallsWith("-> frame").size(), host.CallsWith("SX_FreeTGF").size());
     }
   }
 }

@@ -1,0 +1,55 @@
+// Makes one call of a host fail, in one of the ways that hosts fail.
+#pragma once
+
+#include <cstring>
+
+#include "tests/support/test_host.h"
+
+enum class Fault { kRefused, kFailureReported, kShortRecord, kOddFrameCount, kOddNoteCount, kNoEntries };
+
+constexpr Fault kFaults[] = {Fault::kRefused,       Fault::kFailureReported, Fault::kShortRecord,
+                             Fault::kOddFrameCount, Fault::kOddNoteCount,    Fault::kNoEntries};
+
+class Saboteur {
+ public:
+  Saboteur(TestHost& host, size_t victim, Fault fault) {
+    host.refuse = [this, victim, fault](const sok::HostCall&) { return calls_++ == victim && fault == Fault::kRefused; };
+    host.after = [this, victim, fault](sok::HostCall& call) {
+      if (calls_ == victim + 1 && !done_) {
+        done_ = true;
+        Disturb(call, fault);
+      }
+    };
+  }
+  size_t calls() const { return calls_; }
+
+ private:
+  static void Disturb(sok::HostCall& call, Fault fault) {
+    const bool loaded = std::strcmp(call.name, "SX_LoadTGF") == 0 && call.result != 0 && call.frame != nullptr;
+    switch (fault) {
+      case Fault::kRefused:
+        break;
+      case Fault::kFailureReported:
+        call.result = 0;
+        break;
+      case Fault::kShortRecord:
+        if (call.size != nullptr) *call.size = 1;
+        break;
+      case Fault::kOddFrameCount:
+        if (loaded) call.frame->count = -3;
+        break;
+      case Fault::kOddNoteCount:
+        if (loaded && call.frame->count > 0) call.frame->entries[0].noteCount = 13;
+        break;
+      case Fault::kNoEntries:
+        if (loaded && call.frame->count > 0) {
+          delete[] call.frame->entries;
+          call.frame->entries = nullptr;
+        }
+        break;
+    }
+  }
+
+  size_t calls_ = 0;
+  bool done_ = false;
+};
