@@ -42,10 +42,6 @@ constexpr ViewCase kViews[] = {
     {Tag("pfLA"), KeyView::kGlobal},
 };
 
-TEST(RecordTags, DecideTheView) {
-  for (const ViewCase& c : kViews) EXPECT_EQ(sok::ViewOf(c.tag), c.view) << std::hex << c.tag;
-}
-
 Fields FieldsOf(KeyView view, const EDataID& id) {
   switch (view) {
     case KeyView::kOther:
@@ -175,26 +171,6 @@ TEST(RecordStore, BehavesAsTheModelUnderRandomOperations) {
   });
   std::erase_if(model.records, [](const auto& table) { return table.second.empty(); });
   EXPECT_EQ(stored, model.records);
-}
-
-// After the highest number a gap is found, and 0xFFFE, where the document's own records stand, is never given away.
-TEST(RecordStore, ChoosesAGapWhenTheHighestNumberIsTaken) {
-  RecordStore store;
-  EDataID id = {};
-  for (const unsigned short taken : std::initializer_list<unsigned short>{1, 2, 4, 0xFFFD, 0xFFFE}) {
-    id.other = {taken, 0};
-    ASSERT_TRUE(store.Save(Tag("SOTX"), id, nullptr, 0));
-  }
-  id.other = {0xFFFF, 0};
-  ASSERT_TRUE(store.Create(Tag("SOTX"), id, nullptr, 0));
-  EXPECT_EQ(id.other.cmper, 3);
-  for (int i = 0; i < 0x8000; ++i) {
-    id.other = {9, -1};
-    ASSERT_TRUE(store.Create(Tag("SOTX"), id, nullptr, 0));
-  }
-  id.other = {9, -1};
-  EXPECT_FALSE(store.Create(Tag("SOTX"), id, nullptr, 0));  // every subIndex is taken
-  EXPECT_EQ(id.other.subIndex, -1);
 }
 
 TEST(RecordStore, RefusesWhatItCannotReadOrFill) {

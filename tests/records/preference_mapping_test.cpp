@@ -166,19 +166,6 @@ TEST(PreferenceTables, ConvertFields) {
   }
 }
 
-// No row stores its low half first, but a table may.
-TEST(PreferenceTables, TakeALowWordFirst) {
-  TestHost host;
-  EDTPianoBracePrefs_MAP_ARRAY[0].conversion = kLowWordFirst;
-  const std::array<unsigned int, 11> saved = {0x80012345, 0x80012345};
-  EXPECT_EQ(SaveStructure(FourCharacterTag("pfPB"), saved.data(), 44), 1);
-  EXPECT_EQ(WordsOf(host, FourCharacterTag("ot65")), (Words{0, 0, 0x2345, 0x8001, 0, 0}));
-  EXPECT_EQ(WordsOf(host, FourCharacterTag("ot60")), (Words{0, 0, 0x8001, 0x2345, 0, 0}));
-  std::array<unsigned int, 11> loaded{};
-  LoadStructure(FourCharacterTag("pfPB"), loaded.data());
-  EXPECT_EQ(loaded, saved);
-}
-
 // Fields of a refused record do not get what the record before it held.
 TEST(PreferenceTables, ARefusedRecordReadsAsZeros) {
   TestHost host;
