@@ -5,7 +5,7 @@
 namespace sok {
 namespace {
 
-constexpr std::size_t kStep = 4096;
+constexpr std::size_t kStep = 512;
 
 int CountLineEnds(std::string_view text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
 
@@ -18,6 +18,7 @@ std::size_t Behind(std::string_view text, std::size_t from, std::string_view end
 
 std::size_t MarkupEnd(std::string_view text, std::size_t begin) {
   const std::string_view rest = text.substr(begin);
+  if (rest.starts_with("</")) return Behind(text, begin + 2, ">");  // holds no quotes
   if (rest.starts_with("<!--")) return Behind(text, begin + 4, "-->");
   if (rest.starts_with("<![CDATA[")) return Behind(text, begin + 9, "]]>");
   if (rest.starts_with("<?")) return Behind(text, begin + 2, "?>");

@@ -50,7 +50,7 @@ int HomeOf(const Voice& voice, bool by_number, int staves) {
 
 std::string MeasureLabel(const std::vector<Measure>& measures, std::size_t position) {
   const std::string text = std::to_string(position);
-  const std::string& number = measures[position - 1].number;
+  const std::string number = position <= measures.size() ? measures[position - 1].number : std::string();
   return "measure " + text + (number.empty() || number == text ? "" : " (printed " + number + ")");
 }
 

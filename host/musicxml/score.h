@@ -55,7 +55,8 @@ struct Measure {
   bool length_assumed = false;  // nothing in the measure told its length; the time signature did, or 4 quarters
 };
 
-// What messages call a measure, by position from 1: "measure 12 (printed 11)".
+// What messages call a measure, by position from 1: "measure 12 (printed 11)". A measure that is read on its own has no
+// printed number.
 std::string MeasureLabel(const std::vector<Measure>& measures, std::size_t position);
 
 // Signs that a changed measure of a staff may lie inside of.
