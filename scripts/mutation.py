@@ -18,8 +18,10 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutation"
 SOURCES = ["entry", "SokExtShared"]
-TARGETS = ["binding_test", "records_test", "preferences_test", "text_test", "strings_test", "notation_test",
-           "smartshapes_test", "extension_test"]
+TARGETS = ["binding_test", "edit_nesting_test", "frame_access_test", "record_access_test", "string_resources_test",
+           "preference_mapping_test", "typed_records_test", "record_runs_test", "preferences_test", "notation_test",
+           "utf16_strings_test", "ansi_string_test", "eu16string_test", "caret_commands_test", "text_records_test",
+           "score_texts_test", "extension_test", "faults_test"]
 
 # What a fault looks like: a pattern in a line of code and what takes its place.
 REPLACEMENTS = [

@@ -8,6 +8,14 @@
 
 namespace {
 
+// The extension at work on a host.
+class Commands : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(extension.Main(), 1); }
+  TestHost host;
+  const ExtensionBundle extension;
+};
+
 constexpr unsigned int kNote = 0xC0000000;
 constexpr unsigned int kRest = 0x80000000;
 
@@ -38,6 +46,13 @@ std::string Text(const std::vector<EXENTRY>& entries) {
 }
 
 using Layers = std::vector<std::string>;  // up to four
+
+void SetPreference(sok::Document& document, short layer, int word1) {
+  EDataID id{};
+  id.global.instance = layer;
+  const unsigned char preference[4] = {0xFF, 0xFF, static_cast<unsigned char>(word1), 0xFF};
+  document.records.Save(0x70664C41, id, preference, 4);
+}
 
 struct CommandCase {
   const char* name;
@@ -72,11 +87,8 @@ const CommandCase kCommandCases[] = {
     {"fill: a rest is music", 1, {"W"}, "", "", 4, 0, {"W"}},
 };
 
-TEST(Commands, WhatTheyChange) {
-  TestHost host;
+TEST_F(Commands, WhatTheyChange) {
   host.AddScore(1, 1);
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   for (const CommandCase& c : kCommandCases) {
     SCOPED_TRACE(c.name);
     for (short layer = 0; layer < 4; ++layer) {
@@ -84,10 +96,7 @@ TEST(Commands, WhatTheyChange) {
       host.document.SetEntries({1, 1, layer}, Layer(index < c.before.size() ? c.before[index] : ""));
       const char digit = static_cast<char>('0' + layer);
       host.document.SetLayerShown(layer, std::strchr(c.hidden, digit) == nullptr);
-      EDataID id{};
-      id.global.instance = layer;
-      const unsigned char preference[4] = {0xFF, 0xFF, static_cast<unsigned char>(std::strchr(c.allowed, digit) ? 2 : 0xFD), 0xFF};
-      host.document.records.Save(0x70664C41, id, preference, 4);
+      SetPreference(host.document, layer, std::strchr(c.allowed, digit) != nullptr ? 2 : 0xFD);
     }
     host.after = [&](sok::HostCall& call) {
       if (std::strcmp(call.name, "SX_GetMaxLayers") == 0) call.result = c.layers;
@@ -104,15 +113,12 @@ TEST(Commands, WhatTheyChange) {
 }
 
 // The inserted entry, byte for byte, with the placement from the instrument's definition.
-TEST(Commands, TheInsertedRest) {
+TEST_F(Commands, TheInsertedRest) {
   const struct {
     int word;  // at byte 24 of the definition; -1 here: no definition
     int placement;
   } cases[] = {{0xF400, 0xFFFE}, {0x0400, 14}, {0x00FF, 10}, {0x8000, 0xFF8A}, {0x7FFF, 137}, {-1, 0}};
-  TestHost host;
   host.AddScore(1, 1);
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   for (const auto& c : cases) {
     SCOPED_TRACE(c.word);
     EDataID id{};
@@ -138,12 +144,9 @@ TEST(Commands, TheInsertedRest) {
   }
 }
 
-TEST(Commands, OrderOfHostCalls) {
-  TestHost host;
+TEST_F(Commands, OrderOfHostCalls) {
   host.AddScore(2, 2);
   host.document.SetStaffList(3, {2, 1});
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   host.after = [&](sok::HostCall& call) {
     if (std::strcmp(call.name, "SX_GetMaxLayers") == 0) call.result = 2;
   };
@@ -182,20 +185,15 @@ TEST(Commands, OrderOfHostCalls) {
 }
 
 // With a layer that is hidden, the host is asked about it while its frame is still held.
-TEST(Commands, AHiddenLayerIsAskedForWhileItsFrameIsHeld) {
-  TestHost host;
+TEST_F(Commands, AHiddenLayerIsAskedForWhileItsFrameIsHeld) {
   host.AddScore(1, 1);
   host.document.SetEntries({1, 1, 0}, Layer("n"));
   host.document.SetLayerShown(0, false);
-  EDataID id{};
-  const unsigned char preference[4] = {0, 0, 2, 0};
-  host.document.records.Save(0x70664C41, id, preference, 4);
+  SetPreference(host.document, 0, 2);
   int held = -1;
   host.after = [&](sok::HostCall& call) {
     if (std::strcmp(call.name, "SX_GetShowLayer") == 0) held = host.session.frames_held;
   };
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   EREGION region = Region(1, 1, 1, 1);
   EXPECT_EQ(extension.Invoke(1, &region), 1);
   EXPECT_EQ(held, 1);
@@ -203,7 +201,7 @@ TEST(Commands, AHiddenLayerIsAskedForWhileItsFrameIsHeld) {
 
 // Results follow the save when clearing, the insertion when filling. Backward selections do nothing, and the last
 // measures and slots there can be still end.
-TEST(Commands, ResultsAndRanges) {
+TEST_F(Commands, ResultsAndRanges) {
   const struct {
     const char* name;
     int command;
@@ -221,10 +219,7 @@ TEST(Commands, ResultsAndRanges) {
       {"the last slot there can be", 0, "", Region(32760, 32767, 1, 1), 0},
       {"negative numbers", 1, "", Region(-2, -1, -2, -1), 0},
   };
-  TestHost host;
   host.AddScore(1, 2);
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     host.document.SetEntries({1, 1, 0}, {});

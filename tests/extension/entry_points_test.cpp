@@ -59,19 +59,25 @@ TEST(EntryPoints, Handshake) {
   EXPECT_EQ(*extension.Get<int>("SonkelVersion"), 2005);
 }
 
+// The extension at work on a host.
+class Dispatch : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(extension.Main(), 1); }
+  TestHost host;
+  const ExtensionBundle extension;
+};
+
 std::string Latin(const unsigned short* text) {
   std::string result;
   for (; *text != 0; ++text) result += static_cast<char>(*text);
   return result;
 }
 
-struct EnumerationCase {
+const struct {
   int index;
   unsigned short result;
   const char* first;
-};
-
-const EnumerationCase kEnumerationCases[] = {
+} kEnumerationCases[] = {
     {0, 1, "Clear Whole-Measure Rests"},
     {1, 1, "Fill Empty Measures with Rests"},
     {2, 0, nullptr},
@@ -83,13 +89,10 @@ const EnumerationCase kEnumerationCases[] = {
     {-0xFFFE, 0, nullptr},
 };
 
-TEST(EntryPoints, EnumerationFollowsTheLowBits) {
+TEST_F(Dispatch, EnumerationFollowsTheLowBits) {
   setenv("LANGUAGE", "en", 1);
-  TestHost host;
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   for (const char* name : {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"}) {
-    for (const EnumerationCase& c : kEnumerationCases) {
+    for (const auto& c : kEnumerationCases) {
       SCOPED_TRACE(testing::Message() << name << " " << c.index);
       struct {
         EMENUCOMMAND record;
@@ -116,21 +119,15 @@ TEST(EntryPoints, EnumerationFollowsTheLowBits) {
   EXPECT_TRUE(host.session.alerts.empty());
 }
 
-TEST(EntryPoints, TextsSpeakTheUsersLanguage) {
+TEST_F(Dispatch, TextsSpeakTheUsersLanguage) {
   setenv("LANGUAGE", "de", 1);
-  TestHost host;
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   EMENUCOMMAND record;
   extension.Get<unsigned short(void*, int, EMENUCOMMAND*)>("SonkelExtensionEnumerate_UTF16")(nullptr, 0, &record);
   EXPECT_EQ(Latin(record.text[0]), "Ganztaktpausen entfernen");
 }
 
-TEST(EntryPoints, WithoutASelectionThereIsAnAlertAndNothingElse) {
+TEST_F(Dispatch, WithoutASelectionThereIsAnAlertAndNothingElse) {
   setenv("LANGUAGE", "en", 1);
-  TestHost host;
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   for (const int index : {0, 1, -1}) {
     host.calls.clear();
     EXPECT_EQ(extension.Invoke(index, nullptr, reinterpret_cast<void*>(0x1234)), 0);
@@ -143,11 +140,8 @@ TEST(EntryPoints, WithoutASelectionThereIsAnAlertAndNothingElse) {
 }
 
 // The clear command never asks for preferences, the fill command always does.
-TEST(EntryPoints, InvocationFollowsTheLowBits) {
-  TestHost host;
+TEST_F(Dispatch, InvocationFollowsTheLowBits) {
   host.AddScore(1, 1);
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
   const struct {
     int index;
     const char* command;
