@@ -63,11 +63,4 @@ TEST(SokrunBatch, ACrashStopsNoOtherFile) {
   EXPECT_NE(ended.out.find("b.xml: Crash"), std::string::npos) << ended.out;
 }
 
-TEST(SokrunBatch, EmptyFoldersAndStreamsAmongFilesAreRefused) {
-  const Folder folder;
-  const std::string file = folder.Write("in/notes.txt", "");
-  EXPECT_EQ(Sokrun({"fill", folder / "in", "--check"}).exit_code, 1);
-  EXPECT_EQ(Sokrun({"fill", file, "-", "--check"}).exit_code, 2);
-}
-
 }  // namespace

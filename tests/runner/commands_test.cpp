@@ -7,7 +7,6 @@
 
 namespace {
 
-using Words = std::vector<std::string>;
 using nlohmann::json;
 
 TEST(SokrunCommands, ListShowsTheCommandsOfABundle) {
@@ -52,14 +51,6 @@ TEST(SokrunCommands, InspectPrintsEntriesAsTheExtensionSeesThem) {
   EXPECT_NE(ended.out.find("      1     1     1     0       1     3072  note"), std::string::npos) << ended.out;
   EXPECT_NE(ended.out.find("      2     1     1     0       2     4096  rest"), std::string::npos) << ended.out;
   EXPECT_EQ(Sokrun({"inspect", score, "nothing"}).exit_code, 2);
-}
-
-TEST(SokrunCommands, HelpHasExamples) {
-  for (const Words& arguments : {Words{"--help"}, Words{"fill", "--help"}, Words{"scan", "--help"}}) {
-    const Ended ended = Sokrun(arguments);
-    EXPECT_EQ(ended.exit_code, 0);
-    EXPECT_NE(ended.out.find("Example"), std::string::npos) << ended.out;
-  }
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ struct Way {
 };
 const Way kWays[] = {
     {"OneFile", {"fill", "in/a.xml", "-o", "out/a.xml"}, "out"},
-    {"InPlace", {"fill", "in/a.xml", "-i"}, "in"},
+    {"OverItself", {"fill", "in/a.xml", "-o", "in/a.xml"}, "in"},
     {"SeveralAtATime", {"fill", "in", "--output-dir", "out", "-j", "2"}, "out"},
     {"SeveralWithBackups", {"fill", "in/a.xml", "in/b.xml", "-i", "--backup"}, "in"},
 };

@@ -3,8 +3,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
-
 #include "tests/runner/sokrun_process.h"
 
 namespace {
@@ -43,29 +41,6 @@ TEST(SokrunOutput, InPlaceLeavesAnUnchangedFileAlone) {
   stat(file.c_str(), &after);
   EXPECT_EQ(before.st_ino, after.st_ino);
   EXPECT_EQ(folder.Names(), Words{"in.xml"});
-}
-
-TEST(SokrunOutput, MayBeTheInputItself) {
-  const Folder folder;
-  const std::string file = folder.Write("in.xml", kBefore);
-  ASSERT_EQ(Sokrun({"fill", file, "-o", file}).exit_code, 0);
-  EXPECT_EQ(Letters(folder.Read("in.xml")), Words{"nw"});
-}
-
-// A disk that is full in the middle of the file, once as a failing write and once as a signal that ends the process.
-TEST(SokrunOutput, IsWhatItWasWhenWritingFails) {
-  const Folder folder;
-  const std::string in = folder.Write("in.xml", kBefore), out = folder.Write("out.xml", "an earlier result");
-  for (const bool ignored : {true, false}) {
-    for (const Words& arguments : {Words{"fill", in, "-o", out}, Words{"fill", in, "-i"}}) {
-      const Ended ended = Sokrun(arguments, {.largest_file = 300, .ignore_limit_signal = ignored});
-      EXPECT_EQ(ended.exit_code, ignored ? 1 : -1);
-      EXPECT_EQ(ended.signal, ignored ? 0 : SIGXFSZ);
-      EXPECT_EQ(folder.Read("in.xml"), kBefore);
-      EXPECT_EQ(folder.Read("out.xml"), "an earlier result");
-      EXPECT_EQ(folder.Names(), (Words{"in.xml", "out.xml"}));
-    }
-  }
 }
 
 }  // namespace

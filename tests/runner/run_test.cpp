@@ -135,6 +135,7 @@ const RefusedCase kRefused[] = {
     {{"fill", "-", "--in-place"}, 2, "stdin"},
     {{"fill", "IN", "--output-dir", "HERE"}, 2, "would be written over itself"},
     {{"fill", "IN", "--check", "--html", "IN"}, 2, "is one of the scores"},
+    {{"fill", "IN", "-", "--check"}, 2, "one of several inputs"},
     {{"fill", "IN", "IN", "-o", "OUT"}, 2, "--output-dir"},
     {{"fill", "IN", "IN", "--output-dir", "OUT"}, 2, "both be written"},
     {{"fill", "IN", "--check", "--measures", "0"}, 2, "--measures: \"0\""},

@@ -1,12 +1,10 @@
 #include "tests/runner/sokrun_process.h"
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <pugixml.hpp>
@@ -66,12 +64,6 @@ Ended Sokrun(const std::vector<std::string>& arguments, const Surroundings& surr
     dup2(open(out.c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
     dup2(open(err.c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
     for (const std::string& variable : surroundings.environment) putenv(const_cast<char*>(variable.c_str()));
-    if (surroundings.largest_file > 0) {
-      const auto bytes = static_cast<rlim_t>(surroundings.largest_file);
-      const rlimit limit = {bytes, bytes};
-      setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    if (surroundings.ignore_limit_signal) std::signal(SIGXFSZ, SIG_IGN);
     execv(SOKRUN_PROGRAM, pointers.data());
     _exit(127);
   }

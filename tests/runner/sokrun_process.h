@@ -34,8 +34,6 @@ struct Surroundings {
   std::string input = {};                     // on stdin
   std::vector<std::string> environment = {};  // "NAME=value", beside what the test has
   std::string folder = {};                    // to run in
-  long largest_file = 0;                      // bytes; 0: no limit. What goes beyond ends the process by SIGXFSZ …
-  bool ignore_limit_signal = false;           // … or makes the write fail
 };
 
 // Returns when sokrun and whatever it started have ended.

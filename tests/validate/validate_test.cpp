@@ -97,13 +97,4 @@ TEST(Validate, NothingCheckedIsAFailure) {
   EXPECT_EQ(Validate(std::string(MEASURE_RESTS) + " --check version").status, 0);
 }
 
-// The seed that is printed is the one to give for the same answers again.
-TEST(Validate, ASeedRepeatsItsAnswers) {
-  const std::string command =
-      std::string(FAULTY_BUNDLES "/faulty_RANDOM.bundle") + " --check random --rounds 40 --seed 11";
-  const Outcome first = Validate(command);
-  EXPECT_NE(first.out.find("seed 11\n"), std::string::npos) << first.out;
-  EXPECT_EQ(Validate(command).out, first.out);
-}
-
 }  // namespace
