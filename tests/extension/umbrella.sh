@@ -3,7 +3,7 @@
 # Usage: umbrella.sh SOURCE_DIR
 set -euo pipefail
 cd "$1"
-internal='assertion_report.h|binding.h|first_match.h|record_calls.h'  # for the sources of their own folders
+internal="assertion_report.h|binding.h|first_match.h|record_calls.h|unit_blocks.h"  # of the sources of their own folders
 include=(-I .)
 [ "$(uname)" = Darwin ] || include+=(-I platform)
 header=SokExtShared/SokEDK.h

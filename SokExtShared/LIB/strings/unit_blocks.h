@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstring>
 
+namespace unit_blocks {
+
 // How many units stand before the first one that is not above `low`, at most 8. The terminator never is.
 inline unsigned EndWithin8(const unsigned short* text, unsigned short low = 0) {
   if (text[0] <= low) return 0;
@@ -28,3 +30,5 @@ inline bool AnyOf4Is(const unsigned short* text, unsigned short unit) {
   units ^= unit * kOnes;
   return ((units - kOnes) & ~units & (kOnes << 15)) != 0;
 }
+
+}  // namespace unit_blocks

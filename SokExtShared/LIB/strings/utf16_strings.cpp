@@ -6,6 +6,9 @@
 
 #include "SokExtShared/LIB/strings/unit_blocks.h"
 
+using unit_blocks::AnyOf4Is;
+using unit_blocks::EndWithin8;
+
 namespace {
 
 // Whether two strings go on alike behind these units.

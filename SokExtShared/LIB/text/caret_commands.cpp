@@ -12,6 +12,9 @@ unsigned short ucaretsize[16];
 unsigned short ucaretefx[50];
 unsigned int uicaretefx;
 
+using unit_blocks::AnyOf4Is;
+using unit_blocks::EndWithin8;
+
 namespace {
 
 // Keywords and style words, made into UTF-16 once.
