@@ -1,7 +1,7 @@
 // Caret stripping in an exact-size buffer: stays inside, never grows the text, leaves no lone line break.
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 
 #include "SokExtShared/LIB/strings/utf16_strings.h"
@@ -10,7 +10,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const size_t units = size / 2;
   const auto text = std::make_unique<unsigned short[]>(units + 1);
-  std::memcpy(text.get(), data, units * 2);
+  std::copy_n(data, units * 2, reinterpret_cast<uint8_t*>(text.get()));
   text[units] = 0;
   const unsigned long before = sx_strlen(text.get());
   txt_strip_carets(text.get());

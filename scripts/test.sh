@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test:
 #   release   g++, everything
-#   asan      g++, all but the tests of whole sokrun runs, under the address and undefined-behaviour sanitizers (leaks
-#             are errors)
+#   asan      g++, everything, under the address and undefined-behaviour sanitizers (leaks are errors)
 #   tsan      g++, the look-up of host entry points and bundles from many threads
 #   libcxx    clang++ with libc++: the platform layer, the kit, the extension, the engine
+#   analysis  cppcheck and clang-tidy
 # Usage: scripts/test.sh [--quick]     --quick runs the release stage alone
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -25,9 +25,12 @@ run_stage() {  # preset, then the targets to build and how ctest picks the tests
 }
 
 scripts/install-dependencies.sh
+scripts/install-musicxml-schema.sh || echo "test.sh: without the schema, its test is skipped" >&2
 run_stage release
 [ "${1:-}" = --quick ] && exit 0
-run_stage asan unit_tests "-L unit"
+run_stage asan
 run_stage tsan "binding_test platform_bundle_test" '-R ^(Binding|Bundle)\.'
 run_stage libcxx unit_tests "-L unit"
+stage analysis
+scripts/analyse.sh
 stage "all stages passed"

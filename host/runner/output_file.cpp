@@ -168,7 +168,7 @@ std::string BackUp(const std::string& path) {
 }  // namespace
 
 std::string WriteFileWithBackup(const std::string& path, std::string_view bytes) {
-  const std::string backup = BackUp(path);
+  std::string backup = BackUp(path);
   try {
     WriteFile(path, bytes);
   } catch (...) {
