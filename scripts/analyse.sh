@@ -12,6 +12,6 @@ cppcheck --quiet --error-exitcode=1 --std=c++20 --language=c++ --inline-suppr -j
   -I . -I platform "${sources[@]}"
 
 echo "clang-tidy"
-cmake --preset release -B build/analyse -DCMAKE_CXX_COMPILER=clang++ >/dev/null
+cmake --preset release -B build/analyse -DCMAKE_CXX_COMPILER=clang++ -DSOK_UNITY=OFF >/dev/null
 printf '%s\n' "${sources[@]}" | xargs -P 2 -n 4 clang-tidy --quiet -p build/analyse 2>/dev/null
 echo "analysis: no findings"
