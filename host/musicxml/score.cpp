@@ -169,7 +169,8 @@ std::string Score::Write(const WriteOptions& options) const {
   std::string patched = impl_->Patched(changes, options);
   try {
     std::string bytes = impl_->Encoded(std::move(patched));
-    return impl_->archive.empty() ? bytes : RepackScore(impl_->archive, {impl_->member, std::move(bytes)});
+    if (impl_->archive.empty()) return bytes;
+    return RepackScore(impl_->archive, {impl_->member, std::move(bytes)});
   } catch (const std::runtime_error& error) {
     impl_->Fail(error.what());
   }

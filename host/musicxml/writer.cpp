@@ -69,7 +69,8 @@ class Writer {
       result.append(text_, from, splice.begin - from).append(splice.replacement);
       from = splice.end;
     }
-    return result.append(text_, from);
+    result.append(text_, from);
+    return result;
   }
 
  private:
