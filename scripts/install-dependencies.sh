@@ -7,7 +7,7 @@ packages=(
   libpugixml-dev libzip-dev libcli11-dev nlohmann-json3-dev
   libgtest-dev googletest libbenchmark-dev libicu-dev
   libc++-14-dev libc++abi-14-dev libclang-rt-14-dev
-  libxml2-utils python3
+  libxml2-utils patch python3
 )
 missing=()
 for package in "${packages[@]}" "$@"; do

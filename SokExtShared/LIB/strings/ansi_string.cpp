@@ -29,7 +29,8 @@ AnsiString& AnsiString::operator+=(const AnsiString& tail) {
 
 AnsiString AnsiString::operator+(const AnsiString& tail) const {
   AnsiString sum = *this;
-  return sum += tail;
+  sum += tail;
+  return sum;
 }
 
 AnsiString operator+(const char* head, const AnsiString& tail) { return AnsiString(head) + tail; }

@@ -12,10 +12,6 @@ void Decode(eu16string& to, const char* text, CFStringEncoding encoding) {
   to.resize(static_cast<std::size_t>(length));
   CFStringGetCharacters(decoded, CFRangeMake(0, length), to.data());
   CFRelease(decoded);
-  // A decoded U+0000 ends the text. There is hardly ever one, and without a way out the loop takes many at a time.
-  unsigned short zeros = 0;
-  for (const unsigned short unit : to) zeros |= static_cast<unsigned short>(unit == 0);
-  if (zeros != 0) to.resize(sx_strlen(to.c_str()));
 }
 
 CFStringRef CreateString(const eu16string& text) {
