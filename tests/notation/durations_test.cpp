@@ -31,7 +31,7 @@ TEST(Durations, LogarithmsDotsAndBeatsOfEveryLength) {
   for (const int none : {0, -1, std::numeric_limits<int>::min()}) {
     int num = 7, den = 7;
     CalcNumDen(none, num, den);
-    EXPECT_TRUE(DotsBase(none) == 0 && CountDots(none) == 0 && num == 0 && den == 1) << none;
+    EXPECT_TRUE(IntLog2(none) == 0 && DotsBase(none) == 0 && CountDots(none) == 0 && num == 0 && den == 1) << none;
   }
 }
 

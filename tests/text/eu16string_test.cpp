@@ -48,7 +48,7 @@ TEST(Eu16String, EncodesAndPutsQuestionMarks) {
 TEST(Eu16String, CountsPositionsFromOne) {
   eu16string text("abcdef");
   const eu16string& constant = text;
-  EXPECT_EQ(constant.AnsiCharAtIndex(0), ' ');
+  for (const int outside : {-2147483647 - 1, 0, 7}) EXPECT_EQ(constant.AnsiCharAtIndex(outside), ' ');
   EXPECT_EQ(constant.AnsiCharAtIndex(6), 'f');
   EXPECT_EQ(&text.AnsiCharAtIndex(7), &text[0]);
   EXPECT_EQ(&text.AnsiCharAtIndex(2), &text[1]);

@@ -64,13 +64,13 @@ int eu16string::AnsiPos(const eu16string& part) const {
 }
 
 unsigned short eu16string::AnsiCharAtIndex(int position) const {
-  const auto index = static_cast<size_type>(position) - 1;
-  return position >= 1 && index < size() ? (*this)[index] : ' ';
+  const auto index = static_cast<size_type>(position) - 1;  // beyond the end also for 0 and less
+  return index < size() ? (*this)[index] : ' ';
 }
 
 unsigned short& eu16string::AnsiCharAtIndex(int position) {
   const auto index = static_cast<size_type>(position) - 1;
-  return (*this)[position >= 1 && index < size() ? index : 0];
+  return (*this)[index < size() ? index : 0];
 }
 
 eu16string& eu16string::AnsiDelete(unsigned int position, int count) {
