@@ -235,20 +235,6 @@ TEST_P(KitFaults, EachHostCallFailingInTurn) {
   }
 }
 
-// A host that refuses everything that changes it.
-TEST_P(KitFaults, AHostThatChangesNothing) {
-  TestHost host;
-  host.AddScore(2, 4);
-  FillDocument(host.document);
-  const sok::RecordStore before = host.document.records;
-  host.refuse = [](const sok::HostCall& call) {
-    const std::string_view name = call.name;
-    return name == "SX_SaveEData" || name == "SX_CreateEData" || name == "SX_DeleteEData";
-  };
-  GetParam().call();
-  EXPECT_TRUE(host.document.records == before);
-}
-
 INSTANTIATE_TEST_SUITE_P(Kit, KitFaults, testing::ValuesIn(kCalls), [](const auto& info) {
   std::string name = info.param.name;
   std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
