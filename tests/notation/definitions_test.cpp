@@ -10,7 +10,8 @@
 namespace {
 
 constexpr unsigned int kRepeatText = 0x6F735254, kRepeat = 0x534F5253, kArticulation = 0x4F044958;
-constexpr unsigned int kUpper = 0x6F744443, kLower = 0x6F746463, kUpperOptional = 0x6F74494F, kListName = 0x6F734463;
+constexpr unsigned int kUpper = 0x6F744443, kLower = 0x6F746463, kListName = 0x6F734463;
+constexpr unsigned int kUpperOptional = 0x6F74494F, kLowerOptional = 0x6F74696F;
 constexpr unsigned int kSuffix = 0x534F4956, kNotehead = 0x4502636E, kAssignment = 0x6564494D;
 using Words = std::vector<unsigned short>;
 
@@ -91,9 +92,12 @@ TEST(StaffLists, TheTopStaffsIsFoundByContents) {
   host.Set(kUpper, 1, {0xFFFF, 2, 0, 0, 0, 0});
   host.Set(kUpper, 2, top);
   for (const int list : {1, 2}) host.Set(kLower, list, top);
-  for (const int list : {2, 3}) host.Set(kUpperOptional, list, top);  // that of list 3 is left over, and goes
+  for (const int list : {2, 3}) {  // those of list 3 are left over, and go
+    for (const unsigned int optional : {kUpperOptional, kLowerOptional}) host.Set(optional, list, top);
+  }
   for (const auto& wanted : {name, Units(u"Another")}) EXPECT_EQ(FindOrCreateOnTopStaffList(wanted.data()), 3);
-  EXPECT_TRUE(host.Get(kUpper, 3) == top && host.Get(kLower, 3) == top && host.Get(kUpperOptional, 3).empty());
+  EXPECT_TRUE(host.Get(kUpper, 3) == top && host.Get(kLower, 3) == top && host.Get(kUpperOptional, 3).empty() &&
+              host.Get(kLowerOptional, 3).empty());
   EXPECT_EQ(host.Get(kListName, 3), (Words{'T', 'o', 'p'}));
 }
 
@@ -127,6 +131,24 @@ TEST(ChordSuffixes, AreFoundByTheirElementsAndStoredWhole) {
   EXPECT_FALSE(sx_loadchordsuffix(4, b));
   EXPECT_TRUE(b.empty());
   EXPECT_EQ(host.Get(kSuffix, 3, 0), (Words{0, 0, 9, 9, 0, 0, 0, 0}));
+}
+
+// Every byte of a record in turn: whether it counts.
+template <typename Record>
+std::string Counting(bool (*equal)(Record, Record)) {
+  std::string places;
+  for (size_t i = 0; i < sizeof(Record); ++i) {
+    Record a{}, b{};
+    reinterpret_cast<unsigned char*>(&b)[i] = 1;
+    places += equal(a, b) ? '-' : 'x';
+  }
+  return places;
+}
+
+TEST(DefinitionRecords, AreEqualByTheirFirstWords) {
+  EXPECT_EQ(Counting(ChordEquals), "xxxxxx------------xx");
+  EXPECT_EQ(Counting(InstDefEquals), "xxxxxxxx" + std::string(128, '-'));
+  EXPECT_EQ(Counting(GenericEquals), std::string(12, 'x'));
 }
 
 TEST(EntryAttachments, AreStoredAndFlaggedWhateverTheHostSays) {

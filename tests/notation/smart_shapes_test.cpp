@@ -131,15 +131,15 @@ TEST_P(SmartShapeModel, HoldsThroughRandomOperations) {
   };
   Model model;
   for (int round = 0; round < 400; ++round) {
-    const int operation = from(0, 10), slot = from(1, kStaves), first = from(1, kMeasures);
+    const int operation = from(0, 10), slot = from(1, kStaves), first = from(20, 8);
     unsigned short number = 0;
     EDTSmartShape shape = Shape(slot, first, first + from(-1, 6), from(0, 3) * 0x10001, from(1, 3) * 0x10001);
     const EREGION source = Region(slot, slot + from(0, 3), first, first + from(-1, 5));
-    const EREGION target = Region(from(1, kStaves), kStaves + from(-1, 3), from(1, kMeasures), kMeasures);
-    if (operation < 5 || model.shapes.empty()) {
+    const EREGION target = Region(from(1, kStaves), kStaves + from(-1, 3), from(20, 8), kMeasures);
+    if ((operation < 4 && model.shapes.size() < 40) || model.shapes.empty()) {
       ASSERT_TRUE(shape.FullCreate(number));
       ASSERT_EQ(number, model.Create(shape));
-    } else if (operation < 6 && model.shapes.size() < 50) {
+    } else if (operation < 6 && model.shapes.size() < 60) {
       EDTSmartShape::CopyMeasureShapes(source, round % 3 != 0 ? target : source, 1, 2);
       model.Copy(source, round % 3 != 0 ? target : source);
     } else {

@@ -51,6 +51,7 @@ constexpr PartCase kPartCases[] = {
     {"abcdef", 6, std::numeric_limits<int>::max(), "f", "abcde"},
     {"abcdef", 7, 1, "", "abcdef"},
     {"abcdef", 1, 0, "", "abcdef"},
+    {"abcdef", 1, 2, "ab", "cdef"},
     {"abcdef", 0, 2, "ab", "abcdef"},   // below 1: the start for SubString, nothing for Delete
     {"abcdef", -5, 2, "ab", "abcdef"},  // as unsigned far beyond the end for Delete
     {"", 1, 1, "", ""},
