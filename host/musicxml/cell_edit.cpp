@@ -302,7 +302,9 @@ bool CellEdit::TakeForwardsPlace(const NewRest& rest) {
 std::string CellEdit::AsRest(const Item& forward, const NewRest& rest) const {
   const std::string_view whole = TextOf(forward.node);
   if (!whole.starts_with("<forward>") || !whole.ends_with("</forward>")) return {};
-  if (whole.find("<!") != std::string_view::npos || whole.find("<?") != std::string_view::npos) return {};
+  for (const char* const odd : {"<!", "<?", " >"}) {  // the last would be taken for a mark of our own
+    if (whole.find(odd) != std::string_view::npos) return {};
+  }
   const pugi::xml_node duration = forward.node.child("duration");
   const pugi::xml_node voice = forward.node.child("voice");
   const pugi::xml_node staff = forward.node.child("staff");
