@@ -195,10 +195,7 @@ const LimitCase kLimits[] = {
     {"pfGG", 0, true, 131, 0, 131, 0},
     {"pfGG", -3, true, 150, 1, 132, 11, "SX_LoadEData ot88 65534,0 12 -> 0"},
     {"pfGG", 0, true, -1, 0, -1, 0},
-    {"pfSN", 0, true, 12, 0, 12, 0},
     {"pfSN", 128, true, 12, 1, 12, 1, "SX_LoadEData ot40 65534,127 12 -> 0"},
-    {"pfSN", 129, true, 12, 0, 12, 0},
-    {"pfPF", 1, true, 48, 1, 48, 4, "SX_LoadEData ot77 65534,0 12 -> 0"},
     {"pfPF", 2, true, 48, 0, 48, 0},
     {"pfLA", 3, true, 4, 0, 4, 1, "SX_LoadEData pfLA 3 4 -> 0"},  // not mapped: the host's own
     {"pfDP", 0, true, 71, 0, {}, 0},
@@ -225,6 +222,29 @@ TEST(PreferenceMapping, ChecksInstancesBuffersAndSizes) {
     EXPECT_EQ(size, c.size_then.value_or(c.size));
     ASSERT_EQ(host.calls.size(), c.calls);
     EXPECT_EQ(c.first_call.empty() ? "" : host.calls[0], c.first_call);
+  }
+}
+
+// Preference, record, how many of them, and the last instance accepted (0: any).
+TEST(PreferenceMapping, ArraysByTagAndInstance) {
+  std::istringstream rows(
+      "pfGD ot79 1 0  pfGG ot88 11 0  pfGb ot98 1 4  pfGd ot80 1 0  pfGs ot91 1 1  pfMM ot25 2 0  pfND ot04 1 0 "
+      "pfNd ot66 1 0  pfPF ot77 4 1  pfSC ot52 2 0  pfSN ot40 1 128  pfSP ot94 3 0  pfSl ot26 1 15  pfTC ot86 5 0 "
+      "pfTI ot84 4 0  pfTX ot78 9 0  pfTp ot85 4 0  pfTs ot90 1 9");
+  const auto tag_of = [](const std::string& text) {
+    return FourCharacterTag(reinterpret_cast<const char(&)[5]>(*text.c_str()));
+  };
+  std::string preference, record;
+  for (short records, last; rows >> preference >> record >> records >> last;) {
+    for (short instance = -2; instance < 300; ++instance) {
+      unsigned int mapped = 9;
+      short count = 9, first = 9;
+      const bool accepted = last == 0 || (1 <= instance && instance <= last);
+      ASSERT_EQ(mapPrefTag(tag_of(preference), instance, &mapped, &count, &first), accepted) << preference << instance;
+      ASSERT_EQ(mapped, accepted ? tag_of(record) : 0) << preference;
+      ASSERT_EQ(count, accepted ? records : 0) << preference;
+      ASSERT_EQ(first, accepted && last != 0 ? instance - 1 : 0) << preference;
+    }
   }
 }
 
