@@ -213,13 +213,13 @@ TEST(SmartShape, RefusedDeletesAreTriedOnce) {
   EXPECT_EQ(host.CallsWith("SX_DeleteEData"), expected);
 }
 
-// What no shape operation uses: a step to another measure's mark, marks alone, the older form.
-TEST(SmartShapeMarks, StepEraseAndOlderForm) {
+// What no shape operation uses: marks alone, the older form.
+TEST(SmartShapeMarks, EraseAndOlderForm) {
   TestHost host;
   EDTSmartShapeMeasMark mark{3, 8, {}};
   short place = -1;
   unsigned short number = 0;
-  EXPECT_TRUE(mark.Create(2, place) && place == 0 && mark.Next(1, place) && place == 0);
+  EXPECT_TRUE(mark.Create(2, place) && place == 0);
   EXPECT_TRUE(EDTSmartShapeMeasMark::FindAndEraseMarkOnly(2, 3) && host.CallsWith("Cx").empty());
   EXPECT_TRUE(host.document.records == sok::RecordStore());
   TurnOnEDTSmartShapeCompatibilityForSonkel2000_2003();

@@ -8,6 +8,8 @@
 #include <iterator>
 
 #include "SokExtShared/LIB/records/smart_shape_records.h"
+#include "SokExtShared/LIB/smartshapes/center_shape.h"
+#include "SokExtShared/LIB/smartshapes/smart_shape_marks.h"
 #include "SokExtShared/SokEDK/Source/host_types.h"
 #include "tests/support/test_host.h"
 
@@ -78,6 +80,10 @@ const HelperCase kHelpers[] = {
     {"SX_SaveEData eteE 5 52", [] { return sx_saveentry(5, record<EDTEntry>); }},
     {"SX_LoadEData O\\x08Sx 65535,0 92", [] { return sx_loadsmartshape(-1, record<EDTSmartShape>); }},
     {"SX_SaveEData O\\x08Sx 5,0 92", [] { return sx_savesmartshape(5, record<EDTSmartShape>); }},
+    {"SX_LoadEData D\\x03Cx 1,65535,0 22", [] { return record<EDTCenterShape>.Load(1, 65535); }},
+    {"SX_SaveEData D\\x03Cx 1,2,0 22", [] { return record<EDTCenterShape>.Save(1, 2); }},
+    {"SX_SaveEData otMx 65535,4 12", [] { return record<EDTSmartShapeMeasMark>.Save(-1, 4); }},
+    {"SX_SaveEData edEx 70000,4 10", [] { return record<EDTSmartShapeEntMark>.Save(70000, 4); }},
 };
 // clang-format on
 
@@ -136,6 +142,16 @@ const WriteBackCase kWriteBacks[] = {
     {"SX_NextEData eteE 70000 52", {70000, 0, 0}, {-1, 0, 0}, [] { return sx_nextentry(n.first, record<EDTEntry>); }},
     {"SX_PreviousEData eteE 2 52", {2, 0, 0}, {-1, 0, 0}, [] { return sx_preventry(n.first, record<EDTEntry>); }},
     {"SX_CreateEData O\\x08Sx 4,-1 92", {4, 0, 0}, {65535, 0, 0}, [] { return sx_createsmartshape(n.first, record<EDTSmartShape>); }},
+    {"SX_NextEData otMx 65534,3 12", {0, 0, 3}, {0, 0, -1}, [] {
+       short sub = 3;
+       const bool found = record<EDTSmartShapeMeasMark>.Next(65534, sub);
+       n.sub = sub;
+       return found; }},
+    {"SX_NextEData edEx 70000,3 10", {70000, 0, 3}, {-1, 0, -1}, [] {
+       short sub = 3;
+       const bool found = record<EDTSmartShapeEntMark>.Next(n.first, sub);
+       n.sub = sub;
+       return found; }},
     {"SX_NextEData O\\x08Sx 4,0 92", {4, 0, 0}, {65535, 0, 0}, [] { return sx_nextsmartshape(n.first, record<EDTSmartShape>); }},
 };
 // clang-format on
