@@ -184,6 +184,11 @@ TEST_F(Commands, OrderOfHostCalls) {
       "SX_LoadTGF 3 2 1 1 1 -> frame", "SX_FreeTGF 1,1,1 0 -> 1",
   };
   EXPECT_EQ(host.calls, clear);
+
+  host.document.SetEntries({2, 1, 1}, Layer("W"));
+  host.refuse = [](const sok::HostCall& call) { return call.arguments == "3 1 1 0 1"; };
+  EXPECT_EQ(extension.Invoke(0, &region), 1);  // the frame that is not there is passed over
+  EXPECT_EQ(host.document.EntryCount({2, 1, 1}), 0);
 }
 
 // Results follow the save when clearing, the insertion when filling. Backward selections do nothing, and the last
