@@ -48,6 +48,12 @@ struct Model {
   }
 };
 
+TEST(InstrumentLists, AnEmptyOneIsCreated) {
+  TestHost host;
+  EXPECT_FALSE(InstInList(0x6F744443, 3, 5, true, false));
+  EXPECT_EQ(host.calls.back(), "SX_CreateEData otDC 5,-1 12 -> 1");
+}
+
 TEST(InstrumentLists, FollowAModelThroughRandomOperations) {
   TestHost host;
   host.AddScore(9, 1);  // instruments 1 to 9 have a slot

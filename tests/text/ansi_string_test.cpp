@@ -115,8 +115,8 @@ TEST(StringList, KeepsItsCount) {
   TStringList list;
   EXPECT_EQ(list.Add("a"), 1);
   EXPECT_EQ(list.Add("b"), 2);
-  list.Delete(0);
-  EXPECT_TRUE(list.Count() == 1 && list[0] == "b");
+  list.Delete(1);
+  EXPECT_TRUE(list.Count() == 1 && list[0] == "a");
   list.Clear();
   EXPECT_EQ(list.Count(), 0);
 }
