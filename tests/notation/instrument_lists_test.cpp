@@ -92,7 +92,7 @@ TEST(InstrumentLists, FollowAModelThroughRandomOperations) {
     }
     ASSERT_TRUE(host.document.records == model.Store()) << "round " << round;
   }
-  EXPECT_TRUE(InstValid(9));
+  EXPECT_TRUE(InstValid(1) && InstValid(9));
   for (const int none : {10, 0, -1}) EXPECT_FALSE(InstValid(none));
 }
 
