@@ -4,6 +4,7 @@ import json
 import os
 import pathlib
 import platform
+import resource
 import subprocess
 import sys
 import tempfile
@@ -29,33 +30,35 @@ PAIRS = [
 def micro(build, program, quick):
     """The fastest CPU time in ns of each benchmark of a program."""
     command = [build / "bench" / program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
-               f"--benchmark_repetitions={3 if quick else 12}", f"--benchmark_min_time={0.01 if quick else 0.05}"]
+               f"--benchmark_repetitions={3 if quick else 40}", f"--benchmark_min_time={0.01 if quick else 0.02}"]
     runs = json.loads(subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True).stdout)
     scale = {"ns": 1, "us": 1e3, "ms": 1e6}
     times = {}
     for run in runs["benchmarks"]:
         if run["run_type"] == "iteration":
-            time = run["cpu_time"] * scale[run["time_unit"]]
-            times[run["run_name"].split("/repeats")[0]] = min(time, times.get(run["run_name"], time))
+            name, time = run["run_name"], run["cpu_time"] * scale[run["time_unit"]]
+            times[name] = min(time, times.get(name, time))
     return times
 
 
-def whole(command, runs):
-    """The fastest of some whole runs of a process: CPU seconds and peak memory in MB."""
-    best, memory = None, 0
-    for _ in range(runs):
-        pid = os.fork()
-        if pid == 0:
-            null = os.open(os.devnull, os.O_WRONLY)
-            os.dup2(null, 1)
-            os.execv(command[0], [str(part) for part in command])
-        _, status, usage = os.wait4(pid, 0)
-        if status != 0:
-            sys.exit(f"bench: {' '.join(map(str, command))} failed")
-        seconds = usage.ru_utime + usage.ru_stime
-        best = seconds if best is None else min(best, seconds)
-        memory = max(memory, usage.ru_maxrss / 1024)
-    return best, memory
+def cpu_seconds(command):
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
+    subprocess.run(command, stdout=subprocess.DEVNULL, check=True)
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+
+
+def peak_mb(command):
+    # A child's peak counts from its fork: a small parent of its own, or Python's memory would be the least of all.
+    timed = subprocess.run(["/usr/bin/time", "-f", "%M", *command], stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
+                           text=True, check=True)
+    return int(timed.stderr.splitlines()[-1]) / 1024
+
+
+def whole(commands, runs):
+    """Whole runs of processes, in turns: CPU seconds of the fastest of each command, and its peak memory in MB."""
+    rounds = [[cpu_seconds(command) for command in commands] for _ in range(runs)]
+    return [(min(seconds), peak_mb(command)) for command, seconds in zip(commands, zip(*rounds))]
 
 
 def version(package):
@@ -94,10 +97,10 @@ def main():
         scores += [pathlib.Path(name) for name in arguments if not name.startswith("--")]
         per_mb = {}
         for score in scores:
-            runs = 3 if score.stat().st_size > 5e7 else 7
+            runs = 3 if quick else 5 if score.stat().st_size > 1e8 else 15
             name = f"{score.name}, {score.stat().st_size / 1e6:.1f} MB"
-            ours = whole([build / "bin" / "sokrun", "fill", score, "-o", out, "--quiet"], runs)
-            peer = whole([build / "bench" / "pugixml_peer", score, out], runs)
+            ours, peer = whole([[build / "bin" / "sokrun", "fill", score, "-o", out, "--quiet"],
+                                [build / "bench" / "pugixml_peer", score, out]], runs)
             row(f"sokrun fill, {name}: CPU / pugixml load + save", ours[0], peer[0], "s", 1.5)
             row(f"sokrun fill, {name}: memory / pugixml load + save", ours[1], peer[1], "MB", 2.0)
             per_mb[score.stem] = [part / score.stat().st_size * 1e6 for part in ours]
