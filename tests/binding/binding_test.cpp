@@ -176,6 +176,7 @@ TEST(Binding, InitializeGlobalsFindsTheEngineOnce) {
   gSonkelBundle = CFBundleGetMainBundle();
   EXPECT_EQ(InitializeGlobals(), 0);
   EXPECT_EQ(gSonkelBundle, CFBundleGetMainBundle());
+  EXPECT_TRUE(SonkelVersionOK(2005));
 }
 
 TEST(Binding, InitializeGlobalsFallsBackToTheMainBundle) {

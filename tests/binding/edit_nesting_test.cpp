@@ -38,11 +38,11 @@ const NestingCase kCases[] = {
 };
 
 int TakeAll(const NestingCase& c) {
-  SonkelEditDepth = MassEditDepth = 0;
-  int result = 0;
+  int result = 0;  // the first case finds the depths as a process begins with them
   for (const char* step = c.steps; *step != 0; ++step) result = Take(*step);
   EXPECT_EQ(SonkelEditDepth, c.depth) << c.steps;
   EXPECT_EQ(MassEditDepth, c.mass_depth) << c.steps;
+  SonkelEditDepth = MassEditDepth = 0;
   return result;
 }
 

@@ -157,14 +157,14 @@ TEST_F(TextRecords, MeasureTextsAreCreatedOnce) {
 
 // The characters are those of the ordinary kind under the block's number, whatever kind the block names.
 TEST_F(TextRecords, MeasureTextsReadTheOrdinaryKind) {
-  AddBlock(1, u"other kind", 0x6578, 0x6578);
+  AddBlock(1, u"other^flat()", 0x6578, 0x6578);
   const EDTMeasureText record{1, {}};
   host.document.records.Save(0x64746d74, EDataID{}, &record, sizeof record);
   TMeasureUText text{};
   text.text[0] = 'y';
   EXPECT_TRUE(sx_loadmeasuretext(0, 0, text, 0));
   EXPECT_EQ(Text(text.text), u"");
-  EXPECT_EQ(Text(urawtxt), u"other kind");
+  EXPECT_EQ(Text(urawtxt), u"other^flat()");  // with its commands
 }
 
 }  // namespace
