@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Runs the benchmark programs and sokrun, and prints what they took beside their peers. Called by bench.sh."""
+import itertools
 import json
 import os
 import pathlib
@@ -97,17 +98,16 @@ def main():
         scores += [pathlib.Path(name) for name in arguments if not name.startswith("--")]
         per_mb = {}
         for score in scores:
-            runs = 3 if quick else 5 if score.stat().st_size > 1e8 else 15
+            runs = 3 if quick else 9 if score.stat().st_size > 1e8 else 15
             name = f"{score.name}, {score.stat().st_size / 1e6:.1f} MB"
             ours, peer = whole([[build / "bin" / "sokrun", "fill", score, "-o", out, "--quiet"],
                                 [build / "bench" / "pugixml_peer", score, out]], runs)
             row(f"sokrun fill, {name}: CPU / pugixml load + save", ours[0], peer[0], "s", 1.5)
             row(f"sokrun fill, {name}: memory / pugixml load + save", ours[1], peer[1], "MB", 2.0)
             per_mb[score.stem] = [part / score.stat().st_size * 1e6 for part in ours]
-        smallest = next(iter(per_mb))
-        for name, (seconds, memory) in list(per_mb.items())[1:]:  # a larger score takes no more of each for its size
-            row(f"growth: CPU a MB, {name} / {smallest}", seconds, per_mb[smallest][0], "s", 1.1)
-            row(f"growth: memory a MB, {name} / {smallest}", memory, per_mb[smallest][1], "MB", 1.1)
+        for (smaller, base), (name, larger) in itertools.pairwise(per_mb.items()):  # no more of each for its size
+            row(f"growth: CPU a MB, {name} / {smaller}", larger[0], base[0], "s", 1.1)
+            row(f"growth: memory a MB, {name} / {smaller}", larger[1], base[1], "MB", 1.1)
 
 
 if __name__ == "__main__":
