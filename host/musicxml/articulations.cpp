@@ -5,9 +5,6 @@
 namespace sok {
 namespace {
 
-constexpr unsigned int kAssignmentTag = 0x6564494D;  // 'edIM': 12 bytes, the definition's number first
-constexpr unsigned int kDefinitionTag = 0x4F044958;  // 60 bytes, its character in the music font first
-
 struct Sign {
   short character;
   const char* element;

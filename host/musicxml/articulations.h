@@ -10,6 +10,9 @@
 
 namespace sok {
 
+inline constexpr unsigned int kAssignmentTag = 0x6564494D;  // 'edIM': 12 bytes, the definition's number first
+inline constexpr unsigned int kDefinitionTag = 0x4F044958;  // 60 bytes, its character in the music font first
+
 struct AddedArticulations {
   std::size_t entry = 0;              // index in the frame
   std::vector<std::string> elements;  // "accent" …

@@ -7,11 +7,8 @@
 namespace sok {
 namespace {
 
-constexpr unsigned int kInstrumentTag = 0x534F4953;      // 'SOIS'
-constexpr unsigned int kInstrumentUsedTag = 0x534F4975;  // 'SOIu'
-constexpr unsigned int kMeasureTag = 0x534F4D53;         // 'SOMS'
-constexpr std::size_t kRestPlacement = 24;               // in 'SOIS'
-constexpr int kTopLine = 10;                             // steps from middle C, treble clef; rests hang from it
+constexpr std::size_t kRestPlacement = 24;  // in 'SOIS'
+constexpr int kTopLine = 10;                // steps from middle C, treble clef; rests hang from it
 constexpr unsigned short kRestHostWord = 0x0080;
 constexpr std::uint32_t kMostEntries = 32767;
 

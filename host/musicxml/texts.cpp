@@ -7,14 +7,12 @@
 #include <utility>
 
 #include "host/musicxml/encoding.h"
+#include "host/musicxml/frames.h"
 
 namespace sok {
 
 namespace {
 
-constexpr unsigned int kInstrumentTag = 0x534F4953;  // 'SOIS'
-constexpr std::size_t kFullName = 30;
-constexpr std::size_t kAbbreviatedName = 32;
 constexpr std::size_t kTextKind = 24;  // in 'SOTX'
 constexpr unsigned short kOrdinaryKind = 0x626C;
 

@@ -16,6 +16,8 @@ inline constexpr unsigned int kRawTextTag = 0x7478626C;      // key: text number
 inline constexpr unsigned int kTextBlockTag = 0x534F5458;    // key: block number, 0
 inline constexpr unsigned int kPageTextTag = 0x4F027054;     // key: page, index on that page
 inline constexpr unsigned int kMeasureTextTag = 0x64746D74;  // key: instrument, measure, index at that place
+inline constexpr std::size_t kFullName = 30;                 // where an instrument's record names its blocks
+inline constexpr std::size_t kAbbreviatedName = 32;
 
 // Adds the names of the instruments, the credits (of a score without any: title, creators and rights), and the words
 // of directions. Every staff of a part has the part's names. A text for which there is no number left is left out.

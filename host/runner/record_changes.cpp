@@ -5,15 +5,14 @@
 
 #include "host/engine/document.h"
 #include "host/engine/session.h"
+#include "host/musicxml/articulations.h"
+#include "host/musicxml/frames.h"
 #include "host/musicxml/shapes.h"
 #include "host/musicxml/texts.h"
 #include "host/runner/text.h"
 
 namespace sok {
 namespace {
-
-constexpr unsigned int kAssignmentTag = 0x6564494D;  // 'edIM'
-constexpr unsigned int kDefinitionTag = 0x4F044958;  // 'O', 4, 'IX'
 
 struct Kind {
   unsigned int tag;
@@ -35,9 +34,9 @@ constexpr Kind kKinds[] = {
     {kEntryMarkTag, kWholeTag, "lines"},
     {kAssignmentTag, kWholeTag, "articulations"},
     {kDefinitionTag, kWholeTag, "articulations"},
-    {0x534F4953, kWholeTag, "staves"},    // 'SOIS'
-    {0x534F4975, kWholeTag, "staves"},    // 'SOIu'
-    {0x534F4D53, kWholeTag, "measures"},  // 'SOMS'
+    {kInstrumentTag, kWholeTag, "staves"},
+    {kInstrumentUsedTag, kWholeTag, "staves"},
+    {kMeasureTag, kWholeTag, "measures"},
     {0x70660000, kFamily, "preferences"},
     {0x6F740000, kFamily, "preferences"},
 };

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host/engine/document.h"
+#include "host/musicxml/frames.h"
 #include "host/musicxml/texts.h"
 #include "host/runner/commands.h"
 #include "host/runner/text.h"
@@ -11,9 +12,6 @@
 namespace sok {
 namespace {
 
-constexpr unsigned int kInstrumentTag = 0x534F4953;  // 'SOIS'
-constexpr std::size_t kFullName = 30;
-constexpr std::size_t kAbbreviatedName = 32;
 constexpr std::size_t kPlaceWidth = 24;
 constexpr std::size_t kTextWidth = 32;
 
