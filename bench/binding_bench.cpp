@@ -5,9 +5,9 @@
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
-#include "tests/extension/extension_bundle.h"
-#include "tests/support/open_engine.h"
 #include "host/engine/session.h"
+#include "tests/extension/extension_bundle.h"
+#include "tests/support/bundles.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ bool HasMusic(int slot, int measure) { return (slot + measure) % 2 == 0; }
 // The engine over a score, as sokrun attaches it: nobody watches.
 struct Workbench {
   Workbench() {
-    const CFBundleRef engine = OpenEngine(SOK_ENGINE_BUNDLE);
+    gSonkelBundle = OpenBundle(SOK_ENGINE_BUNDLE);
     for (short slot = 1; slot <= kStaves; ++slot) document.AddStaff();
     for (short measure = 1; measure <= kMeasures; ++measure) document.AddMeasure(4096);
     for (short slot = 1; slot <= kStaves; ++slot) {
@@ -32,7 +32,7 @@ struct Workbench {
       }
     }
     session.document = &document;
-    reinterpret_cast<decltype(SonkelEngineAttach)*>(EngineFunction(engine, "SonkelEngineAttach"))(&session);
+    Find<decltype(SonkelEngineAttach)>("SonkelEngineAttach")(&session);
     extension.Main();
     load = Find<decltype(SX_LoadTGF)>("SX_LoadTGF");
     free = Find<decltype(SX_FreeTGF)>("SX_FreeTGF");
@@ -44,7 +44,7 @@ struct Workbench {
   }
   template <typename Function>
   static Function* Find(const char* name) {
-    return reinterpret_cast<Function*>(EngineFunction(gSonkelBundle, name));
+    return FunctionOf<Function>(gSonkelBundle, name);
   }
 
   sok::Document document;
@@ -139,16 +139,20 @@ void Alternate(benchmark::State& state, Timed timed, Untimed untimed) {
   }
 }
 void Kit_Fill(benchmark::State& state) {
-  Alternate(state, [] { RunCommand(1); }, [] { RunCommand(0); });
+  Alternate(
+      state, [] { RunCommand(1); }, [] { RunCommand(0); });
 }
 void Bare_Fill(benchmark::State& state) {
-  Alternate(state, [] { BareFill(Bench()); }, [] { RunCommand(0); });
+  Alternate(
+      state, [] { BareFill(Bench()); }, [] { RunCommand(0); });
 }
 void Kit_Clear(benchmark::State& state) {
-  Alternate(state, [] { RunCommand(0); }, [] { RunCommand(1); });
+  Alternate(
+      state, [] { RunCommand(0); }, [] { RunCommand(1); });
 }
 void Bare_Clear(benchmark::State& state) {
-  Alternate(state, [] { BareClear(Bench()); }, [] { RunCommand(1); });
+  Alternate(
+      state, [] { BareClear(Bench()); }, [] { RunCommand(1); });
 }
 BENCHMARK(Kit_Fill)->Unit(benchmark::kMicrosecond);
 BENCHMARK(Bare_Fill)->Unit(benchmark::kMicrosecond);

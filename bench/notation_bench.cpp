@@ -9,7 +9,7 @@
 #include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
 #include "host/engine/session.h"
-#include "tests/support/open_engine.h"
+#include "tests/support/bundles.h"
 
 namespace {
 
@@ -22,9 +22,9 @@ constexpr int kElements = 3;
 // 1,000 definitions of each kind; only the last of them is like the one that is looked for.
 struct Workbench {
   Workbench() {
-    gSonkelBundle = OpenEngine(SOK_ENGINE_BUNDLE);
+    gSonkelBundle = OpenBundle(SOK_ENGINE_BUNDLE);
     session.document = &document;
-    reinterpret_cast<decltype(SonkelEngineAttach)*>(EngineFunction(gSonkelBundle, "SonkelEngineAttach"))(&session);
+    FunctionOf<decltype(SonkelEngineAttach)>(gSonkelBundle, "SonkelEngineAttach")(&session);
     for (int number = 1; number <= kDefinitions; ++number) {
       const short mark = number == kDefinitions ? 1 : 0;
       EDTArticulationDefinition2012 articulation{};

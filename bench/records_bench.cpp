@@ -5,10 +5,11 @@
 #include <array>
 #include <vector>
 
+#include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 #include "host/engine/session.h"
-#include "tests/support/open_engine.h"
+#include "tests/support/bundles.h"
 
 namespace {
 
@@ -36,7 +37,7 @@ std::vector<Record> RecordsOf(const PreferenceTable& table) {
 // The engine over a document that has every record, as sokrun attaches it: nobody watches.
 struct Workbench {
   Workbench() {
-    const CFBundleRef engine = OpenEngine(SOK_ENGINE_BUNDLE);
+    gSonkelBundle = OpenBundle(SOK_ENGINE_BUNDLE);
     for (const PreferenceTable& table : kPreferenceTables) {
       for (const Record& record : RecordsOf(table)) {
         const unsigned char words[12] = {};
@@ -44,8 +45,8 @@ struct Workbench {
       }
     }
     session.document = &document;
-    reinterpret_cast<decltype(SonkelEngineAttach)*>(EngineFunction(engine, "SonkelEngineAttach"))(&session);
-    load = reinterpret_cast<decltype(SX_LoadEData)*>(EngineFunction(engine, "SX_LoadEData"));
+    FunctionOf<decltype(SonkelEngineAttach)>(gSonkelBundle, "SonkelEngineAttach")(&session);
+    load = FunctionOf<decltype(SX_LoadEData)>(gSonkelBundle, "SX_LoadEData");
   }
 
   sok::Document document;

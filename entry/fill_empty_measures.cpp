@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr unsigned int kLayerPreferencesTag = 0x70664C41;       // 'pfLA'
+constexpr unsigned int kLayerPreferencesTag = 0x70664C41;      // 'pfLA'
 constexpr unsigned int kInstrumentDefinitionTag = 0x534F4953;  // 'SOIS'
 
 struct LayerPreferences {
@@ -32,9 +32,7 @@ struct Cell {
   short slot;
   short measure;
 
-  EXTGF2005a* LoadLayer(short layer) const {
-    return SX_LoadTGF(stafflist, slot, measure, layer, 1, kInterfaceVersion);
-  }
+  EXTGF2005a* LoadLayer(short layer) const { return SX_LoadTGF(stafflist, slot, measure, layer, 1, kInterfaceVersion); }
 };
 
 PreferenceArray LoadLayerPreferences(short layers) {

@@ -16,8 +16,8 @@ bool IsFile(const std::string& path);
 // The names in a folder, sorted; none when it cannot be read.
 std::vector<std::string> ListFolder(const std::string& path);
 
-// What `new` does when it fails: asks the new-handler, when there is one, and throws std::bad_alloc. For C functions that
-// ran out of memory.
+// What `new` does when it fails: asks the new-handler, when there is one, and throws std::bad_alloc. For C functions
+// that ran out of memory.
 [[noreturn]] void RunOutOfMemory();
 
 // The part of a path before its last slash, and the part behind it.

@@ -21,8 +21,7 @@ class Object {
   void Retain() const { references_.fetch_add(1, std::memory_order_relaxed); }
   void Release() const {
     // Who holds the last reference is alone with the object: nobody is left to count against.
-    if (references_.load(std::memory_order_acquire) == 1 ||
-        references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    if (references_.load(std::memory_order_acquire) == 1 || references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
       delete this;
     }
   }

@@ -144,9 +144,9 @@ void CellEdit::RemoveNote(std::size_t index, bool lone) {
   } else if (NeededLater(index)) {
     const pugi::xml_node duration = item.node.child("duration");
     Fraction written;
-    item.replacement = style_.Format(
-        Indentation(text_, item.begin), "forward",
-        {duration ? std::string(TextOf(duration)) : Duration(item.length, item.divisions, written)});
+    item.replacement =
+        style_.Format(Indentation(text_, item.begin), "forward",
+                      {duration ? std::string(TextOf(duration)) : Duration(item.length, item.divisions, written)});
     item.kind = Kind::kForward;
   } else {
     item.gone = true;
@@ -283,7 +283,8 @@ void CellEdit::Insert(const NewRest& rest) {
 bool CellEdit::TakeForwardsPlace(const NewRest& rest) {
   for (std::size_t i = 0; i < items_.size(); ++i) {
     Item& item = items_[i];
-    if (item.gone || item.kind != Kind::kForward || !item.node || !item.replacement.empty() || !SameLength(item.before, {}))
+    if (item.gone || item.kind != Kind::kForward || !item.node || !item.replacement.empty() ||
+        !SameLength(item.before, {}))
       continue;
     if (!SameLength(item.length, rest.length)) continue;
     const std::size_t previous = Neighbour(i, -1, true);

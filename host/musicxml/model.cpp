@@ -35,8 +35,8 @@ bool NumbersTellStaves(const Part& part) {
 }
 
 // A voice that stands on both staves lives in one of them, and the other one is empty where it alone is drawn there:
-// such a measure can be filled among the notes one sees. Surroundings tell of it; ReadOptions::cross_staff_drawn goes by
-// what one sees.
+// such a measure can be filled among the notes one sees. Surroundings tell of it; ReadOptions::cross_staff_drawn goes
+// by what one sees.
 int HomeOf(const Voice& voice, bool by_number, int staves) {
   if (voice.key_staff != 0) return voice.key_staff;
   const int staff = StaffByNumber(voice.name);

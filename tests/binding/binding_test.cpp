@@ -89,17 +89,17 @@ long Call(Result (*wrapper)(Arguments...)) {
 
 void ExpectFallbacks() {
   const std::map<std::string_view, long> unusual = {
-      {"SX_FontNameToNum", -1},   {"SX_FontNameToNum_UTF16", -1}, {"SX_GetCurrentPartID", -1},
-      {"SX_GetNextPartID", -1},   {"SX_GetPlaybackSystem", -1},   {"SX_ProcessMidiData", -1},
-      {"SX_CountParts", -1},      {"SX_GetTextEncoding", -2},     {"SX_ProcessMidiDataNoSplit", -1},
+      {"SX_FontNameToNum", -1}, {"SX_FontNameToNum_UTF16", -1}, {"SX_GetCurrentPartID", -1},
+      {"SX_GetNextPartID", -1}, {"SX_GetPlaybackSystem", -1},   {"SX_ProcessMidiData", -1},
+      {"SX_CountParts", -1},    {"SX_GetTextEncoding", -2},     {"SX_ProcessMidiDataNoSplit", -1},
       {"SX_GetMaxLayers", 4},
   };
   SonkelEditDepth = 2;
-#define SX_ENTRY(result, name, parameters, arguments, fallback)                         \
-  if (std::string_view(#name) == "SX_GetPartName") {                                    \
-    EXPECT_STREQ(reinterpret_cast<const char*>(Call(&name)), " ");                      \
-  } else {                                                                              \
-    EXPECT_EQ(Call(&name), unusual.contains(#name) ? unusual.at(#name) : 0) << #name;   \
+#define SX_ENTRY(result, name, parameters, arguments, fallback)                       \
+  if (std::string_view(#name) == "SX_GetPartName") {                                  \
+    EXPECT_STREQ(reinterpret_cast<const char*>(Call(&name)), " ");                    \
+  } else {                                                                            \
+    EXPECT_EQ(Call(&name), unusual.contains(#name) ? unusual.at(#name) : 0) << #name; \
   }
 #define SX_CUSTOM SX_ENTRY_CUSTOM
 #define SX_ENTRY_CUSTOM(result, name, parameters) EXPECT_EQ(Call(&name), 0) << #name;

@@ -3,26 +3,29 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <map>
+
 #include "tests/support/recording_engine.h"
 
 namespace {
 
-int Take(char step) {
-  const unsigned short text[] = {'t', 0};
-  int value = 7;
-  switch (step) {
-    case 's': return SX_StartSonkelEdit("t", kInterfaceVersion);
-    case 'u': return SX_StartSonkelEdit_UTF16(text, kInterfaceVersion);
-    case 'e': return SX_EndSonkelEdit(kInterfaceVersion);
-    case 'c': SX_CancelSonkelEdit(kInterfaceVersion); return 0;
-    case 'a': SX_EndAllSonkelEdit(); return 0;
-    case 'm': return SX_StartMassEdit(&value, 3, kInterfaceVersion);
-    default: SX_EndMassEdit(&value, 1, kInterfaceVersion); return 0;
-  }
-}
+constexpr unsigned short kText[] = {'t', 0};
+int value = 7;
+
+// What a letter stands for, and its answer; 0 where there is none.
+const std::map<char, std::function<int()>> kSteps = {
+    {'s', [] { return SX_StartSonkelEdit("t", kInterfaceVersion); }},
+    {'u', [] { return SX_StartSonkelEdit_UTF16(kText, kInterfaceVersion); }},
+    {'e', [] { return SX_EndSonkelEdit(kInterfaceVersion); }},
+    {'c', [] { return SX_CancelSonkelEdit(kInterfaceVersion), 0; }},
+    {'a', [] { return SX_EndAllSonkelEdit(), 0; }},
+    {'m', [] { return SX_StartMassEdit(&value, 3, kInterfaceVersion); }},
+    {'M', [] { return SX_EndMassEdit(&value, 1, kInterfaceVersion), 0; }},
+};
 
 struct NestingCase {
-  const char* steps;  // the letters of Take
+  const char* steps;  // letters of kSteps
   std::vector<std::string> reached;
   int depth, mass_depth, last_result;  // of a host that answers 5 to everything
 };
@@ -39,7 +42,7 @@ const NestingCase kCases[] = {
 
 int TakeAll(const NestingCase& c) {
   int result = 0;  // the first case finds the depths as a process begins with them
-  for (const char* step = c.steps; *step != 0; ++step) result = Take(*step);
+  for (const char* step = c.steps; *step != 0; ++step) result = kSteps.at(*step)();
   EXPECT_EQ(SonkelEditDepth, c.depth) << c.steps;
   EXPECT_EQ(MassEditDepth, c.mass_depth) << c.steps;
   SonkelEditDepth = MassEditDepth = 0;

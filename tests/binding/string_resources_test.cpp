@@ -6,22 +6,16 @@
 #include <cstring>
 #include <string>
 
-#include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
-#include "tests/support/open_engine.h"
+#include "tests/support/bundles.h"
 #include "tests/support/test_host.h"
 
 namespace {
 
 struct Probe {
-  explicit Probe(const char* path) {
-    const CFBundleRef engine = gSonkelBundle;
-    bundle = OpenEngine(path);
-    gSonkelBundle = engine;
-    reinterpret_cast<void (*)()>(EngineFunction(bundle, "ProbeInit"))();
-  }
+  explicit Probe(const char* path) : bundle(OpenBundle(path)) { Get<void()>("ProbeInit")(); }
   template <typename Function>
   Function* Get(const char* name) const {
-    return reinterpret_cast<Function*>(EngineFunction(bundle, name));
+    return FunctionOf<Function>(bundle, name);
   }
   std::string Text8(int number, short capacity) const {
     std::string buffer(300, '\xAA');
@@ -38,8 +32,7 @@ struct Probe {
   std::u16string Text16(int number, short capacity) const {
     std::u16string buffer(400, 0xAAAA);
     auto* const units = reinterpret_cast<unsigned short*>(buffer.data());
-    const auto* const text =
-        Get<unsigned short*(int, unsigned short*, short)>("ProbeText16")(number, units, capacity);
+    const auto* const text = Get<unsigned short*(int, unsigned short*, short)>("ProbeText16")(number, units, capacity);
     EXPECT_EQ(text, capacity != 0 ? units : nullptr);
     EXPECT_EQ(buffer.find_first_not_of(0xAAAA, static_cast<size_t>(capacity)), std::u16string::npos);
     if (capacity == 0) return u"untouched";
@@ -101,11 +94,13 @@ TEST(StringResources, IndexedTextsAndIds) {
   const struct {
     unsigned long id;
     const char* text;
-  } ids[] = {{5, "By id"}, {1, "First id"}, {20001, "First id"}, {999, "20000,999"}, {1000, "1000,0"}, {21007, "21000,7"}};
+  } ids[] = {{5, "By id"},       {1, "First id"},  {20001, "First id"},
+             {999, "20000,999"}, {1000, "1000,0"}, {21007, "21000,7"}};
   for (const auto& c : ids) {
     EXPECT_STREQ(probe.Get<char*(unsigned long)>("ProbeId")(c.id), c.text);
     const unsigned short* const text = probe.Get<unsigned short*(unsigned long)>("ProbeId16")(c.id);
-    EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t*>(text)), std::u16string(c.text, c.text + std::strlen(c.text)));
+    EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t*>(text)),
+              std::u16string(c.text, c.text + std::strlen(c.text)));
   }
 }
 

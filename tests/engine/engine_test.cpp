@@ -2,10 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <set>
+#include <sstream>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
+#include "tests/support/shell.h"
 #include "tests/support/test_host.h"
 
 namespace {
@@ -240,14 +241,9 @@ TEST(EngineBundle, ExportsNothingButHostEntryPoints) {
 #define SX_ENTRY(result, name, parameters, arguments, fallback) known.insert(#name);
 #define SX_CUSTOM(result, name, parameters) known.insert(#name);
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
-  FILE* const listing = popen("nm -D --defined-only --format=just-symbols '" SOK_ENGINE_EXECUTABLE "'", "r");
-  ASSERT_NE(listing, nullptr);
+  std::istringstream names(Shell("nm -D --defined-only --format=just-symbols '" SOK_ENGINE_EXECUTABLE "'").out);
   int exported = 0;
-  for (char line[256]; std::fgets(line, sizeof line, listing) != nullptr; ++exported) {
-    const std::string name(line, std::string(line).find('\n'));
-    EXPECT_TRUE(known.contains(name)) << name;
-  }
-  pclose(listing);
+  for (std::string name; names >> name; ++exported) EXPECT_TRUE(known.contains(name)) << name;
   EXPECT_GT(exported, 40);
 }
 

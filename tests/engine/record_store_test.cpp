@@ -13,50 +13,32 @@ using sok::KeyView;
 using sok::RecordStore;
 using Fields = std::vector<long>;
 
-constexpr unsigned int Tag(const char (&text)[5]) {
-  unsigned int tag = 0;
-  for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<unsigned char>(text[i]);
-  return tag;
-}
-
 struct ViewCase {
   unsigned int tag;
   KeyView view;
 };
 constexpr ViewCase kViews[] = {
-    {Tag("ot21"), KeyView::kOther},
-    {Tag("SOIS"), KeyView::kOther},
-    {Tag("txbl"), KeyView::kOther},
-    {Tag("O\x08Sx"), KeyView::kOther},
-    {Tag("SDNG"), KeyView::kDetail},
-    {Tag("dtmt"), KeyView::kDetail},
-    {Tag("D\x03"
-         "Cx"),
-     KeyView::kDetail},
-    {Tag("SOSC"), KeyView::kDetailExtra},
-    {Tag("edEx"), KeyView::kEntryDetail},
-    {Tag("E\x02"
-         "Ah"),
-     KeyView::kEntryDetail},
-    {Tag("eteE"), KeyView::kEntry},
-    {Tag("pfLA"), KeyView::kGlobal},
+    {0x6F743231, KeyView::kOther},        // 'ot21'
+    {0x534F4953, KeyView::kOther},        // 'SOIS'
+    {0x7478626C, KeyView::kOther},        // 'txbl'
+    {0x4F085378, KeyView::kOther},        // 'O', 8, 'Sx'
+    {0x53444E47, KeyView::kDetail},       // 'SDNG'
+    {0x64746D74, KeyView::kDetail},       // 'dtmt'
+    {0x44034378, KeyView::kDetail},       // 'D', 3, 'Cx'
+    {0x534F5343, KeyView::kDetailExtra},  // 'SOSC'
+    {0x65644578, KeyView::kEntryDetail},  // 'edEx'
+    {0x45024168, KeyView::kEntryDetail},  // 'E', 2, 'Ah'
+    {0x65746545, KeyView::kEntry},        // 'eteE'
+    {0x70664C41, KeyView::kGlobal},       // 'pfLA'
 };
+constexpr unsigned int kOtherTag = kViews[0].tag;
 
 Fields FieldsOf(KeyView view, const EDataID& id) {
-  switch (view) {
-    case KeyView::kOther:
-      return {id.other.cmper, id.other.subIndex};
-    case KeyView::kDetail:
-      return {id.detail.cmper, id.detail.secondCmper, id.detail.subIndex};
-    case KeyView::kDetailExtra:
-      return {id.detail.cmper, id.detail.secondCmper, id.detail.extraValue};
-    case KeyView::kEntryDetail:
-      return {id.entryDetail.entryNum, id.entryDetail.subIndex};
-    case KeyView::kEntry:
-      return {id.entry.entryNum};
-    case KeyView::kGlobal:
-      break;
-  }
+  if (view == KeyView::kOther) return {id.other.cmper, id.other.subIndex};
+  if (view == KeyView::kDetail) return {id.detail.cmper, id.detail.secondCmper, id.detail.subIndex};
+  if (view == KeyView::kDetailExtra) return {id.detail.cmper, id.detail.secondCmper, id.detail.extraValue};
+  if (view == KeyView::kEntryDetail) return {id.entryDetail.entryNum, id.entryDetail.subIndex};
+  if (view == KeyView::kEntry) return {id.entry.entryNum};
   return {id.global.instance};
 }
 
@@ -178,12 +160,12 @@ TEST(RecordStore, RefusesWhatItCannotReadOrFill) {
   EDataID id = {};
   char byte = 'x';
   int size = -1;
-  EXPECT_FALSE(store.Save(Tag("ot21"), id, &byte, -1));
-  EXPECT_FALSE(store.Create(Tag("ot21"), id, nullptr, 1));
-  ASSERT_TRUE(store.Save(Tag("ot21"), id, &byte, 1));
-  EXPECT_FALSE(store.Load(Tag("ot21"), id, &byte, nullptr));
-  EXPECT_FALSE(store.Load(Tag("ot21"), id, &byte, &size));
-  EXPECT_TRUE(store.Load(Tag("ot21"), id, nullptr, &size));  // the size only, whatever stood there
+  EXPECT_FALSE(store.Save(kOtherTag, id, &byte, -1));
+  EXPECT_FALSE(store.Create(kOtherTag, id, nullptr, 1));
+  ASSERT_TRUE(store.Save(kOtherTag, id, &byte, 1));
+  EXPECT_FALSE(store.Load(kOtherTag, id, &byte, nullptr));
+  EXPECT_FALSE(store.Load(kOtherTag, id, &byte, &size));
+  EXPECT_TRUE(store.Load(kOtherTag, id, nullptr, &size));  // the size only, whatever stood there
   EXPECT_EQ(size, 1);
 }
 

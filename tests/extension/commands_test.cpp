@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "SokExtShared/LIB/records/record_calls.h"
 #include "tests/extension/extension_bundle.h"
 #include "tests/support/test_host.h"
 
@@ -48,10 +49,8 @@ std::string Text(const std::vector<EXENTRY>& entries) {
 using Layers = std::vector<std::string>;  // up to four
 
 void SetPreference(sok::Document& document, short layer, int word1) {
-  EDataID id{};
-  id.global.instance = layer;
   const unsigned char preference[4] = {0xFF, 0xFF, static_cast<unsigned char>(word1), 0xFF};
-  document.records.Save(0x70664C41, id, preference, 4);
+  document.records.Save(0x70664C41, record_calls::GlobalKey(layer), preference, 4);
 }
 
 struct CommandCase {
@@ -123,8 +122,7 @@ TEST_F(Commands, TheInsertedRest) {
   host.AddScore(1, 1);
   for (const auto& c : cases) {
     SCOPED_TRACE(c.word);
-    EDataID id{};
-    id.other.cmper = 1;
+    const EDataID id = record_calls::OtherKey(1, 0);
     unsigned char definition[136] = {};
     definition[24] = static_cast<unsigned char>(c.word);
     definition[25] = static_cast<unsigned char>(c.word >> 8);
@@ -159,29 +157,21 @@ TEST_F(Commands, OrderOfHostCalls) {
   host.document.SetEntries({1, 1, 0}, Layer("n"));
   EXPECT_EQ(extension.Invoke(1, &region), 1);
   const std::vector<std::string> fill = {
-      "SX_GetMaxLayers -> 2",
-      "SX_LoadEData pfLA 0 4 -> 0",
-      "SX_LoadEData pfLA 1 4 -> 0",
-      "SX_LoadTGF 3 1 1 0 1 -> frame", "SX_FreeTGF 2,1,0 0 -> 1",
-      "SX_LoadTGF 3 1 1 1 1 -> frame", "SX_FreeTGF 2,1,1 0 -> 1",
-      "SX_LoadTGF 3 1 1 0 1 -> frame",
-      "SX_InsertEXENTRY 2,1,0 0 0 1 -> 1",
-      "SX_SlotToInst 1 3 -> 2",
-      "SX_LoadEData SOIS 2,0 136 -> 0",
-      "SX_SaveTGF 2,1,0 1 -> 1",
-      "SX_FreeTGF 2,1,0 1 -> 1",
-      "SX_LoadTGF 3 2 1 0 1 -> frame", "SX_FreeTGF 1,1,0 1 -> 1",
+      "SX_GetMaxLayers -> 2",          "SX_LoadEData pfLA 0 4 -> 0",     "SX_LoadEData pfLA 1 4 -> 0",
+      "SX_LoadTGF 3 1 1 0 1 -> frame", "SX_FreeTGF 2,1,0 0 -> 1",        "SX_LoadTGF 3 1 1 1 1 -> frame",
+      "SX_FreeTGF 2,1,1 0 -> 1",       "SX_LoadTGF 3 1 1 0 1 -> frame",  "SX_InsertEXENTRY 2,1,0 0 0 1 -> 1",
+      "SX_SlotToInst 1 3 -> 2",        "SX_LoadEData SOIS 2,0 136 -> 0", "SX_SaveTGF 2,1,0 1 -> 1",
+      "SX_FreeTGF 2,1,0 1 -> 1",       "SX_LoadTGF 3 2 1 0 1 -> frame",  "SX_FreeTGF 1,1,0 1 -> 1",
   };
   EXPECT_EQ(host.calls, fill);
 
   host.calls.clear();
   EXPECT_EQ(extension.Invoke(0, &region), 1);
   const std::vector<std::string> clear = {
-      "SX_GetMaxLayers -> 2",
-      "SX_LoadTGF 3 1 1 0 1 -> frame", "SX_SaveTGF 2,1,0 0 -> 1", "SX_FreeTGF 2,1,0 1 -> 1",
-      "SX_LoadTGF 3 1 1 1 1 -> frame", "SX_FreeTGF 2,1,1 0 -> 1",
-      "SX_LoadTGF 3 2 1 0 1 -> frame", "SX_FreeTGF 1,1,0 1 -> 1",
-      "SX_LoadTGF 3 2 1 1 1 -> frame", "SX_FreeTGF 1,1,1 0 -> 1",
+      "SX_GetMaxLayers -> 2",          "SX_LoadTGF 3 1 1 0 1 -> frame", "SX_SaveTGF 2,1,0 0 -> 1",
+      "SX_FreeTGF 2,1,0 1 -> 1",       "SX_LoadTGF 3 1 1 1 1 -> frame", "SX_FreeTGF 2,1,1 0 -> 1",
+      "SX_LoadTGF 3 2 1 0 1 -> frame", "SX_FreeTGF 1,1,0 1 -> 1",       "SX_LoadTGF 3 2 1 1 1 -> frame",
+      "SX_FreeTGF 1,1,1 0 -> 1",
   };
   EXPECT_EQ(host.calls, clear);
 

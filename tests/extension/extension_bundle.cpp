@@ -1,34 +1,6 @@
 #include "tests/extension/extension_bundle.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-
-namespace {
-
-CFBundleRef OpenBundle(const char* path) {
-  const CFURLRef url = CFURLCreateFromFileSystemRepresentation(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path),
-                                                               static_cast<CFIndex>(std::strlen(path)), true);
-  static const CFBundleRef bundle = CFBundleCreate(kCFAllocatorDefault, url);  // kept, as a host keeps it
-  CFRelease(url);
-  return bundle;
-}
-
-}  // namespace
-
-ExtensionBundle::ExtensionBundle() : bundle_(OpenBundle(SOK_EXTENSION_BUNDLE)) {
-  if (Find("main") == nullptr) {
-    std::fprintf(stderr, "%s does not load\n", SOK_EXTENSION_BUNDLE);
-    std::exit(1);
-  }
-}
-
-void* ExtensionBundle::Find(const char* name) const {
-  const CFStringRef function = CFStringCreateWithCString(kCFAllocatorDefault, name, kCFStringEncodingMacRoman);
-  void* const address = CFBundleGetFunctionPointerForName(bundle_, function);
-  CFRelease(function);
-  return address;
-}
+ExtensionBundle::ExtensionBundle() : bundle_(OpenBundle(SOK_EXTENSION_BUNDLE)) {}
 
 int ExtensionBundle::Main() const {
   char name[] = "host";

@@ -1,23 +1,20 @@
 // MeasureRests as a host holds it: the loaded bundle and its entry points.
 #pragma once
 
-#include <CoreFoundation/CoreFoundation.h>
-
 #include <string>
 
 #include "SokExtShared/SokEDK/Source/host_types.h"
+#include "tests/support/bundles.h"
 
 class ExtensionBundle {
  public:
-  // Opens the built bundle; ends the test program when that fails. The engine must be open before main() is called.
+  // Opens the built bundle. The engine must be open before main() is called.
   ExtensionBundle();
 
-  // The address of an exported name; null when it is not there.
-  void* Find(const char* name) const;
-
+  // What it exports under a name.
   template <typename Function>
   Function* Get(const char* name) const {
-    return reinterpret_cast<Function*>(Find(name));
+    return FunctionOf<Function>(bundle_, name);
   }
 
   int Main() const;  // with arguments as the host passes them

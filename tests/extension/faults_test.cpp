@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "SokExtShared/LIB/records/record_calls.h"
 #include "tests/extension/extension_bundle.h"
 #include "tests/extension/saboteur.h"
 #include "tests/support/test_host.h"
@@ -25,10 +26,8 @@ void FillDocument(sok::Document& document, int variant) {
       if (variant == 3) entries.clear();
       document.SetEntries({1, measure, layer}, entries);
       document.SetLayerShown(layer, variant != 2);
-      EDataID id{};
-      id.global.instance = layer;
       const unsigned char preference[4] = {0, 0, static_cast<unsigned char>(variant == 2 ? 2 : 0), 0};
-      document.records.Save(0x70664C41, id, preference, 4);
+      document.records.Save(0x70664C41, record_calls::GlobalKey(layer), preference, 4);
     }
   }
 }

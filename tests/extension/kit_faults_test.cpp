@@ -5,13 +5,16 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "SokExtShared/LIB/records/record_calls.h"
 #include "SokExtShared/SokEDK.h"
 #include "tests/extension/saboteur.h"
 
 namespace {
 
-constexpr unsigned int kRun = 0x6F747878;            // 'otxx', no tag of anybody's
-constexpr unsigned int kNoteheads = 0x4502636E;      // 'E', 2, 'cn'
+using namespace record_calls;
+
+constexpr unsigned int kRun = 0x6F747878;             // 'otxx', no tag of anybody's
+constexpr unsigned int kNoteheads = 0x4502636E;       // 'E', 2, 'cn'
 constexpr unsigned int kInstrumentList = 0x6F744443;  // 'otDC'
 constexpr unsigned short kName[] = {'A', '^', 'f', 'l', 'a', 't', '(', ')', 0};
 
@@ -21,38 +24,27 @@ void FillDocument(sok::Document& document) {
   const auto save = [&](unsigned int tag, EDataID id, std::vector<unsigned char> bytes) {
     document.records.Save(tag, id, bytes.data(), static_cast<int>(bytes.size()));
   };
-  const auto other = [](int cmper, int subIndex) {
-    EDataID id{};
-    id.other = {static_cast<unsigned short>(cmper), static_cast<short>(subIndex)};
-    return id;
-  };
   for (short i = 0; i < 3; ++i) {
-    EDataID entry{};
-    entry.entryDetail.entryNum = 7;
-    entry.entryDetail.subIndex = i;
+    const EDataID entry = EntryDetailKey(7, i);
     save(kNoteheads, entry, std::vector<unsigned char>(20, static_cast<unsigned char>(i + 1)));
     save(0x45024168, entry, std::vector<unsigned char>(20, static_cast<unsigned char>(i + 1)));
     save(0x65644578, entry, {5, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    save(kRun, other(1, i), std::vector<unsigned char>(12, static_cast<unsigned char>(i == 2 ? 0 : 'a')));
-    save(0x6F744449, other(1, i), {static_cast<unsigned char>(i), 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    save(0x6F744449, other(2, i), std::vector<unsigned char>(12, 9));
-    save(kInstrumentList, other(1, i), {1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0});
-    save(kInstrumentList, other(2, i), {2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    save(0x6F744D78, other(i + 1, 0), {5, 0, static_cast<unsigned char>(i == 1 ? 3 : 0), 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    save(0x534F5458, other(i + 1, 0), std::vector<unsigned char>(26, 1));
-    save(0x7478626C, other(i + 1, 0), {'^', 0, 'f', 0, '(', 0, ')', 0, 'x', 0, 0, 0});
-    save(0x534F4953, other(i + 1, 0), std::vector<unsigned char>(136, static_cast<unsigned char>(i)));
-    save(0x4F027054, other(i + 1, 0), std::vector<unsigned char>(24, 1));
-    EDataID detail{};
-    detail.detail.cmper = 1;
-    detail.detail.secondCmper = 1;
-    detail.detail.subIndex = i;
-    save(0x64746D74, detail, {static_cast<unsigned char>(i), 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(kRun, OtherKey(1, i), std::vector<unsigned char>(12, static_cast<unsigned char>(i == 2 ? 0 : 'a')));
+    save(0x6F744449, OtherKey(1, i), {static_cast<unsigned char>(i), 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(0x6F744449, OtherKey(2, i), std::vector<unsigned char>(12, 9));
+    save(kInstrumentList, OtherKey(1, i), {1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0});
+    save(kInstrumentList, OtherKey(2, i), {2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(0x6F744D78, OtherKey(i + 1, 0), {5, 0, static_cast<unsigned char>(i == 1 ? 3 : 0), 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(0x534F5458, OtherKey(i + 1, 0), std::vector<unsigned char>(26, 1));
+    save(0x7478626C, OtherKey(i + 1, 0), {'^', 0, 'f', 0, '(', 0, ')', 0, 'x', 0, 0, 0});
+    save(0x534F4953, OtherKey(i + 1, 0), std::vector<unsigned char>(136, static_cast<unsigned char>(i)));
+    save(0x4F027054, OtherKey(i + 1, 0), std::vector<unsigned char>(24, 1));
+    save(0x64746D74, DetailKey(1, 1, i), {static_cast<unsigned char>(i), 0, 0, 0, 0, 0, 0, 0, 0, 0});
   }
   std::vector<unsigned char> shape(92);
   shape[5] = 0x40;  // on entries
   shape[6] = 1, shape[8] = 1, shape[10] = 7, shape[36] = 1, shape[38] = 3, shape[40] = 7;
-  save(0x4F085378, other(5, 0), shape);
+  save(0x4F085378, OtherKey(5, 0), shape);
 }
 
 EDTSmartShape LongShape() {
@@ -70,6 +62,7 @@ struct KitCall {
   void (*call)();
 };
 
+// clang-format off
 const KitCall kCalls[] = {
     {"search helpers", [] {
        EDTNoteheadMods2012 notehead{};
@@ -103,8 +96,7 @@ const KitCall kCalls[] = {
      }},
     {"arrays", [] {
        unsigned char elements[60] = {1};
-       EDataID id{};
-       id.other.cmper = 1;
+       const EDataID id = OtherKey(1, 0);
        OrvelOtArray_Save(kRun, &id, 5, 12, elements);
      }},
     {"modifications added", [] {
@@ -209,6 +201,7 @@ const KitCall kCalls[] = {
        EDTSmartShape::CopyMeasureShapes(source, target, 0, 0);
      }},
 };
+// clang-format on
 
 void PrintTo(const KitCall& call, std::ostream* out) { *out << call.name; }
 
@@ -237,7 +230,8 @@ TEST_P(KitFaults, EachHostCallFailingInTurn) {
 
 INSTANTIATE_TEST_SUITE_P(Kit, KitFaults, testing::ValuesIn(kCalls), [](const auto& info) {
   std::string name = info.param.name;
-  std::replace_if(name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return !std::isalnum(static_cast<unsigned char>(c)); }, '_');
   return name;
 });
 

@@ -2,8 +2,6 @@
 // in the engine, must not land here.
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include "host/engine/session.h"
 #include "tests/extension/extension_bundle.h"
 
@@ -11,18 +9,9 @@ namespace {
 
 int g_reached = 0;
 
-CFBundleRef OpenEngineBundle() {
-  const char* const path = SOK_ENGINE_BUNDLE;
-  const CFURLRef url = CFURLCreateFromFileSystemRepresentation(kCFAllocatorDefault, reinterpret_cast<const UInt8*>(path),
-                                                               static_cast<CFIndex>(std::strlen(path)), true);
-  const CFBundleRef bundle = CFBundleCreate(kCFAllocatorDefault, url);
-  CFRelease(url);
-  return bundle;
-}
-
 }  // namespace
 
-#define CLASH(result, name) \
+#define CLASH(result, name)                                         \
   extern "C" __attribute__((visibility("default"))) result name() { \
     ++g_reached;                                                    \
     return 0;                                                       \
@@ -37,11 +26,7 @@ CLASH(short, SX_SlotToInst)
 CLASH(short, SX_GetShowLayer)
 
 TEST(NameClash, TheExtensionAndTheEngineKeepToThemselves) {
-  const CFBundleRef engine = OpenEngineBundle();
-  const CFStringRef name = CFStringCreateWithCString(kCFAllocatorDefault, "SonkelEngineAttach", kCFStringEncodingMacRoman);
-  const auto attach = reinterpret_cast<decltype(SonkelEngineAttach)*>(CFBundleGetFunctionPointerForName(engine, name));
-  CFRelease(name);
-  ASSERT_NE(attach, nullptr);
+  const auto attach = FunctionOf<decltype(SonkelEngineAttach)>(OpenBundle(SOK_ENGINE_BUNDLE), "SonkelEngineAttach");
   sok::Document document;
   document.AddStaff();
   document.AddMeasure(4096);
@@ -58,5 +43,4 @@ TEST(NameClash, TheExtensionAndTheEngineKeepToThemselves) {
   EXPECT_EQ(document.EntryCount({1, 1, 0}), 0);
   EXPECT_EQ(g_reached, 0);
   attach(nullptr);
-  CFRelease(engine);
 }

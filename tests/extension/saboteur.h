@@ -13,7 +13,9 @@ constexpr Fault kFaults[] = {Fault::kRefused,       Fault::kFailureReported, Fau
 class Saboteur {
  public:
   Saboteur(TestHost& host, size_t victim, Fault fault) {
-    host.refuse = [this, victim, fault](const sok::HostCall&) { return calls_++ == victim && fault == Fault::kRefused; };
+    host.refuse = [this, victim, fault](const sok::HostCall&) {
+      return calls_++ == victim && fault == Fault::kRefused;
+    };
     host.after = [this, victim, fault](sok::HostCall& call) {
       if (calls_ == victim + 1 && !done_) {
         done_ = true;
@@ -25,28 +27,15 @@ class Saboteur {
 
  private:
   static void Disturb(sok::HostCall& call, Fault fault) {
-    const bool loaded = std::strcmp(call.name, "SX_LoadTGF") == 0 && call.result != 0 && call.frame != nullptr;
-    switch (fault) {
-      case Fault::kRefused:
-        break;
-      case Fault::kFailureReported:
-        call.result = 0;
-        break;
-      case Fault::kShortRecord:
-        if (call.size != nullptr) *call.size = 1;
-        break;
-      case Fault::kOddFrameCount:
-        if (loaded) call.frame->count = -3;
-        break;
-      case Fault::kOddNoteCount:
-        if (loaded && call.frame->count > 0) call.frame->entries[0].noteCount = 13;
-        break;
-      case Fault::kNoEntries:
-        if (loaded && call.frame->count > 0) {
-          delete[] call.frame->entries;
-          call.frame->entries = nullptr;
-        }
-        break;
+    if (fault == Fault::kFailureReported) call.result = 0;
+    if (fault == Fault::kShortRecord && call.size != nullptr) *call.size = 1;
+    if (std::strcmp(call.name, "SX_LoadTGF") != 0 || call.result == 0 || call.frame == nullptr) return;
+    if (fault == Fault::kOddFrameCount) call.frame->count = -3;
+    if (call.frame->count <= 0) return;
+    if (fault == Fault::kOddNoteCount) call.frame->entries[0].noteCount = 13;
+    if (fault == Fault::kNoEntries) {
+      delete[] call.frame->entries;
+      call.frame->entries = nullptr;
     }
   }
 

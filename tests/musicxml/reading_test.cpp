@@ -66,8 +66,11 @@ TEST(Reading, MeasuresAreAsLongAsTheirFurthestVoice) {
     int duration;
     bool assumed;
   } const kCases[] = {
-      {"%3/4 n1v1 b1 n2v2 || n1v1", 2048, false}, {"%3+2/8", 2560, true}, {"d", 4096, true},
-      {"%3/4 | %6/8", 3072, true}, {"@480 f1 n479v1", 1024, false},
+      {"%3/4 n1v1 b1 n2v2 || n1v1", 2048, false},
+      {"%3+2/8", 2560, true},
+      {"d", 4096, true},
+      {"%3/4 | %6/8", 3072, true},
+      {"@480 f1 n479v1", 1024, false},
   };
   for (const auto& c : kCases) {
     const auto score = ReadScoreText(ScoreText(c.score));
@@ -100,7 +103,8 @@ TEST(Reading, EntriesAreFoundByNumber) {
   const Document& document = score->document();
   int entries = 0;
   for (int at = 0; at < 3 * 2 * kLayers; ++at) {
-    const FramePlace place{static_cast<short>(at % 2 + 1), static_cast<short>(at / 2 % 3 + 1), static_cast<short>(at / 6)};
+    const FramePlace place{static_cast<short>(at % 2 + 1), static_cast<short>(at / 2 % 3 + 1),
+                           static_cast<short>(at / 6)};
     short index = 0;
     for (const EXENTRY& entry : document.Entries(place)) {
       const auto found = document.FindEntry(entry.number);
@@ -115,11 +119,11 @@ TEST(Reading, EntriesAreFoundByNumber) {
 // The placement that the fill command reckons from the instrument is the middle line of the staff's clef.
 TEST(Reading, InstrumentsPlaceRestsByClef) {
   constexpr std::pair<const char*, int> kCases[] = {
-                      {"<sign>G</sign><line>2</line>", 6},
-                      {"<sign>F</sign><line>4</line>", -6},
-                      {"<sign>C</sign><line>4</line>", -2},
-                      {"<sign>percussion</sign>", 6},
-                      {"<sign>G</sign><line>2</line><clef-octave-change>-1</clef-octave-change>", -1}};
+      {"<sign>G</sign><line>2</line>", 6},
+      {"<sign>F</sign><line>4</line>", -6},
+      {"<sign>C</sign><line>4</line>", -2},
+      {"<sign>percussion</sign>", 6},
+      {"<sign>G</sign><line>2</line><clef-octave-change>-1</clef-octave-change>", -1}};
   for (const auto& [clef, steps] : kCases) {
     std::string text = ScoreText("R4v1");
     text.insert(text.find("<note>"), std::string("<attributes><clef>") + clef + "</clef></attributes>");

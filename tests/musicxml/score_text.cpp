@@ -47,25 +47,16 @@ std::string NoteText(char kind, std::string_view rest) {
 std::string ElementText(std::string_view token) {
   const char kind = token.front();
   const std::string rest(token.substr(1));
-  switch (kind) {
-    case 'b':
-      return Element("backup", Element("duration", rest));
-    case 'f':
-      return Element("forward", Element("duration", rest));
-    case 'd':
-      return "<direction><direction-type><words>x</words></direction-type></direction>";
-    case 'e':
-      return "<barline location=\"right\"><bar-style>light-heavy</bar-style></barline>";
-    case '@':
-      return Element("attributes", Element("divisions", rest));
-    case '%':
-      return Element("attributes", Element("time", Element("beats", rest.substr(0, rest.find('/'))) +
-                                                       Element("beat-type", rest.substr(rest.find('/') + 1))));
-    case 'S':
-      return Element("attributes", Element("staves", rest));
-    default:
-      return NoteText(kind, rest);
-  }
+  if (kind == 'b') return Element("backup", Element("duration", rest));
+  if (kind == 'f') return Element("forward", Element("duration", rest));
+  if (kind == 'd') return "<direction><direction-type><words>x</words></direction-type></direction>";
+  if (kind == 'e') return "<barline location=\"right\"><bar-style>light-heavy</bar-style></barline>";
+  if (kind == '@') return Element("attributes", Element("divisions", rest));
+  if (kind == 'S') return Element("attributes", Element("staves", rest));
+  if (kind != '%') return NoteText(kind, rest);
+  const std::size_t slash = rest.find('/');
+  return Element("attributes", Element("time", Element("beats", rest.substr(0, slash)) +
+                                                   Element("beat-type", rest.substr(slash + 1))));
 }
 
 }  // namespace

@@ -60,8 +60,8 @@ std::string RandomScore(std::mt19937& random) {
         const std::string staff = staves > 1 && below(8) > 0 ? "s" + std::to_string(1 + below(3) % staves) : "";
         const std::string tail = voice + staff + pick({"", "", "", "h"});
         // '#' is the length, '*' voice, staff and whether it is printed; no length: as long as the type.
-        std::string pass = pick({"R4*", "R4*", "r4*", "r4*", "r4*twhole", "r4*twhole", "f4", "f4", "r*twhole", "n*thalf.",
-                                 "n#*", "n#* g", "n#* d", "n#* n1c", "r#*", "r#* d"});
+        std::string pass = pick({"R4*", "R4*", "r4*", "r4*", "r4*twhole", "r4*twhole", "f4", "f4", "r*twhole",
+                                 "n*thalf.", "n#*", "n#* g", "n#* d", "n#* n1c", "r#*", "r#* d"});
         const int length = pass.find('#') == std::string::npos ? 4 : 1 + below(4);
         if (const auto at = pass.find('#'); at != std::string::npos) pass.replace(at, 1, std::to_string(length));
         if (const auto at = pass.find('*'); at != std::string::npos) pass.replace(at, 1, tail);
@@ -118,7 +118,7 @@ constexpr WritingCase kClears[] = {
     {"n4v1twhole b4 r4v2twhole", "n4v1twhole"},
     {"R4v1 gv1", "R4v1 gv1"},  // not alone
     {"R4v1y", ""},
-    {"R4s99", ""},  // on staff 1, as no staff has this number
+    {"R4s99", ""},                  // on staff 1, as no staff has this number
     {"@2 rv1twhole d", "@2 f8 d"},  // no duration: as long as its type
 };
 

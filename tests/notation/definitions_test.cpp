@@ -5,6 +5,7 @@
 
 #include "SokExtShared/LIB/notation/chord_suffixes.h"
 #include "SokExtShared/LIB/notation/entry_attachments.h"
+#include "SokExtShared/LIB/records/record_calls.h"
 #include "tests/support/test_host.h"
 
 namespace {
@@ -23,15 +24,8 @@ Words Units(std::u16string_view text) {
 
 struct DefinitionHost : TestHost {
   static EDataID Key(unsigned int tag, int number, int place) {
-    EDataID id{};
-    if (tag == kNotehead || tag == kAssignment) {
-      id.entryDetail.entryNum = number;
-      id.entryDetail.subIndex = static_cast<short>(place);
-    } else {
-      id.other.cmper = static_cast<unsigned short>(number);
-      id.other.subIndex = static_cast<short>(place);
-    }
-    return id;
+    const bool of_entry = tag == kNotehead || tag == kAssignment;
+    return of_entry ? record_calls::EntryDetailKey(number, place) : record_calls::OtherKey(number, place);
   }
   void Set(unsigned int tag, int number, const Words& words, int place = 0) {
     document.records.Save(tag, Key(tag, number, place), words.data(), static_cast<int>(words.size() * 2));

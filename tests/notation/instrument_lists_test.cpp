@@ -28,7 +28,8 @@ struct Model {
       return true;
     }
     if (!add) return false;
-    if (links.empty() || std::find(links.back().begin(), links.back().end(), 0) == links.back().end()) links.push_back({});
+    if (links.empty() || std::find(links.back().begin(), links.back().end(), 0) == links.back().end())
+      links.push_back({});
     *std::find(links.back().begin(), links.back().end(), 0) = static_cast<short>(inst);
     return false;
   }

@@ -7,6 +7,7 @@
 #include <random>
 #include <set>
 
+#include "SokExtShared/LIB/records/record_calls.h"
 #include "SokExtShared/LIB/smartshapes/smart_shape.h"
 #include "SokExtShared/LIB/smartshapes/smart_shape_form.h"
 #include "SokExtShared/LIB/smartshapes/smart_shape_marks.h"
@@ -55,7 +56,8 @@ struct Model {
     std::vector<int> originals;  // as they are met; none of the copies
     for (int m = from.start.measure; m <= from.start.measure + span; ++m) {
       for (const auto& mark : measure_marks[m]) {
-        if (std::find(originals.begin(), originals.end(), mark.first) == originals.end()) originals.push_back(mark.first);
+        if (std::find(originals.begin(), originals.end(), mark.first) == originals.end())
+          originals.push_back(mark.first);
       }
     }
     for (const int number : originals) {
@@ -94,10 +96,7 @@ struct Model {
       }
     }
     for (const auto& [number, center] : centers) {
-      EDataID id{};
-      id.detail.cmper = static_cast<unsigned short>(number);
-      id.detail.secondCmper = static_cast<unsigned short>(center);
-      store.Save(kCenter, id, std::string(22, '\0').data(), 22);
+      store.Save(kCenter, record_calls::DetailKey(number, center, 0), std::string(22, '\0').data(), 22);
     }
     return store;
   }

@@ -49,7 +49,7 @@ TEST(Bundle, AnyExistingDirectoryAndAlwaysTheSameObject) {
 
 struct LayoutCase {
   std::vector<std::pair<const char*, std::string>> files;
-  const char* key;         // the text of the executable key's value
+  const char* key;                   // the text of the executable key's value
   const char* executable = nullptr;  // below the bundle
 };
 

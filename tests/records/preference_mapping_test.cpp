@@ -6,19 +6,15 @@
 #include <optional>
 #include <sstream>
 
+#include "SokExtShared/LIB/records/record_calls.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 #include "tests/support/test_host.h"
 
 namespace {
 
+using record_calls::GlobalKey;
 using Words = std::array<unsigned short, 6>;
-
-EDataID Instance(short instance) {
-  EDataID id{};
-  id.global.instance = instance;
-  return id;
-}
 
 short LoadStructure(unsigned int tag, void* buffer, int* size = nullptr) {
   const EDataID id{};
@@ -33,12 +29,12 @@ short SaveStructure(unsigned int tag, const void* buffer, int size) {
 
 // A per-field record's words in the document; instance -2 is cmper 65534.
 void SetWords(TestHost& host, unsigned int tag, const Words& words) {
-  host.document.records.Save(tag, Instance(-2), words.data(), 12);
+  host.document.records.Save(tag, GlobalKey(-2), words.data(), 12);
 }
 Words WordsOf(const TestHost& host, unsigned int tag) {
   Words words{};
   int size = 12;
-  host.document.records.Load(tag, Instance(-2), words.data(), &size);
+  host.document.records.Load(tag, GlobalKey(-2), words.data(), &size);
   return words;
 }
 
@@ -213,7 +209,7 @@ TEST(PreferenceMapping, ChecksInstancesBuffersAndSizes) {
     SCOPED_TRACE(testing::Message() << c.tag << " case " << &c - kLimits);
     host.calls.clear();
     const unsigned int tag = FourCharacterTag(c.tag);
-    const EDataID id = Instance(c.instance);
+    const EDataID id = GlobalKey(c.instance);
     void* const buffer = c.buffer ? bytes : nullptr;
     int size = c.size;
     EXPECT_EQ(c.size_then ? SX_LoadEData(tag, &id, buffer, c.size < 0 ? nullptr : &size, kInterfaceVersion)
@@ -258,7 +254,7 @@ TEST(PreferenceMapping, ArraysAreRecordsOneAfterTheOther) {
   };
   std::string saved = "first recordsecond one.third recordthe fourth..", loaded(48, '\0');
   saved.resize(48);
-  const EDataID id = Instance(1);
+  const EDataID id = GlobalKey(1);
   int size = 48;
   EXPECT_EQ(SX_SaveEData(FourCharacterTag("pfPF"), &id, saved.data(), 48, 0x08000000), 1);
   EXPECT_EQ(SX_LoadEData(FourCharacterTag("pfPF"), &id, loaded.data(), &size, 0x07FFFFFF), 1);

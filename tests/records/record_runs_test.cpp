@@ -6,6 +6,7 @@
 #include <cstring>
 #include <random>
 
+#include "SokExtShared/LIB/records/record_calls.h"
 #include "SokExtShared/LIB/records/separate_placement.h"
 #include "tests/support/test_host.h"
 
@@ -14,14 +15,8 @@ namespace {
 constexpr unsigned int kText = 0x6F743939;       // 'ot99'
 constexpr unsigned int kPlacement = 0x6F744449;  // 'otDI'
 
+using record_calls::OtherKey;
 using Records = std::vector<std::string>;
-
-EDataID Key(unsigned short cmper, int subIndex) {
-  EDataID id{};
-  id.other.cmper = cmper;
-  id.other.subIndex = static_cast<short>(subIndex);
-  return id;
-}
 
 // The records under a number, in order of their subIndex.
 Records RecordsOf(const TestHost& host, unsigned short cmper) {
@@ -34,7 +29,7 @@ Records RecordsOf(const TestHost& host, unsigned short cmper) {
 
 void Store(TestHost& host, unsigned short cmper, int subIndex, const Records& run) {
   for (const std::string& record : run) {
-    host.document.records.Save(kText, Key(cmper, subIndex++), record.data(), static_cast<int>(record.size()));
+    host.document.records.Save(kText, OtherKey(cmper, subIndex++), record.data(), static_cast<int>(record.size()));
   }
 }
 
@@ -129,7 +124,7 @@ TEST(RecordRuns, RefusedRecords) {
 TEST(RecordRuns, RefuseWhatDoesNotFit) {
   TestHost host;
   Store(host, 5, 32766, {"old record.."});
-  const EDataID key = Key(5, 32766);
+  const EDataID key = OtherKey(5, 32766);
   std::string data(32768, 'x');
   EXPECT_FALSE(sx_saveotherstring(kText, 5, 32766, data.data()));
   EXPECT_FALSE(sx_saveotherstring(kText, 5, 32766, nullptr));
@@ -206,10 +201,10 @@ TEST(SeparatePlacements, AreFoundByBothWords) {
     TestHost host;
     for (size_t i = 0; i < c.records.size(); ++i) {
       const EDTSeparatePlacement placement = {c.records[i].first, c.records[i].second, {}};
-      host.document.records.Save(kPlacement, Key(5, static_cast<int>(i)), &placement, sizeof placement);
+      host.document.records.Save(kPlacement, OtherKey(5, static_cast<int>(i)), &placement, sizeof placement);
     }
     const EDTSeparatePlacement neighbour = {1, 2, {}};  // the number after this one holds a match
-    if (!c.records.empty()) host.document.records.Save(kPlacement, Key(6, 0), &neighbour, sizeof neighbour);
+    if (!c.records.empty()) host.document.records.Save(kPlacement, OtherKey(6, 0), &neighbour, sizeof neighbour);
     host.after = [&](sok::HostCall& call) {
       if (c.first_fails && std::strcmp(call.name, "SX_LoadEData") == 0) call.result = 0;
     };

@@ -12,7 +12,8 @@ namespace {
 // The first text as the program `patch` changes it.
 std::string Patched(const Folder& folder, const std::string& before, const std::string& diff) {
   folder.Write("text", before);
-  const std::string command = "patch --binary --fuzz=0 --quiet '" + (folder / "text") + "' '" + folder.Write("diff", diff) + "'";
+  const std::string command =
+      "patch --binary --fuzz=0 --quiet '" + (folder / "text") + "' '" + folder.Write("diff", diff) + "'";
   EXPECT_EQ(std::system(command.c_str()), 0);
   return folder.Read("text");
 }

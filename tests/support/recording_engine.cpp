@@ -1,9 +1,10 @@
 #include "tests/support/recording_engine.h"
 
-#include "tests/support/open_engine.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
+#include "tests/support/bundles.h"
 
 RecordingEngine::RecordingEngine() {
-  const CFBundleRef bundle = OpenEngine(SOK_RECORDING_BUNDLE);
-  recording_ = reinterpret_cast<Recording* (*)()>(EngineFunction(bundle, "SX_TestRecording"))();
+  gSonkelBundle = OpenBundle(SOK_RECORDING_BUNDLE);
+  recording_ = FunctionOf<Recording*()>(gSonkelBundle, "SX_TestRecording")();
   *recording_ = {};
 }

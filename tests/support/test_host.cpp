@@ -7,7 +7,8 @@
 #include <set>
 #include <string_view>
 
-#include "tests/support/open_engine.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
+#include "tests/support/bundles.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ using AttachFunction = decltype(SonkelEngineAttach);
 
 AttachFunction* Attach() {
   static auto* const attach =
-      reinterpret_cast<AttachFunction*>(EngineFunction(OpenEngine(SOK_ENGINE_BUNDLE), "SonkelEngineAttach"));
+      FunctionOf<AttachFunction>(gSonkelBundle = OpenBundle(SOK_ENGINE_BUNDLE), "SonkelEngineAttach");
   return attach;
 }
 

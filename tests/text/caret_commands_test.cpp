@@ -35,7 +35,7 @@ constexpr CaretCase kCaretCases[] = {
     {u"^size(7)^size(8)x", u"x", u"-", u"8"},
     {u"^font(a^b\n)x", u"x", u"a^b\n"},
     {u"^efx(bolditalic)", u"", u"-", u"-", u"bolditalic", 3},
-    {u"^efx(bold)x", u"x", u"-", u"-", u"bold", 1},  // the style of the text before is forgotten
+    {u"^efx(bold)x", u"x", u"-", u"-", u"bold", 1},                   // the style of the text before is forgotten
     {u"^efx(underline)^efx(plain)x", u"x", u"-", u"-", u"plain", 4},  // flags are only added
     {u"^flat((x)y", u"bby"},                                          // the keyword is tried at every parenthesis
     {u"^flat(((x)y", u"bby"},                      // the second letter has overwritten the keyword's first

@@ -13,13 +13,8 @@ const unsigned char* Utf8(const char* text) { return reinterpret_cast<const unsi
 
 TEST(Eu16String, IsMadeOfCodePoints) {
   const std::pair<unsigned, std::u16string> kCases[] = {
-      {0, u""},
-      {0xD800, {0xD800}},
-      {0xFFFF, u"\uFFFF"},
-      {0x10000, u"\U00010000"},
-      {0x10FFFF, u"\U0010FFFF"},
-      {0x110000, u""},
-      {0x110041, u"A"},
+      {0, u""},        {0xD800, {0xD800}}, {0xFFFF, u"\uFFFF"}, {0x10000, u"\U00010000"}, {0x10FFFF, u"\U0010FFFF"},
+      {0x110000, u""}, {0x110041, u"A"},
   };
   for (const auto& [code_point, text] : kCases) EXPECT_EQ(Text(eu16string(code_point)), text) << code_point;
   EXPECT_EQ(Text(eu16string(0x41)), u"A");  // an int, not a char

@@ -65,8 +65,8 @@ TEST_F(ScoreTexts, NamesCreditsAndWordsReachTheKit) {
 
 // The workbench reads caret commands as the kit does, wherever a command holds no further parenthesis.
 TEST(WithoutCommands, AgreesWithTheKit) {
-  static constexpr std::string_view kPieces[] = {"^flat()", "^sharp(x)", "^font(a b)", "^", ")",
-                                                 "^flat)",  "\n\r",      "x",          "a run of plain units"};
+  static constexpr std::string_view kPieces[] = {"^flat()", "^sharp(x)", "^font(a b)",          "^", ")", "^flat)",
+                                                 "\n\r",    "x",         "a run of plain units"};
   std::mt19937 random(6);
   for (int round = 0; round < 5000; ++round) {
     std::string text;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "SokExtShared/LIB/records/record_calls.h"
 #include "SokExtShared/LIB/strings/utf16_strings.h"
 #include "SokExtShared/LIB/text/instrument_names.h"
 #include "SokExtShared/LIB/text/measure_texts.h"
@@ -13,6 +14,7 @@
 
 namespace {
 
+using record_calls::OtherKey;
 using Calls = std::vector<std::string>;
 
 class TextRecords : public testing::Test {
@@ -22,15 +24,10 @@ class TextRecords : public testing::Test {
                 short told = kOrdinaryText) {
     AddRaw(number, kRawTextTag | static_cast<unsigned>(kind), Units(text));
     const EDTTextBlock2004 block{static_cast<short>(number), {1, 2, 3}, told};
-    host.document.records.Save(kTextBlockTag, Key(number), &block, sizeof block);
+    host.document.records.Save(kTextBlockTag, OtherKey(number, 0), &block, sizeof block);
   }
   void AddRaw(unsigned short number, unsigned tag, const std::vector<unsigned short>& units) {
-    host.document.records.Save(tag, Key(number), units.data(), static_cast<int>(units.size() * 2));
-  }
-  static EDataID Key(unsigned short number) {
-    EDataID id{};
-    id.other.cmper = number;
-    return id;
+    host.document.records.Save(tag, OtherKey(number, 0), units.data(), static_cast<int>(units.size() * 2));
   }
   // Every call about `word` fails, after the host has scribbled into the buffer.
   void Spoil(const std::string& word) {
@@ -94,7 +91,7 @@ TEST_F(TextRecords, InstrumentNamesStandInForEachOther) {
   EDTInstrumentNames record{};
   record.fullName = 1;
   record.abbreviatedName = 2;
-  host.document.records.Save(0x534f4953, Key(4), &record, sizeof record);
+  host.document.records.Save(0x534f4953, OtherKey(4, 0), &record, sizeof record);
   struct {
     std::u16string full, abbreviated, name, short_name;
   } const cases[] = {

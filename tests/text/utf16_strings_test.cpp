@@ -89,10 +89,8 @@ struct NarrowCase {
   int counted;
 };
 constexpr NarrowCase kNarrowCases[] = {
-    {"abc", "ABD", -1, 2, 0},
-    {"abc", "ABC", 0, 0, 0},
-    {"_", "a", 1, 1, 1},        // folded to upper case, not to lower
-    {"\xE9", "a", -1, 1, -1},   // negative, and so before the letters
+    {"abc", "ABD", -1, 2, 0},  {"abc", "ABC", 0, 0, 0}, {"_", "a", 1, 1, 1},  // folded to upper case, not to lower
+    {"\xE9", "a", -1, 1, -1},                                                 // negative, and so before the letters
     {"\xFF", "\xFE", 1, 1, 1},  // no other case; -1 looks like the end of a file
 };
 TEST(NarrowStrings, FoldCaseAndCompareSigned) {

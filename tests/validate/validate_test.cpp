@@ -1,33 +1,21 @@
 // `sokrun validate` on sound extensions and on bundles with one fault each.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 
+#include "tests/support/shell.h"
+
 namespace {
 
-struct Outcome {
-  int status = -1;
-  std::string out;
-};
-
-Outcome Validate(const std::string& arguments) {
-  Outcome outcome;
-  FILE* const pipe = popen((SOKRUN " validate " + arguments + " 2>/dev/null").c_str(), "r");
-  if (pipe == nullptr) return outcome;
-  char buffer[4096];
-  while (const std::size_t count = fread(buffer, 1, sizeof buffer, pipe)) outcome.out.append(buffer, count);
-  outcome.status = WEXITSTATUS(pclose(pipe));
-  return outcome;
-}
+ShellResult Validate(const std::string& arguments) { return Shell(SOKRUN " validate " + arguments + " 2>/dev/null"); }
 
 class SoundExtension : public testing::TestWithParam<const char*> {};
 
 // A validator that finds faults where there are none is worth as little as one that finds none.
 TEST_P(SoundExtension, PassesEveryCheck) {
-  const Outcome outcome = Validate(std::string(GetParam()) + " --json --seed 3 --refusals 150");
+  const ShellResult outcome = Validate(std::string(GetParam()) + " --json --seed 3 --refusals 150");
   EXPECT_EQ(outcome.status, 0) << outcome.out;
   const auto report = nlohmann::json::parse(outcome.out);
   EXPECT_TRUE(report["passed"]);
@@ -72,7 +60,7 @@ class FaultyExtension : public testing::TestWithParam<FaultCase> {};
 TEST_P(FaultyExtension, FailsAtItsCheckAlone) {
   const FaultCase& c = GetParam();
   const std::string bundle = std::string(FAULTY_BUNDLES "/faulty_") + c.bundle + ".bundle";
-  const Outcome outcome = Validate(bundle + " --json --only-failed " + c.options);
+  const ShellResult outcome = Validate(bundle + " --json --only-failed " + c.options);
   EXPECT_EQ(outcome.status, 1);
   const auto report = nlohmann::json::parse(outcome.out);
   std::set<std::string> kinds;

@@ -17,9 +17,8 @@ constexpr short kStaticCapacity = 1024;
 
 // The bundle in a folder when it has an executable, which tells a plug-in's bundle from any other folder.
 CFBundleRef BundleAt(const char* folder) {
-  const CFURLRef url = CFURLCreateFromFileSystemRepresentation(kCFAllocatorDefault,
-                                                               reinterpret_cast<const UInt8*>(folder),
-                                                               static_cast<CFIndex>(std::strlen(folder)), true);
+  const CFURLRef url = CFURLCreateFromFileSystemRepresentation(
+      kCFAllocatorDefault, reinterpret_cast<const UInt8*>(folder), static_cast<CFIndex>(std::strlen(folder)), true);
   if (url == nullptr) return nullptr;
   const CFBundleRef bundle = CFBundleCreate(kCFAllocatorDefault, url);
   CFRelease(url);

@@ -20,14 +20,14 @@ inline constexpr unsigned int kSmartShapeOnEntries = 0x40000000;
 // The bare shape record. Bytes named for their place are the host's and are carried along unchanged.
 struct EDTSmartShapeNative {
   unsigned char host0[2];
-  unsigned int flags;  // kSmartShape… bits
+  unsigned int flags;         // kSmartShape… bits
   unsigned short startStaff;  // an instrument number
-  short startMeasure;  // from 1
-  int startEntry;  // an entry number; of shapes on entries
+  short startMeasure;         // from 1
+  int startEntry;             // an entry number; of shapes on entries
   unsigned char host14[22];
   unsigned short endStaff;  // an instrument number
-  short endMeasure;  // inclusive
-  int endEntry;  // an entry number; of shapes on entries
+  short endMeasure;         // inclusive
+  int endEntry;             // an entry number; of shapes on entries
   unsigned char host44[48];
 
   // Turns the record from the plug-in's word order into that of hosts before version 0x0B000000 (SokVersion), or back:

@@ -7,12 +7,12 @@
 #include <cstddef>
 
 // Bits of EXENTRY::flags.
-inline constexpr unsigned int kEntryLegal = 0x80000000;         // bit 31: set in every rest that is inserted
-inline constexpr unsigned int kEntryIsNote = 0x40000000;        // bit 30: notes have it, rests do not
-inline constexpr unsigned int kEntryHasRestNote = 0x01000000;   // bit 24: a rest that carries a note record
-inline constexpr unsigned int kEntryHasNoteheads = 0x00400000;  // bit 22: notehead changes are attached
+inline constexpr unsigned int kEntryLegal = 0x80000000;             // bit 31: set in every rest that is inserted
+inline constexpr unsigned int kEntryIsNote = 0x40000000;            // bit 30: notes have it, rests do not
+inline constexpr unsigned int kEntryHasRestNote = 0x01000000;       // bit 24: a rest that carries a note record
+inline constexpr unsigned int kEntryHasNoteheads = 0x00400000;      // bit 22: notehead changes are attached
 inline constexpr unsigned int kEntryHasArticulations = 0x00200000;  // bit 21: articulations are attached
-inline constexpr unsigned int kEntryRestPlaced = 0x00000800;    // bit 11: set in the rests that are inserted
+inline constexpr unsigned int kEntryRestPlaced = 0x00000800;        // bit 11: set in the rests that are inserted
 
 // Bits of EXNOTE::flags: bits 16 to 20 mirror the note identifier.
 inline constexpr unsigned int kNoteLegal = 0x80000000;
@@ -40,7 +40,7 @@ struct EXENTRY {
   int number;               // the host's number of the entry, key of its detail records
   unsigned short duration;  // in duration units: 1024 a quarter note
   unsigned char host6[2];
-  unsigned int flags;   // kEntry… bits
+  unsigned int flags;     // kEntry… bits
   unsigned short host12;  // 0x0080 in the rests that are inserted
   short noteCount;        // 0 to 12
   EXNOTE notes[12];       // the first `noteCount` of them

@@ -60,9 +60,7 @@ SOK_EXPORT int Ext_init(void* unused, unsigned int* word) { return SonkelExtensi
 SOK_EXPORT unsigned short Ext_enumerate_UTF16(void* unused, int index, EMENUCOMMAND* record) {
   return SonkelExtensionEnumerate_UTF16(unused, index, record);
 }
-SOK_EXPORT int Ext_invoke(void* host, int index, EREGION* region) {
-  return SonkelExtensionInvoke(host, index, region);
-}
+SOK_EXPORT int Ext_invoke(void* host, int index, EREGION* region) { return SonkelExtensionInvoke(host, index, region); }
 SOK_EXPORT void Ext_terminate() { SonkelExtensionTerminate(); }
 SOK_EXPORT int Ext_getmenustatus() { return SonkelExtensionGetMenuStatus(); }
 

@@ -74,7 +74,8 @@ constexpr bool Disjoint(const std::array<PrefMapRow, N>& rows) {
 
 // The rows of a table by record. `rows` are the constants that the table was made of.
 template <std::size_t N>
-constexpr std::array<PrefRowPlace, N> ByRecord(const std::array<PrefMapRow, N>& rows, std::array<PrefMapRow, N>& table) {
+constexpr std::array<PrefRowPlace, N> ByRecord(const std::array<PrefMapRow, N>& rows,
+                                               std::array<PrefMapRow, N>& table) {
   std::array<PrefRowPlace, N> places{};
   std::size_t filled = 0;
   for (std::size_t first = 0; first < N; ++first) {
@@ -409,8 +410,7 @@ constinit const auto kPianoBracePrefsByRecord = ByRecord(kPianoBracePrefs, EDTPi
 constinit const auto kSmartShapePrefsByRecord = ByRecord(kSmartShapePrefs, EDTSmartShapePrefs_MAP_ARRAY);
 constinit const auto kPlaybackPrefsByRecord = ByRecord(kPlaybackPrefs, EDTPlaybackPrefs_MAP_ARRAY);
 constinit const auto kExtractPrefsByRecord = ByRecord(kExtractPrefs, EDTExtractPrefs_MAP_ARRAY);
-constinit const auto kPageFormatPrefsScoreByRecord =
-    ByRecord(kPageFormatPrefsScore, EDTPageFormatPrefsScore_MAP_ARRAY);
+constinit const auto kPageFormatPrefsScoreByRecord = ByRecord(kPageFormatPrefsScore, EDTPageFormatPrefsScore_MAP_ARRAY);
 constinit const auto k2005PrefsByRecord = ByRecord(k2005Prefs, EDT2005Prefs_MAP_ARRAY);
 
 }  // namespace

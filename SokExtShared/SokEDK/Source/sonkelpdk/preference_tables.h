@@ -19,13 +19,13 @@ enum PrefConversion : int {
 
 // One field of a structure.
 struct PrefMapRow {
-  short done;            // scratch flag of the call that runs: this row has been handled
-  char recordChars[2];   // what follows 'ot' in the record's tag
-  unsigned short cmper;  // the record's key; 0 stands for 65534
-  short subIndex;         // of the record's key
-  short fieldOffset;  // in bytes, in the caller's structure
-  short wordIndex;    // 0 to 5; the first of two for a 32-bit field
-  short fieldSize;    // 2 or 4 bytes
+  short done;                 // scratch flag of the call that runs: this row has been handled
+  char recordChars[2];        // what follows 'ot' in the record's tag
+  unsigned short cmper;       // the record's key; 0 stands for 65534
+  short subIndex;             // of the record's key
+  short fieldOffset;          // in bytes, in the caller's structure
+  short wordIndex;            // 0 to 5; the first of two for a 32-bit field
+  short fieldSize;            // 2 or 4 bytes
   PrefConversion conversion;  // from words to field and back
 
   // Whether both fields stand in one record.
