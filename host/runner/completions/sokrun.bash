@@ -21,10 +21,16 @@ _sokrun() {
   case $previous in
     --hidden-rests) COMPREPLY=($(compgen -W "entry empty" -- "$current")) && return ;;
     --cross-staff) COMPREPLY=($(compgen -W "home drawn" -- "$current")) && return ;;
+    --check)
+      local kinds="symbols hidden-names version start texts unknown-commands no-selection frames edits missing failing random"
+      [[ $command == validate ]] && COMPREPLY=($(compgen -W "$kinds" -- "$current")) && return
+      ;;
+    --score) _sokrun_scores "$current" && return ;;
     --plugin) _sokrun_bundles "$current" && return ;;
     -o | --output | --html) compopt -o filenames 2>/dev/null; COMPREPLY=($(compgen -f -- "$current")) && return ;;
     --output-dir) _sokrun_bundles "$current" && return ;;
-    --measures | --numbers | --staves | --parts | --hide-layer | --allow-hidden | --without | -j | --jobs | --pictures) return ;;
+    --measures | --numbers | --staves | --parts | --hide-layer | --allow-hidden | --without | -j | --jobs | --pictures | \
+      --seed | --rounds | --refusals | --timeout) return ;;
   esac
   if [[ $current == -* ]]; then
     # What the command itself says it understands.
