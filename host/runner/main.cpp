@@ -6,9 +6,9 @@
 #include <exception>
 #include <iostream>
 
-#include "host/runner/commands.h"
-#include "host/runner/help.h"
-#include "host/runner/memory.h"
+#include "host/runner/commands/commands.h"
+#include "host/runner/commands/help.h"
+#include "host/runner/run/memory.h"
 
 namespace {
 

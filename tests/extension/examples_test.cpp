@@ -11,8 +11,8 @@
 #include "host/engine/document.h"
 #include "host/engine/session.h"
 #include "host/musicxml/score.h"
-#include "host/runner/bundle_session.h"
-#include "host/runner/validate_score.h"
+#include "host/runner/run/bundle_session.h"
+#include "host/runner/validate/validate_score.h"
 
 namespace {
 

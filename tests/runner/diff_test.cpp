@@ -1,4 +1,4 @@
-#include "host/runner/diff.h"
+#include "host/runner/report/diff.h"
 
 #include <gtest/gtest.h>
 

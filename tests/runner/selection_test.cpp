@@ -1,9 +1,9 @@
-#include "host/runner/selection.h"
+#include "host/runner/commands/selection.h"
 
 #include <gtest/gtest.h>
 
-#include "host/runner/commands.h"
-#include "host/runner/text.h"
+#include "host/runner/commands/commands.h"
+#include "host/runner/report/text.h"
 
 namespace {
 

@@ -1,0 +1,374 @@
+// fill, clear and run: the command line, one file or many, one report.
+#include <CoreFoundation/CoreFoundation.h>
+#include <SokPlatform.h>
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <thread>
+
+#include "host/runner/commands/commands.h"
+#include "host/runner/files/input.h"
+#include "host/runner/files/output_file.h"
+#include "host/runner/report/html_report.h"
+#include "host/runner/report/progress.h"
+#include "host/runner/report/text.h"
+#include "host/runner/run/batch.h"
+#include "host/runner/run/bundle_session.h"
+#include "host/runner/run/run_score.h"
+
+namespace sok {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kHostFunctions[] = {
+#define SX_ENTRY(result, name, parameters, arguments, fallback) #name,
+#define SX_CUSTOM(result, name, parameters) #name,
+#include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
+};
+
+// What the options leave as text until all of them are known.
+struct RawOptions {
+  std::string measures;
+  std::vector<std::string> numbers;
+  std::string staves;
+  std::vector<std::string> hide_layers;
+  std::vector<std::string> allow_hidden;
+  std::string hidden_rests = "entry";
+  std::string cross_staff = "home";
+  bool trace = false;
+  bool trace_changed = false;
+};
+
+// The functions kept from the extension; the platform asks by name, without a place for data of ours.
+std::vector<std::string>& HiddenFunctions() {
+  static std::vector<std::string> names;
+  return names;
+}
+
+void HideFunctions(const std::vector<std::string>& names) {
+  for (const std::string& name : names) {
+    if (std::find(std::begin(kHostFunctions), std::end(kHostFunctions), name) == std::end(kHostFunctions)) {
+      throw UsageError("--without: the host interface has no function " + name);
+    }
+  }
+  if (names.empty()) return;
+  HiddenFunctions() = names;
+  SokPlatformHideFunctions([](const char* name) {
+    const auto& hidden = HiddenFunctions();
+    return std::find(hidden.begin(), hidden.end(), name) != hidden.end();
+  });
+}
+
+void Understand(const RawOptions& raw, RunOptions& options) {
+  if (!raw.measures.empty()) options.selection.measures = ParseRanges(raw.measures, "--measures");
+  for (const std::string& numbers : raw.numbers) {
+    for (const std::string_view number : Split(numbers, ',')) options.selection.numbers.emplace_back(Trimmed(number));
+  }
+  if (!raw.staves.empty()) options.selection.staves = ParseRanges(raw.staves, "--staves");
+  for (const std::string& hidden : raw.hide_layers) options.selection.hidden_layers.push_back(ParseHiddenLayer(hidden));
+  for (const std::string& layers : raw.allow_hidden) {
+    for (const std::string_view layer : Split(layers, ','))
+      options.count_hidden[ParseLayer(layer, "--allow-hidden")] = true;
+  }
+  options.read.hidden_rests_empty = raw.hidden_rests == "empty";
+  options.read.cross_staff_drawn = raw.cross_staff == "drawn";
+  options.read.document_data = options.purpose == Purpose::kOther;
+  options.trace = raw.trace_changed ? TraceMode::kChanged : raw.trace ? TraceMode::kAll : TraceMode::kOff;
+  if (options.jobs == 0) options.jobs = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
+}
+
+// A page goes where no score is.
+void CheckPage(const RunOptions& options, const std::vector<Input>& inputs, const std::vector<std::string>& outputs) {
+  if (options.html == kStream) throw UsageError("--html: the page needs a file; stdout is for the report");
+  for (std::size_t i = 0; i < inputs.size(); ++i) {
+    std::error_code absent;
+    const bool is_score = options.html == outputs[i] || fs::equivalent(options.html, inputs[i].path, absent);
+    if (is_score && !options.html.empty()) throw UsageError("--html: " + options.html + " is one of the scores");
+  }
+}
+
+// Where each input's result goes; empty texts where it goes nowhere.
+std::vector<std::string> PlanOutputs(const RunOptions& options, const std::vector<Input>& inputs) {
+  const bool many = inputs.size() > 1;
+  if (many && std::any_of(inputs.begin(), inputs.end(), [](const Input& input) { return input.path == kStream; })) {
+    throw UsageError("stdin cannot be one of several inputs");
+  }
+  const bool stream = !many && inputs.front().path == kStream;
+  if (stream && options.in_place) throw UsageError("--in-place: stdin is no file");
+  if (stream && !options.output_folder.empty()) throw UsageError("--output-dir: stdin has no name; use -o");
+  if (!options.output.empty()) {
+    if (many) throw UsageError("-o is for one score; use --output-dir or --in-place for several");
+    return {options.output};
+  }
+  std::vector<std::string> outputs;
+  std::map<std::string, std::string> taken;  // by output
+  for (const Input& input : inputs) {
+    std::string output;
+    if (options.in_place) output = input.path;
+    if (!options.output_folder.empty()) output = (fs::path(options.output_folder) / input.relative).string();
+    std::error_code absent;
+    if (!options.in_place && fs::equivalent(output, input.path, absent)) {
+      throw UsageError("--output-dir: " + input.path + " would be written over itself; --in-place does that");
+    }
+    if (!output.empty()) {
+      const auto [other, is_new] = taken.emplace(output, input.path);
+      if (!is_new) throw UsageError(input.path + " and " + other->second + " would both be written to " + output);
+    }
+    outputs.push_back(output);
+  }
+  const bool nowhere = options.dry_run || options.check;
+  if (outputs.front().empty() && stream && !nowhere) return {kStream};
+  if (outputs.front().empty() && !nowhere) {
+    throw UsageError(
+        "say where the result goes: -o, --in-place or --output-dir; or look first with --dry-run or --check");
+  }
+  return outputs;
+}
+
+void MakeOutputFolders(const RunOptions& options, const std::vector<std::string>& outputs) {
+  if (options.output_folder.empty()) return;
+  for (const std::string& output : outputs) {
+    std::error_code error;
+    const fs::path folder = fs::path(output).parent_path();
+    fs::create_directories(folder, error);
+    if (error) throw InputError(folder.string() + ": cannot be made: " + error.message());
+  }
+}
+
+// Puts the results of all files together as they come.
+class Collector {
+ public:
+  Collector(const RunOptions& options, bool stdout_taken) : options_(options), stdout_taken_(stdout_taken) {}
+
+  void Add(const FileResult& result) {
+    std::cerr << result.err << std::flush;
+    if (!options_.json) std::cout << result.out << std::flush;
+    if (options_.json) json_ += (json_.empty() ? "" : ",\n") + result.json;
+    html_ += result.html;
+    ++files_;
+    failed_ += result.exit_code != 0;
+    changed_ += result.changed;
+    rests_in_ += result.rests_in;
+    rests_out_ += result.rests_out;
+    if (exit_code_ == 0) exit_code_ = result.exit_code;
+  }
+
+  int Finish() {
+    const std::string summary = Counted(files_, "file") + ": " + std::to_string(changed_) + " changed, " +
+                                std::to_string(files_ - changed_ - failed_) + " unchanged, " + std::to_string(failed_) +
+                                " failed; " + Counted(rests_in_, "rest") + " in, " + Counted(rests_out_, "rest") +
+                                " out";
+    if (!options_.html.empty()) WriteFile(options_.html, HtmlPage(options_.purpose, summary, html_));
+    std::ostream& out = stdout_taken_ ? std::cerr : std::cout;
+    if (options_.json) {
+      out << "{\"version\":1,\"command\":{\"plugin\":" << JsonString(options_.plugin)
+          << ",\"number\":" << options_.command << "},\n\"files\":[\n"
+          << json_ << "\n],\n\"summary\":{\"files\":" << files_ << ",\"changed\":" << changed_
+          << ",\"unchanged\":" << files_ - changed_ - failed_ << ",\"failed\":" << failed_
+          << ",\"rests_in\":" << rests_in_ << ",\"rests_out\":" << rests_out_ << "}}\n";
+    } else if (files_ > 1 && !options_.quiet) {
+      out << summary << '\n';
+    }
+    if (exit_code_ == 0 && options_.check && changed_ > 0) return kExitWouldChange;
+    return exit_code_;
+  }
+
+ private:
+  const RunOptions& options_;
+  const bool stdout_taken_;
+  std::string json_, html_;
+  long files_ = 0, failed_ = 0, changed_ = 0, rests_in_ = 0, rests_out_ = 0;
+  int exit_code_ = 0;
+};
+
+int RunFiles(const RunOptions& options) {
+  HideFunctions(options.without);
+  const std::vector<Input> inputs = FindInputs(options.inputs);
+  const std::vector<std::string> outputs = PlanOutputs(options, inputs);
+  CheckPage(options, inputs, outputs);
+  MakeOutputFolders(options, outputs);
+  Collector collector(options, options.dry_run || outputs.front() == kStream);
+  if (inputs.size() == 1) {
+    collector.Add(RunOnFile(options, inputs[0], outputs[0]));
+    return collector.Finish();
+  }
+  Progress progress(inputs.size(), isatty(STDERR_FILENO) != 0 && !options.quiet);
+  RunInProcesses(inputs.size(), options.jobs,
+                 {[&](std::size_t i) { return RunOnFile(options, inputs[i], outputs[i]).Serialize(); },
+                  [&](std::size_t i, const std::string& answer, const std::string& failure) {
+                    progress.Clear();
+                    collector.Add(failure.empty()
+                                      ? FileResult::Deserialize(answer)
+                                      : Failure(options, inputs[i], kExitBadInput, inputs[i].path + ": " + failure));
+                  },
+                  [&](std::size_t ended) { progress.Show(ended); }});
+  progress.Clear();
+  return collector.Finish();
+}
+
+void AddSelectionOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
+  constexpr const char* kGroup = "Selection";
+  command.add_option("--measures", raw.measures, "Measures by position from 1: 3-8,12,20-")
+      ->option_text("LIST")
+      ->group(kGroup);
+  command.add_option("--numbers", raw.numbers, "Measures by printed number: 3-8,X1; may be repeated")
+      ->option_text("LIST")
+      ->group(kGroup)
+      ->allow_extra_args(false);
+  command.add_option("--staves", raw.staves, "Staves from the top of the score: 1,3-4")
+      ->option_text("LIST")
+      ->group(kGroup);
+  command.add_option("--parts", options.selection.parts, "Parts by name, abbreviation or id; may be repeated")
+      ->option_text("NAME")
+      ->group(kGroup)
+      ->allow_extra_args(false);
+  command
+      .add_option("--hide-layer", raw.hide_layers,
+                  "Layer N (1-4) is hidden, on these staves or on all; may be repeated")
+      ->option_text("N[:STAVES]")
+      ->group(kGroup)
+      ->allow_extra_args(false);
+  command
+      .add_option("--allow-hidden", raw.allow_hidden, "Layers (1-4) whose music does not count while they are hidden")
+      ->option_text("LIST")
+      ->group(kGroup)
+      ->allow_extra_args(false);
+}
+
+void AddReadingOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
+  constexpr const char* kGroup = "Reading and writing";
+  command.add_option("--hidden-rests", raw.hidden_rests, "What a lone full rest is that is not printed")
+      ->option_text("entry|empty")
+      ->check(CLI::IsMember({"entry", "empty"}))
+      ->capture_default_str()
+      ->group(kGroup);
+  command.add_option("--cross-staff", raw.cross_staff, "The staff notes live on: their voice's, or where they stand")
+      ->option_text("home|drawn")
+      ->check(CLI::IsMember({"home", "drawn"}))
+      ->capture_default_str()
+      ->group(kGroup);
+  command
+      .add_flag("--keep-fermatas", options.write.keep_fermatas, "A fermata on a rest that goes moves to the barline")
+      ->group(kGroup);
+}
+
+void AddOutputOptions(CLI::App& command, RunOptions& options) {
+  constexpr const char* kGroup = "Output";
+  CLI::Option* const output =
+      command.add_option("-o,--output", options.output, "Write the score here; - is stdout; may be the input itself")
+          ->option_text("FILE")
+          ->group(kGroup);
+  CLI::Option* const in_place =
+      command.add_flag("-i,--in-place", options.in_place, "Write each score over its input")->group(kGroup);
+  CLI::Option* const folder =
+      command
+          .add_option("--output-dir", options.output_folder, "Write the scores into this folder, under their own names")
+          ->option_text("FOLDER")
+          ->group(kGroup);
+  command.add_flag("--backup", options.backup, "With --in-place: keep each original beside it, as NAME.bak")
+      ->needs(in_place)
+      ->group(kGroup);
+  CLI::Option* const dry_run =
+      command.add_flag("-n,--dry-run", options.dry_run, "Write nothing; print what would change as a unified diff")
+          ->group(kGroup);
+  CLI::Option* const check =
+      command.add_flag("--check", options.check, "Write nothing; exit 3 when something would change")->group(kGroup);
+  in_place->excludes(output)->excludes(folder);
+  folder->excludes(output);
+  for (CLI::Option* const nothing_written : {dry_run, check})
+    nothing_written->excludes(output)->excludes(in_place)->excludes(folder);
+  command.add_option("-j,--jobs", options.jobs, "Work on this many files at a time; 0: one a processor")
+      ->option_text("N")
+      ->check(CLI::Range(0, 1024))
+      ->capture_default_str()
+      ->group(kGroup);
+}
+
+void AddReportOptions(CLI::App& command, RunOptions& options) {
+  constexpr const char* kGroup = "Report";
+  CLI::Option* const quiet =
+      command.add_flag("-q,--quiet", options.quiet, "Say nothing but errors and alerts")->group(kGroup);
+  CLI::Option* const json = command.add_flag("--json", options.json, "Report as JSON")->excludes(quiet)->group(kGroup);
+  command.get_option("--dry-run")->excludes(json);
+  command.add_flag("--only-changed", options.only_changed, "Leave staff-measures that were kept out of the report")
+      ->group(kGroup);
+  CLI::Option* const html = command.add_option("--html", options.html, "Also write the report as a page to look at")
+                                ->option_text("FILE")
+                                ->group(kGroup);
+  command.add_option("--pictures", options.pictures, "The most systems drawn on the page for one score")
+      ->option_text("N")
+      ->needs(html)
+      ->check(CLI::Range(0, 10000))
+      ->capture_default_str()
+      ->group(kGroup);
+}
+
+void AddExtensionOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
+  constexpr const char* kGroup = "Extension";
+  command.add_option("--plugin", options.plugin, "The extension bundle")
+      ->option_text("BUNDLE")
+      ->default_str("MeasureRests")
+      ->group(kGroup);
+  command.add_flag("--trace", raw.trace, "Print every call of the host with its arguments and answer")->group(kGroup);
+  command.add_flag("--trace-changed", raw.trace_changed, "The same for changed staff-measures only")->group(kGroup);
+  command.add_option("--without", options.without, "Keep a host function (SX_...) from the extension; may be repeated")
+      ->option_text("NAME")
+      ->allow_extra_args(false)
+      ->group(kGroup);
+}
+
+void AddCommand(CLI::App& app, int& exit_code, const std::string& name, const std::string& description, Purpose purpose,
+                int number, const std::string& examples) {
+  CLI::App& command = *app.add_subcommand(name, description);
+  const auto raw = std::make_shared<RawOptions>();
+  const auto options = std::make_shared<RunOptions>();
+  options->purpose = purpose;
+  options->command = number;
+  if (purpose == Purpose::kOther) {
+    command.add_option("N", options->command, "The command's number, as `sokrun list` prints it")
+        ->required()
+        ->check(CLI::Range(0, 32767));
+  }
+  command.add_option("IN", options->inputs, "Scores, folders of scores, or - for stdin")->required();
+  AddSelectionOptions(command, *raw, *options);
+  AddReadingOptions(command, *raw, *options);
+  AddOutputOptions(command, *options);
+  AddReportOptions(command, *options);
+  AddExtensionOptions(command, *raw, *options);
+  command.footer(examples);
+  command.callback([raw, options, &exit_code] {
+    if (options->plugin.empty()) options->plugin = DefaultPlugin();
+    Understand(*raw, *options);
+    exit_code = RunFiles(*options);
+  });
+}
+
+}  // namespace
+
+void AddRunCommands(CLI::App& app, int& exit_code) {
+  AddCommand(app, exit_code, "fill", "Put whole-measure rests into empty measures", Purpose::kFill, 1,
+             "Examples:\n"
+             "  sokrun fill song.musicxml -o filled.musicxml\n"
+             "  sokrun fill song.mxl --measures 3-8,12 --parts Piano --dry-run\n"
+             "  sokrun fill song.mxl -o - --hide-layer 2:3-4 --allow-hidden 2 > filled.mxl\n"
+             "  sokrun fill scores/ --output-dir filled/ -j 0 --html report.html\n"
+             "  sokrun fill scores/ --check --quiet");
+  AddCommand(app, exit_code, "clear", "Take whole-measure rests out", Purpose::kClear, 0,
+             "Examples:\n"
+             "  sokrun clear song.mxl --in-place --backup\n"
+             "  sokrun clear song.musicxml --numbers 3-8 --staves 1 -o cleared.musicxml --keep-fermatas\n"
+             "  sokrun clear - < song.musicxml > cleared.musicxml");
+  AddCommand(app, exit_code, "run", "Run any command of any extension bundle", Purpose::kOther, 0,
+             "Examples:\n"
+             "  sokrun run 0 song.musicxml --plugin MyExtension.bundle -o out.musicxml --trace\n"
+             "  sokrun run 1 song.musicxml --without SX_GetShowLayer --dry-run");
+}
+
+}  // namespace sok

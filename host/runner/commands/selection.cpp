@@ -1,0 +1,205 @@
+#include "host/runner/commands/selection.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <limits>
+#include <optional>
+
+#include "host/runner/commands/commands.h"
+#include "host/runner/report/text.h"
+
+namespace sok {
+namespace {
+
+constexpr short kMaximum = std::numeric_limits<short>::max();
+
+std::optional<short> Number(std::string_view text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size() || number < 1 || number > kMaximum) return std::nullopt;
+  return static_cast<short>(number);
+}
+
+std::optional<NumberRange> ParseRange(std::string_view text) {
+  const auto dash = text.find('-');
+  if (dash == std::string_view::npos) {
+    const auto number = Number(text);
+    return number ? std::optional(NumberRange{*number, *number}) : std::nullopt;
+  }
+  const std::string_view before = text.substr(0, dash), after = text.substr(dash + 1);
+  if (before.empty() && after.empty()) return std::nullopt;
+  const auto first = before.empty() ? std::optional<short>(1) : Number(before);
+  const auto last = after.empty() ? std::optional(kMaximum) : Number(after);
+  if (!first || !last || *first > *last) return std::nullopt;
+  return NumberRange{*first, *last, after.empty()};
+}
+
+// Which of the numbers 1 to `count` are chosen.
+using Chosen = std::vector<bool>;  // [number - 1]
+
+void Choose(Chosen& chosen, const std::vector<NumberRange>& ranges, std::string_view what,
+            std::vector<std::string>& warnings) {
+  const auto count = static_cast<short>(chosen.size());
+  for (const NumberRange& range : ranges) {
+    if (range.last > count && (!range.open || range.first > count)) {
+      warnings.push_back("the score has " + Counted(count, what) + ": " + std::string(what) + " " +
+                         RangeText(std::max<int>(range.first, count + 1), range.open ? range.first : range.last) +
+                         " left out");
+    }
+    for (int number = range.first; number <= std::min(range.last, count); ++number) {
+      chosen[static_cast<std::size_t>(number - 1)] = true;
+    }
+  }
+}
+
+// The number that a printed measure number begins with: 8 for "8" and "8a", none for "X1".
+std::optional<int> LeadingNumber(std::string_view text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc{} && number >= 0 ? std::optional(number) : std::nullopt;
+}
+
+// A printed number is itself, whatever it looks like, before it is a range: "1-0" stands in real scores.
+void ChooseByNumber(Chosen& chosen, const Score& score, const std::vector<std::string>& numbers,
+                    std::vector<std::string>& warnings) {
+  for (const std::string& wanted : numbers) {
+    bool found = false;
+    const auto choose_if = [&](const auto& matches) {
+      for (std::size_t i = 0; i < chosen.size(); ++i) {
+        if (!matches(score.measures()[i].number)) continue;
+        chosen[i] = true;
+        found = true;
+      }
+    };
+    choose_if([&](const std::string& number) { return number == wanted; });
+    const auto dash = wanted.find('-');
+    if (!found && dash != std::string::npos) {
+      const auto first = dash == 0 ? std::optional(0) : LeadingNumber(wanted);
+      const auto last = dash + 1 == wanted.size() ? std::optional(std::numeric_limits<int>::max())
+                                                  : LeadingNumber(std::string_view(wanted).substr(dash + 1));
+      if (first && last) {
+        choose_if([&](const std::string& number) {
+          const auto value = LeadingNumber(number);
+          return value && *value >= *first && *value <= *last;
+        });
+      }
+    }
+    if (!found) warnings.push_back("no measure is numbered " + wanted);
+  }
+}
+
+void ChooseByPart(Chosen& chosen, const Score& score, const std::vector<std::string>& parts) {
+  for (const std::string& wanted : parts) {
+    bool found = false;
+    const auto choose_if = [&](const auto& same) {
+      for (std::size_t i = 0; i < chosen.size(); ++i) {
+        const Staff& staff = score.staves()[i];
+        if (!same(staff.part_name) && !same(staff.part_id) && !same(staff.abbreviation)) continue;
+        chosen[i] = true;
+        found = true;
+      }
+    };
+    choose_if([&](const std::string& name) { return name == wanted; });
+    if (!found) choose_if([&](const std::string& name) { return SameIgnoringCase(name, wanted); });
+    if (found) continue;
+    std::string names;
+    for (const Staff& staff : score.staves()) {
+      if (staff.staff == 1) names += (names.empty() ? "" : ", ") + staff.part_name;
+    }
+    throw InputError("no part is called \"" + wanted + "\"; the score has " + names);
+  }
+}
+
+bool HiddenOn(const HiddenLayer& hidden, short slot) {
+  return hidden.staves.empty() ||
+         std::any_of(hidden.staves.begin(), hidden.staves.end(),
+                     [slot](const NumberRange& range) { return range.first <= slot && slot <= range.last; });
+}
+
+// The runs of chosen numbers; a run also ends where `joined(number, number + 1)` says no.
+template <typename Joined>
+std::vector<NumberRange> Runs(const Chosen& chosen, const Joined& joined) {
+  std::vector<NumberRange> runs;
+  for (std::size_t i = 0; i < chosen.size(); ++i) {
+    if (!chosen[i]) continue;
+    const auto number = static_cast<short>(i + 1);
+    if (!runs.empty() && runs.back().last == number - 1 && joined(runs.back().last, number)) {
+      runs.back().last = number;
+    } else {
+      runs.push_back({number, number});
+    }
+  }
+  return runs;
+}
+
+}  // namespace
+
+std::vector<NumberRange> ParseRanges(std::string_view text, std::string_view option) {
+  std::vector<NumberRange> ranges;
+  for (const std::string_view item : Split(text, ',')) {
+    const auto range = ParseRange(Trimmed(item));
+    if (!range) {
+      throw UsageError(std::string(option) + ": \"" + std::string(item) +
+                       "\" is no number from 1 to 32767 and no range such as 3-8");
+    }
+    ranges.push_back(*range);
+  }
+  return ranges;
+}
+
+short ParseLayer(std::string_view text, std::string_view option) {
+  const auto layer = Number(text);
+  if (!layer || *layer > kLayers) {
+    throw UsageError(std::string(option) + ": \"" + std::string(text) + "\" is no layer; layers are 1 to 4");
+  }
+  return static_cast<short>(*layer - 1);
+}
+
+HiddenLayer ParseHiddenLayer(std::string_view text) {
+  const auto colon = text.find(':');
+  HiddenLayer hidden{ParseLayer(text.substr(0, colon), "--hide-layer"), {}};
+  if (colon != std::string_view::npos) hidden.staves = ParseRanges(text.substr(colon + 1), "--hide-layer");
+  return hidden;
+}
+
+EREGION Invocation::Region(const Document& document) const {
+  EREGION region{};
+  region.start = {0, slots.first, measures.first, 0};
+  region.end = {0, slots.last, measures.last, document.MeasureDuration(measures.last)};
+  return region;
+}
+
+std::vector<Invocation> PlanInvocations(const Score& score, const Selection& selection,
+                                        std::vector<std::string>& warnings) {
+  const bool all_measures = selection.measures.empty() && selection.numbers.empty();
+  Chosen measures(score.measures().size(), all_measures);
+  Choose(measures, selection.measures, "measure", warnings);
+  ChooseByNumber(measures, score, selection.numbers, warnings);
+
+  const bool all_staves = selection.staves.empty() && selection.parts.empty();
+  Chosen slots(score.staves().size(), all_staves);
+  Choose(slots, selection.staves, "staff", warnings);
+  ChooseByPart(slots, score, selection.parts);
+
+  const auto same_layers_hidden = [&](short left, short right) {
+    return std::all_of(selection.hidden_layers.begin(), selection.hidden_layers.end(),
+                       [&](const HiddenLayer& hidden) { return HiddenOn(hidden, left) == HiddenOn(hidden, right); });
+  };
+  const std::vector<NumberRange> slot_runs = Runs(slots, same_layers_hidden);
+  std::vector<Invocation> invocations;
+  for (const NumberRange& measure_run : Runs(measures, [](short, short) { return true; })) {
+    for (const NumberRange& slot_run : slot_runs) {
+      Invocation invocation{measure_run, slot_run};
+      for (const HiddenLayer& hidden : selection.hidden_layers) {
+        if (HiddenOn(hidden, slot_run.first)) invocation.layer_shown[hidden.layer] = false;
+      }
+      invocations.push_back(invocation);
+    }
+  }
+  if (score.staves().empty() || score.measures().empty()) throw InputError("the score has no measures");
+  if (invocations.empty()) throw InputError("nothing is selected" + (warnings.empty() ? "" : ": " + warnings.front()));
+  return invocations;
+}
+
+}  // namespace sok

@@ -1,0 +1,161 @@
+#include "host/runner/report/explain.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace sok {
+namespace {
+
+struct ReasonText {
+  Reason reason;
+  std::string_view code;
+  std::string_view text;  // of what a layer holds, or the whole text when no layer decided
+};
+
+constexpr ReasonText kReasons[] = {
+    {Reason::kNoMusic, "no-music", "no layer holds music"},
+    {Reason::kHiddenMusicOnly, "hidden-music-only", "holds music, but is hidden and does not count"},
+    {Reason::kWholeRest, "whole-rest", "holds a whole-measure rest"},
+    {Reason::kHiddenWholeRest, "hidden-whole-rest", "holds a whole-measure rest that is not printed"},
+    {Reason::kOtherChange, "other-change", "has other entries now"},
+    {Reason::kMusic, "music", "holds music"},
+    {Reason::kHiddenMusic, "hidden-music", "holds music that is not printed"},
+    {Reason::kLooksWhole, "looks-whole", "holds a real rest that only looks like a whole-measure rest"},
+    {Reason::kRestBesideGrace, "rest-beside-grace", "holds grace notes beside its whole-measure rest"},
+    {Reason::kRestBesideOthers, "rest-beside-others", "holds other entries beside its whole-measure rest"},
+    {Reason::kCue, "cue", "holds cue notes"},
+    {Reason::kSurplusVoices, "surplus-voices", "holds music of more voices than there are layers"},
+    {Reason::kCrossStaff, "cross-staff", "holds music that is drawn on another staff"},
+    {Reason::kNothing, "nothing", "nothing to do"},
+    {Reason::kMissing, "missing", "the part does not have this measure"},
+    {Reason::kPassedOver, "passed-over", "the extension or the host refused"},
+};
+
+const ReasonText& Row(Reason reason) { return kReasons[static_cast<std::size_t>(reason)]; }
+
+constexpr bool RowsAreInOrder() {
+  for (std::size_t i = 0; i < std::size(kReasons); ++i) {
+    if (kReasons[i].reason != static_cast<Reason>(i)) return false;
+  }
+  return std::size(kReasons) == static_cast<std::size_t>(Reason::kPassedOver) + 1;
+}
+static_assert(RowsAreInOrder(), "a row a reason");
+
+Reason ReasonOf(const LayerFacts& facts) {
+  if (facts.whole_rest) return facts.hidden_rest ? Reason::kHiddenWholeRest : Reason::kWholeRest;
+  if (facts.looks_whole) return Reason::kLooksWhole;
+  if (facts.bar_rest_beside) return facts.grace ? Reason::kRestBesideGrace : Reason::kRestBesideOthers;
+  if (facts.surplus) return Reason::kSurplusVoices;
+  if (facts.hidden) return Reason::kHiddenMusic;
+  if (facts.cue) return Reason::kCue;
+  if (facts.cross_staff) return Reason::kCrossStaff;
+  return Reason::kMusic;
+}
+
+// How much a layer's reason tells a user who wonders why `clear` left the staff-measure alone.
+int Weight(Reason reason) {
+  switch (reason) {
+    case Reason::kWholeRest:
+    case Reason::kHiddenWholeRest:
+      return 3;
+    case Reason::kLooksWhole:
+    case Reason::kRestBesideGrace:
+    case Reason::kRestBesideOthers:
+      return 2;
+    default:
+      return 1;
+  }
+}
+
+Verdict ExplainChange(const std::vector<Change>& changes, const std::vector<LayerFacts>& layers,
+                      const Settings& settings) {
+  const Change& first = changes.front();
+  const bool shown = settings.layer_shown[first.layer];
+  const bool same_kind =
+      std::all_of(changes.begin(), changes.end(), [&](const Change& change) { return change.kind == first.kind; });
+  if (!same_kind || first.kind == ChangeKind::kOther)
+    return {Outcome::kChanged, Reason::kOtherChange, first.layer, shown};
+  if (first.kind == ChangeKind::kCleared) {
+    return {Outcome::kCleared, ReasonOf(layers[static_cast<std::size_t>(first.layer)]), first.layer, shown};
+  }
+  for (short layer = 0; layer < kLayers; ++layer) {
+    if (layers[static_cast<std::size_t>(layer)].entries > 0) {
+      return {Outcome::kFilled, Reason::kHiddenMusicOnly, layer, settings.layer_shown[layer]};
+    }
+  }
+  return {Outcome::kFilled, Reason::kNoMusic};
+}
+
+Verdict ExplainKept(const std::vector<LayerFacts>& layers, const Settings& settings) {
+  Verdict verdict;
+  int weight = 0;
+  for (short layer = 0; layer < kLayers; ++layer) {
+    const LayerFacts& facts = layers[static_cast<std::size_t>(layer)];
+    const bool shown = settings.layer_shown[layer];
+    if (facts.entries == 0) continue;
+    const Reason reason = ReasonOf(facts);
+    if (settings.purpose == Purpose::kFill) {
+      // The first layer that counts is the one that stops the extension.
+      if (!shown && settings.count_hidden[layer]) continue;
+      return {Outcome::kKept, reason, layer, shown};
+    }
+    if (Weight(reason) <= weight) continue;
+    weight = Weight(reason);
+    verdict = {Outcome::kKept, reason, layer, shown};
+  }
+  const bool passed_over = settings.purpose == Purpose::kFill || (settings.purpose == Purpose::kClear && weight == 3);
+  if (passed_over) return {Outcome::kKept, Reason::kPassedOver};
+  return verdict;
+}
+
+}  // namespace
+
+Verdict Explain(const Score& score, short slot, short measure, const std::vector<Change>& changes,
+                const Settings& settings) {
+  if (changes.empty() && !score.Exists(slot, measure)) return {Outcome::kKept, Reason::kMissing};
+  if (changes.empty() && settings.purpose == Purpose::kOther) return {};
+  std::vector<LayerFacts> layers;
+  for (short layer = 0; layer < kLayers; ++layer) layers.push_back(score.Facts(slot, measure, layer));
+  return changes.empty() ? ExplainKept(layers, settings) : ExplainChange(changes, layers, settings);
+}
+
+std::string_view Name(Outcome outcome) {
+  static constexpr std::string_view kNames[] = {"filled", "cleared", "changed", "kept"};
+  return kNames[static_cast<std::size_t>(outcome)];
+}
+
+std::string_view Code(Reason reason) { return Row(reason).code; }
+
+std::string Text(const Verdict& verdict, Purpose purpose) {
+  std::string holds(Row(verdict.reason).text);
+  if (verdict.layer < 0) return holds;
+  const std::string number = std::to_string(verdict.layer + 1);
+  std::string text = "layer " + number + " ";
+  if (verdict.outcome == Outcome::kCleared) return text + "held" + holds.substr(holds.find(' '));
+  if (verdict.outcome == Outcome::kKept && purpose == Purpose::kFill) {
+    text += verdict.layer_shown ? "is shown and " : "is hidden, but counts without --allow-hidden " + number + ", and ";
+  }
+  return text + holds;
+}
+
+std::vector<std::string> Notes(const Score& score, const std::vector<Change>& changes, bool fermatas_kept) {
+  std::vector<std::string> notes;
+  for (const Change& change : changes) {
+    for (const std::string& lost : change.lost) {
+      const bool kept = fermatas_kept && lost == "fermata";
+      notes.push_back(lost + (kept ? " moved to the barline" : " went with the rest"));
+    }
+  }
+  const Change& first = changes.front();
+  const Surroundings around = score.Around(first.slot, first.measure);
+  if (around.multiple_rest) notes.push_back("inside a multiple-measure rest");
+  if (around.measure_repeat) notes.push_back("inside a measure repeat");
+  if (around.slash) notes.push_back("inside slash notation");
+  if (around.visited) notes.push_back("notes of another staff's voice are drawn here");
+  if (score.measures()[static_cast<std::size_t>(first.measure - 1)].length_assumed) {
+    notes.push_back("its length is assumed, nothing in the measure tells it");
+  }
+  return notes;
+}
+
+}  // namespace sok

@@ -1,0 +1,101 @@
+#include "host/runner/report/text.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace sok {
+namespace {
+
+char Lower(char letter) { return static_cast<char>(std::tolower(static_cast<unsigned char>(letter))); }
+
+void AppendUtf8(std::string& text, unsigned int code) {
+  const auto put = [&text](unsigned int byte) { text.push_back(static_cast<char>(byte)); };
+  if (code < 0x80) {
+    put(code);
+  } else if (code < 0x800) {
+    put(0xC0 | code >> 6);
+    put(0x80 | (code & 0x3F));
+  } else if (code < 0x10000) {
+    put(0xE0 | code >> 12);
+    put(0x80 | (code >> 6 & 0x3F));
+    put(0x80 | (code & 0x3F));
+  } else {
+    put(0xF0 | code >> 18);
+    put(0x80 | (code >> 12 & 0x3F));
+    put(0x80 | (code >> 6 & 0x3F));
+    put(0x80 | (code & 0x3F));
+  }
+}
+
+}  // namespace
+
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+  std::vector<std::string_view> items;
+  for (;;) {
+    const auto end = text.find(separator);
+    items.push_back(text.substr(0, end));
+    if (end == std::string_view::npos) return items;
+    text.remove_prefix(end + 1);
+  }
+}
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && std::isspace(static_cast<unsigned char>(text.front()))) text.remove_prefix(1);
+  while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back()))) text.remove_suffix(1);
+  return text;
+}
+
+bool SameIgnoringCase(std::string_view left, std::string_view right) {
+  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                    [](char a, char b) { return Lower(a) == Lower(b); });
+}
+
+bool EndsWithIgnoringCase(std::string_view text, std::string_view ending) {
+  return text.size() >= ending.size() && SameIgnoringCase(text.substr(text.size() - ending.size()), ending);
+}
+
+std::string Counted(long count, std::string_view noun) {
+  std::string plural(noun);
+  if (count != 1) plural = noun == "staff" ? "staves" : plural + "s";
+  return std::to_string(count) + " " + plural;
+}
+
+std::string RangeText(int first, int last) {
+  return first == last ? std::to_string(first) : std::to_string(first) + "-" + std::to_string(last);
+}
+
+std::size_t DisplayWidth(std::string_view text) {
+  std::size_t width = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    const bool follows = (byte & 0xC0) == 0x80;
+    // U+0300 to U+036F, the combining marks that names are written with: 0xCC and the first half of 0xCD.
+    const bool combining =
+        byte == 0xCC || (byte == 0xCD && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xB0);
+    if (!follows && !combining) ++width;
+  }
+  return width;
+}
+
+std::string Padded(std::string_view text, std::size_t width) {
+  std::string padded(text);
+  const std::size_t taken = DisplayWidth(text);
+  if (taken < width) padded.append(width - taken, ' ');
+  return padded;
+}
+
+std::string Utf8FromUtf16(const unsigned short* units, std::size_t capacity) {
+  std::string text;
+  for (std::size_t i = 0; i < capacity && units[i] != 0; ++i) {
+    unsigned int code = units[i];
+    if (code >= 0xD800 && code < 0xDC00 && i + 1 < capacity && units[i + 1] >= 0xDC00 && units[i + 1] < 0xE000) {
+      code = 0x10000 + ((code - 0xD800) << 10) + (units[++i] - 0xDC00u);
+    } else if (code >= 0xD800 && code < 0xE000) {
+      code = 0xFFFD;
+    }
+    AppendUtf8(text, code);
+  }
+  return text;
+}
+
+}  // namespace sok

@@ -1,0 +1,153 @@
+#include "host/runner/run/bundle_session.h"
+
+#include <dlfcn.h>
+
+#include <climits>
+#include <filesystem>
+
+#include "host/runner/commands/commands.h"
+#include "host/runner/report/text.h"
+
+namespace sok {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMostCommands = 1000;  // an extension that never says "no such command" is not asked for more
+
+using MainFunction = int (*)(int, char**);
+using VersionFunction = unsigned int (*)(unsigned int);
+using InitFunction = int (*)(void*, unsigned int*);
+using EnumerateFunction = unsigned short (*)(void*, int, EMENUCOMMAND*);
+using InvokeFunction = int (*)(void*, int, EREGION*);
+using TerminateFunction = void (*)();
+using AttachFunction = void (*)(Session*);
+
+CFBundleRef OpenBundle(const std::string& path) {
+  std::error_code error;
+  if (!fs::exists(path, error)) throw InputError(path + ": no such bundle");
+  const CFURLRef url = CFURLCreateFromFileSystemRepresentation(nullptr, reinterpret_cast<const UInt8*>(path.data()),
+                                                               static_cast<CFIndex>(path.size()), true);
+  const CFBundleRef bundle = url != nullptr ? CFBundleCreate(nullptr, url) : nullptr;
+  if (url != nullptr) CFRelease(url);
+  if (bundle == nullptr) throw InputError(path + ": is no bundle");
+  return bundle;
+}
+
+void* FindFunction(CFBundleRef bundle, const char* name) {
+  const CFStringRef key = CFStringCreateWithCString(nullptr, name, kCFStringEncodingUTF8);
+  void* const address = CFBundleGetFunctionPointerForName(bundle, key);
+  CFRelease(key);
+  return address;
+}
+
+std::string Utf8(CFStringRef text) {
+  std::string bytes(static_cast<std::size_t>(4 * CFStringGetLength(text)), '\0');
+  CFIndex used = 0;
+  CFStringGetBytes(text, {0, CFStringGetLength(text)}, kCFStringEncodingUTF8, '?', false,
+                   reinterpret_cast<UInt8*>(bytes.data()), static_cast<CFIndex>(bytes.size()), &used);
+  bytes.resize(static_cast<std::size_t>(used));
+  return bytes;
+}
+
+// The engine, loaded so that an extension finds it by its identifier. It stays for the life of the process, as do the
+// addresses that extensions keep.
+AttachFunction Engine() {
+  static const AttachFunction attach = [] {
+    const std::string path = BundleFolder() + "/SonkelEngine.bundle";
+    const auto found = reinterpret_cast<AttachFunction>(FindFunction(OpenBundle(path), "SonkelEngineAttach"));
+    if (found == nullptr) throw InputError(path + ": the engine cannot be loaded");
+    return found;
+  }();
+  return attach;
+}
+
+}  // namespace
+
+std::string BundleFolder() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  return (program.parent_path().parent_path() / "lib" / "sok").string();
+}
+
+std::string DefaultPlugin() { return BundleFolder() + "/MeasureRests.bundle"; }
+
+BundleSession::BundleSession(const std::string& plugin, Session& session) : plugin_(plugin), session_(session) {
+  Engine()(&session_);
+  try {
+    bundle_ = OpenBundle(plugin_);
+    Start();
+    Enumerate();
+  } catch (...) {
+    Engine()(nullptr);
+    throw;
+  }
+}
+
+BundleSession::~BundleSession() {
+  if (const auto terminate = Find<TerminateFunction>("SonkelExtensionTerminate", "Ext_terminate")) terminate();
+  Engine()(nullptr);
+}
+
+void* BundleSession::Address(const char* name) const { return FindFunction(bundle_, name); }
+
+template <typename Function>
+Function BundleSession::Find(const char* name, const char* alias) const {
+  void* const address = Address(name);
+  return reinterpret_cast<Function>(address != nullptr ? address : Address(alias));
+}
+
+template <typename Function>
+Function BundleSession::Require(const char* name, const char* alias) const {
+  const auto function = Find<Function>(name, alias);
+  if (function == nullptr) throw InputError(plugin_ + ": does not export " + name);
+  return function;
+}
+
+void BundleSession::Start() {
+  dlerror();
+  const auto main_function = reinterpret_cast<MainFunction>(Address("main"));
+  if (main_function == nullptr) {
+    const char* const reason = dlerror();
+    throw InputError(plugin_ + ": " + (reason != nullptr ? reason : "cannot be loaded, or does not export main"));
+  }
+  char* arguments[] = {plugin_.data(), nullptr};
+  if (main_function(1, arguments) == 0) throw InputError(plugin_ + ": finds no host (main answered 0)");
+  interface_version_ = Require<VersionFunction>("SonkelExtensionVersion", "Ext_getversion")(kInterfaceVersion);
+  unsigned int word = 0;
+  if (Require<InitFunction>("SonkelExtensionInit", "Ext_init")(&session_, &word) == 0) {
+    throw InputError(plugin_ + ": refuses to start (its init answered 0)");
+  }
+}
+
+void BundleSession::Enumerate() {
+  const auto enumerate = Require<EnumerateFunction>("SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16");
+  EMENUCOMMAND record{};
+  for (int index = 0; index < kMostCommands && enumerate(&session_, index, &record) != 0; ++index) {
+    ExtensionMenuItem item;
+    for (int text = 0; text < 3; ++text)
+      item.texts[text] = Utf8FromUtf16(record.text[text], std::size(record.text[text]));
+    commands_.push_back(std::move(item));
+    record = {};
+  }
+}
+
+std::string BundleSession::Identifier() const {
+  const CFStringRef identifier = CFBundleGetIdentifier(bundle_);
+  return identifier != nullptr ? Utf8(identifier) : std::string();
+}
+
+std::string BundleSession::Executable() const {
+  const CFURLRef url = CFBundleCopyExecutableURL(bundle_);
+  if (url == nullptr) return {};
+  UInt8 path[PATH_MAX] = {};
+  CFURLGetFileSystemRepresentation(url, true, path, sizeof path);
+  CFRelease(url);
+  return reinterpret_cast<const char*>(path);
+}
+
+int BundleSession::Invoke(int command, EREGION* region) {
+  return Require<InvokeFunction>("SonkelExtensionInvoke", "Ext_invoke")(&session_, command, region);
+}
+
+}  // namespace sok

@@ -1,0 +1,108 @@
+#include "host/runner/run/record_changes.h"
+
+#include <algorithm>
+#include <map>
+
+#include "host/engine/document.h"
+#include "host/engine/session.h"
+#include "host/musicxml/articulations.h"
+#include "host/musicxml/frames.h"
+#include "host/musicxml/shapes.h"
+#include "host/musicxml/texts.h"
+#include "host/runner/report/text.h"
+
+namespace sok {
+namespace {
+
+struct Kind {
+  unsigned int tag;
+  unsigned int mask;  // of the tag's bits that count
+  const char* name;
+};
+
+constexpr unsigned int kWholeTag = 0xFFFFFFFF;
+constexpr unsigned int kFamily = 0xFFFF0000;
+
+constexpr Kind kKinds[] = {
+    {kRawTextTag, kWholeTag, "texts"},
+    {kTextBlockTag, kWholeTag, "texts"},
+    {kPageTextTag, kWholeTag, "texts"},
+    {kMeasureTextTag, kWholeTag, "texts"},
+    {kSmartShapeTag, kWholeTag, "lines"},
+    {kCenterShapeTag, kWholeTag, "lines"},
+    {kMeasureMarkTag, kWholeTag, "lines"},
+    {kEntryMarkTag, kWholeTag, "lines"},
+    {kAssignmentTag, kWholeTag, "articulations"},
+    {kDefinitionTag, kWholeTag, "articulations"},
+    {kInstrumentTag, kWholeTag, "staves"},
+    {kInstrumentUsedTag, kWholeTag, "staves"},
+    {kMeasureTag, kWholeTag, "measures"},
+    {0x70660000, kFamily, "preferences"},
+    {0x6F740000, kFamily, "preferences"},
+};
+
+std::string KindOf(unsigned int tag) {
+  const auto* const kind = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                        [tag](const Kind& row) { return row.tag == (tag & row.mask); });
+  return kind != std::end(kKinds) ? kind->name : FourCharacters(tag);
+}
+
+using Place = std::pair<unsigned int, PackedKey>;
+using Records = std::map<Place, std::pair<EDataID, std::span<const unsigned char>>>;
+
+Records AllOf(const RecordStore& store) {
+  Records records;
+  store.ForEach([&](unsigned int tag, const EDataID& id, std::span<const unsigned char> bytes) {
+    records[{tag, PackKey(ViewOf(tag), id)}] = {id, bytes};
+  });
+  return records;
+}
+
+}  // namespace
+
+std::vector<RecordChanges> FindRecordChanges(const RecordStore& before, const Score& score,
+                                             const std::vector<Change>& music) {
+  const Document& document = score.document();
+  if (document.records == before) return {};
+  // Articulations travel with the entries of frames that changed.
+  const auto written = [&](unsigned int tag, const EDataID& id) {
+    FramePlace place;
+    if (const auto entry = document.FindEntry(id.entryDetail.entryNum); entry) place = entry->place;
+    return std::any_of(music.begin(), music.end(), [&](const Change& change) {
+      const bool here = place == FramePlace{change.slot, change.measure, change.layer};
+      return change.kind == ChangeKind::kOther && (tag == kDefinitionTag || (tag == kAssignmentTag && here));
+    });
+  };
+  const Records old = AllOf(before), now = AllOf(document.records);
+  std::map<std::string, RecordChanges> kinds;
+  for (const auto& [place, record] : now) {
+    const auto found = old.find(place);
+    if (found == old.end()) {
+      if (!written(place.first, record.first)) ++kinds[KindOf(place.first)].added;
+    } else if (!std::ranges::equal(found->second.second, record.second)) {
+      ++kinds[KindOf(place.first)].changed;
+    }
+  }
+  for (const auto& [place, record] : old) {
+    if (!now.contains(place)) ++kinds[KindOf(place.first)].removed;
+  }
+  std::vector<RecordChanges> all;
+  for (auto& [kind, changes] : kinds) {
+    changes.kind = kind;
+    all.push_back(std::move(changes));
+  }
+  return all;
+}
+
+std::string Text(const RecordChanges& changes) {
+  std::string counts;
+  const auto add = [&counts](long count, const char* what) {
+    if (count > 0) counts += (counts.empty() ? "" : ", ") + Counted(count, "record") + " " + what;
+  };
+  add(changes.changed, "changed");
+  add(changes.added, "added");
+  add(changes.removed, "removed");
+  return "the extension changed " + changes.kind + " (" + counts + "); only music is written back";
+}
+
+}  // namespace sok

@@ -1,0 +1,236 @@
+#include "host/runner/run/run_score.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "SokExtShared/SokEDK/Source/host_types.h"
+#include "host/engine/session.h"
+#include "host/musicxml/score.h"
+#include "host/runner/commands/commands.h"
+#include "host/runner/files/output_file.h"
+#include "host/runner/report/diff.h"
+#include "host/runner/report/html_report.h"
+#include "host/runner/report/report.h"
+#include "host/runner/report/text.h"
+#include "host/runner/run/bundle_session.h"
+#include "host/runner/run/trace.h"
+
+namespace sok {
+namespace {
+
+constexpr unsigned int kLayerPreferencesTag = 0x70664C41;  // 'pfLA'
+constexpr unsigned char kHiddenCountsAsEmpty = 0x02;       // in the third of the record's four bytes
+
+void SetLayerPreferences(Document& document, const RunOptions& options) {
+  for (short layer = 0; layer < kLayers; ++layer) {
+    if (!options.count_hidden[layer]) continue;
+    EDataID id{};
+    id.global.instance = layer;
+    unsigned char bytes[4] = {};
+    int size = sizeof bytes;
+    document.records.Load(kLayerPreferencesTag, id, bytes, &size);
+    bytes[2] |= kHiddenCountsAsEmpty;
+    document.records.Save(kLayerPreferencesTag, id, bytes, sizeof bytes);
+  }
+}
+
+// A hidden layer without the preference changes nothing: the user should hear of it.
+void WarnOfHiddenLayers(const RunOptions& options, std::vector<std::string>& warnings) {
+  if (options.purpose != Purpose::kFill) return;
+  std::set<short> layers;
+  for (const HiddenLayer& hidden : options.selection.hidden_layers) layers.insert(hidden.layer);
+  for (const short layer : layers) {
+    const std::string number = std::to_string(layer + 1);
+    if (options.count_hidden[layer]) continue;
+    warnings.push_back("layer " + number + " is hidden, but its music still counts; --allow-hidden " + number +
+                       " lets it count as empty");
+  }
+}
+
+// The extension, run over all invocations; the command's name.
+std::string Invoke(const RunOptions& options, Score& score, const std::vector<Invocation>& invocations,
+                   ScoreReport& report) {
+  Session session;
+  session.document = &score.document();
+  Tracer tracer(options.trace, stderr);
+  if (options.trace != TraceMode::kOff) session.observer = &tracer;
+
+  BundleSession bundle(options.plugin, session);
+  const auto count = static_cast<int>(bundle.Commands().size());
+  if (options.command >= count) {
+    throw UsageError(options.plugin + " has no command " + std::to_string(options.command) + "; it has " +
+                     Counted(count, "command") + (count > 0 ? ", from 0" : ""));
+  }
+  for (const Invocation& invocation : invocations) {
+    for (short layer = 0; layer < kLayers; ++layer)
+      session.document->SetLayerShown(layer, invocation.layer_shown[layer]);
+    EREGION region = invocation.Region(*session.document);
+    bundle.Invoke(options.command, &region);
+  }
+  report.alerts = session.alerts;
+  if (session.frames_held != 0) {
+    report.warnings.push_back("the extension did not free " + Counted(session.frames_held, "frame"));
+  }
+  if (session.edits_open != 0 || session.mass_edits_open != 0) {
+    report.warnings.push_back("the extension did not end " +
+                              Counted(session.edits_open + session.mass_edits_open, "edit"));
+  }
+  return bundle.Commands()[static_cast<std::size_t>(options.command)].texts[0];
+}
+
+bool Before(const Change& change, short measure, short slot) {
+  return change.measure != measure ? change.measure < measure : change.slot < slot;
+}
+
+// Counts the changed staff-measures, and makes cells of those that anybody wants to see.
+void FillCells(const RunOptions& options, const Score& score, const std::vector<Invocation>& invocations,
+               ScoreReport& report) {
+  auto next = report.changes.begin();
+  const auto visit = [&](short measure, short slot, const Invocation& invocation) {
+    std::vector<Change> changes;
+    while (next != report.changes.end() && Before(*next, measure, slot)) ++next;
+    for (; next != report.changes.end() && next->measure == measure && next->slot == slot; ++next) {
+      changes.push_back(*next);
+    }
+    ++report.selected;
+    if (!changes.empty()) ++report.changed;
+    if (!options.WantsCells() || (options.only_changed && options.html.empty() && changes.empty())) return;
+    Settings settings{options.purpose, {}, {}};
+    std::copy(std::begin(invocation.layer_shown), std::end(invocation.layer_shown), settings.layer_shown);
+    std::copy(std::begin(options.count_hidden), std::end(options.count_hidden), settings.count_hidden);
+    ReportCell cell{slot, measure, Explain(score, slot, measure, changes, settings), {}};
+    if (!changes.empty()) cell.notes = Notes(score, changes, options.write.keep_fermatas);
+    report.cells.push_back(std::move(cell));
+  };
+  // Blocks of the same measures stand one after the other; lines go by measure across them.
+  for (std::size_t begin = 0; begin < invocations.size();) {
+    std::size_t end = begin;
+    while (end < invocations.size() && invocations[end].measures == invocations[begin].measures) ++end;
+    for (int measure = invocations[begin].measures.first; measure <= invocations[begin].measures.last; ++measure) {
+      for (std::size_t block = begin; block < end; ++block) {
+        for (int slot = invocations[block].slots.first; slot <= invocations[block].slots.last; ++slot) {
+          visit(static_cast<short>(measure), static_cast<short>(slot), invocations[block]);
+        }
+      }
+    }
+    begin = end;
+  }
+}
+
+// Writes the result, or prints the difference; what stdout gets before the report.
+std::string Deliver(const RunOptions& options, const Input& input, const std::string& output, const Score& score,
+                    ScoreReport& report) {
+  if (options.dry_run) {
+    const std::string label(score.member().empty() ? "" : "/" + std::string(score.member()));
+    const std::string name = DisplayName(input.path) + label;
+    return UnifiedDiff(score.Text(), score.WriteText(options.write), name, name);
+  }
+  if (options.check || output.empty()) {
+    if (report.changed > 0) score.WriteText(options.write);  // says what could not be written
+    return {};
+  }
+  if (report.changed == 0 && output == input.path && output != kStream) return {};  // nothing to do to the file
+  const std::string bytes = score.Write(options.write);
+  if (options.backup) {
+    report.warnings.push_back("the original is kept as " + WriteFileWithBackup(output, bytes));
+  } else {
+    WriteFile(output, bytes);
+  }
+  report.written = output;
+  return {};
+}
+
+std::string Lines(const std::string& prefix, const std::vector<std::string>& texts) {
+  std::string lines;
+  for (const std::string& text : texts) lines += prefix + text + "\n";
+  return lines;
+}
+
+FileResult Run(const RunOptions& options, const Input& input, const std::string& output) {
+  ScoreReport report;
+  report.file = DisplayName(input.path);
+  report.purpose = options.purpose;
+  const std::unique_ptr<Score> score = ReadScore(input.path, options.read);
+  for (const Warning& warning : score->warnings()) {
+    report.warnings.push_back((warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "") + warning.text);
+  }
+  WarnOfHiddenLayers(options, report.warnings);
+  std::vector<Invocation> invocations;
+  try {
+    invocations = PlanInvocations(*score, options.selection, report.warnings);
+  } catch (const InputError& error) {
+    throw InputError(report.file + ": " + error.what());
+  }
+  SetLayerPreferences(score->document(), options);
+  const RecordStore records = score->document().records;
+  report.title = Invoke(options, *score, invocations, report);
+  report.changes = score->Changes();
+  report.records = FindRecordChanges(records, *score, report.changes);
+  for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
+  FillCells(options, *score, invocations, report);
+
+  FileResult result;
+  std::string diff;
+  try {
+    diff = Deliver(options, input, output, *score, report);
+  } catch (const ScoreError& error) {
+    report.error = error.what();  // the report still says what the extension did
+    result.exit_code = kExitBadInput;
+  }
+  result.changed = report.changed > 0;
+  result.rests_in = report.RestsIn();
+  result.rests_out = report.RestsOut();
+  result.err = Lines(report.file + ": alert: ", report.alerts);
+  if (!options.quiet) result.err += Lines(report.file + ": ", report.warnings);
+  if (!options.html.empty()) result.html = HtmlSection(*score, report, options);
+  if (options.only_changed) {
+    std::erase_if(report.cells, [](const ReportCell& cell) { return cell.verdict.outcome == Outcome::kKept; });
+  }
+  if (options.json) result.json = ReportJson(*score, report);
+  const std::string text = options.quiet || options.json ? std::string() : ReportText(*score, report);
+  // Where the score or the difference takes stdout, the report makes room.
+  const bool stdout_taken = options.dry_run || output == kStream;
+  result.out = stdout_taken ? diff : text;
+  if (stdout_taken) result.err += text;
+  if (!report.error.empty()) result.err += "sokrun: " + report.error + "\n";
+  return result;
+}
+
+}  // namespace
+
+std::string FileResult::Serialize() const {
+  std::string bytes;
+  nlohmann::json::to_msgpack({exit_code, changed, rests_in, rests_out, out, err, json, html}, bytes);
+  return bytes;
+}
+
+FileResult FileResult::Deserialize(const std::string& bytes) {
+  const nlohmann::json all = nlohmann::json::from_msgpack(bytes);
+  return {all[0], all[1], all[2], all[3], all[4], all[5], all[6], all[7]};
+}
+
+FileResult Failure(const RunOptions& options, const Input& input, int exit_code, const std::string& message) {
+  FileResult result;
+  result.exit_code = exit_code;
+  result.err = "sokrun: " + message + "\n";
+  const std::string file = DisplayName(input.path);
+  if (options.json) result.json = FailureJson(file, message);
+  if (!options.html.empty()) result.html = HtmlFailure(file, message);
+  return result;
+}
+
+FileResult RunOnFile(const RunOptions& options, const Input& input, const std::string& output) {
+  try {
+    return Run(options, input, output);
+  } catch (const UsageError& error) {
+    return Failure(options, input, kExitUsage, error.what());
+  } catch (const std::exception& error) {
+    return Failure(options, input, kExitBadInput, error.what());
+  }
+}
+
+}  // namespace sok

@@ -1,0 +1,32 @@
+// One score through the extension: read, invoked, explained, written.
+#pragma once
+
+#include <string>
+
+#include "host/runner/commands/options.h"
+#include "host/runner/files/input.h"
+
+namespace sok {
+
+// What comes of one file, ready to be put together with that of others. Travels between processes.
+struct FileResult {
+  int exit_code = 0;  // 0, kExitBadInput or kExitUsage
+  bool changed = false;
+  long rests_in = 0;
+  long rests_out = 0;
+  std::string out;   // for stdout
+  std::string err;   // for stderr
+  std::string json;  // an object
+  std::string html;  // a section of the page
+
+  std::string Serialize() const;
+  static FileResult Deserialize(const std::string& bytes);
+};
+
+// Runs one file and writes its result to `output` (nowhere when empty). Nothing is thrown: failures are results, too.
+FileResult RunOnFile(const RunOptions& options, const Input& input, const std::string& output);
+
+// A file that failed with a message.
+FileResult Failure(const RunOptions& options, const Input& input, int exit_code, const std::string& message);
+
+}  // namespace sok

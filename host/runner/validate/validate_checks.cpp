@@ -1,0 +1,195 @@
+#include "host/runner/validate/validate_checks.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+#include "host/runner/report/text.h"
+
+namespace sok {
+namespace {
+
+constexpr const char* kExportedNames[][2] = {
+    {"SonkelExtensionVersion", "Ext_getversion"},
+    {"SonkelExtensionInit", "Ext_init"},
+    {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"},
+    {"SonkelExtensionInvoke", "Ext_invoke"},
+    {"SonkelExtensionTerminate", "Ext_terminate"},
+    {"SonkelExtensionGetMenuStatus", "Ext_getmenustatus"},
+};
+constexpr int kMostCommands = 1000;
+
+using Enumerate = unsigned short (*)(void*, int, EMENUCOMMAND*);
+using InvokeFunction = int (*)(void*, int, EREGION*);
+
+// The record that the extension fills, with bytes around it that it must leave alone.
+struct GuardedRecord {
+  static constexpr unsigned char kGuard = 0xA5;
+
+  GuardedRecord() { std::memset(this, kGuard, sizeof *this); }
+  bool Untouched() const { return Holds(&record, sizeof record) && GuardsHold(); }
+  bool GuardsHold() const { return Holds(before, sizeof before) && Holds(behind, sizeof behind); }
+  static bool Holds(const void* start, std::size_t count) {
+    const auto* const bytes = static_cast<const unsigned char*>(start);
+    return std::all_of(bytes, bytes + count, [](unsigned char byte) { return byte == kGuard; });
+  }
+
+  unsigned char before[64];
+  EMENUCOMMAND record;
+  unsigned char behind[256];
+};
+
+void Expect(bool holds, const std::string& message) {
+  if (!holds) throw CheckFailure(message);
+}
+
+std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+// A text that the string table lacks comes back as its number.
+bool IsResourceNumber(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789,") == std::string_view::npos;
+}
+
+void CheckSymbols(CheckHost& host) {
+  std::string missing;
+  const auto look = [&](const char* name) {
+    if (host.extension.Address(name) == nullptr) missing += std::string(missing.empty() ? "" : ", ") + name;
+  };
+  for (const auto& [name, alias] : kExportedNames) look(name), look(alias);
+  for (const char* name : {"main", "SonkelVersion", "SokVersion"}) look(name);
+  Expect(missing.empty(), "does not export " + missing);
+  Expect(*host.Named<const int*>("SonkelVersion") == 2005, "SonkelVersion is not 2005");
+}
+
+void CheckHiddenNames(CheckHost& host) {
+  for (const std::string& name : EntryPointNames()) {
+    Expect(host.extension.Address(name.c_str()) == nullptr,
+           "exports " + name + ", which the host exports, too: a call can land in the wrong one");
+  }
+  Expect(host.extension.Address("gSonkelBundle") == nullptr, "exports gSonkelBundle, which every extension has");
+}
+
+void CheckVersion(CheckHost& host) {
+  const auto* const kept = host.Named<const unsigned int*>("SokVersion");
+  constexpr std::pair<const char*, unsigned int> kCalls[] = {{"SonkelExtensionVersion", 0x1A000000},
+                                                             {"Ext_getversion", 0x0A123456}};
+  for (const auto& [name, version] : kCalls) {
+    const unsigned int answer = host.Named<unsigned int (*)(unsigned int)>(name)(version);
+    Expect(answer == kInterfaceVersion, std::string(name) + " does not answer the interface version 0x19300000");
+    Expect(*kept == version, std::string(name) + " does not keep the host's version in SokVersion");
+  }
+}
+
+void CheckStart(CheckHost& host) {
+  const auto start = host.Named<int (*)(int, char**)>("main");
+  char* list[] = {nullptr};
+  Expect(start(0, list) == 0 && start(1, nullptr) == 0, "main does not answer 0 without arguments");
+  Expect(start(1, list) == 1, "main does not answer 1 a second time");
+  for (const char* name : {"SonkelExtensionInit", "Ext_init"}) {
+    unsigned int word = 0xFFFFFFFF;
+    const auto init = host.Named<int (*)(void*, unsigned int*)>(name);
+    Expect(init(&host, &word) == 1, std::string(name) + " does not answer 1");
+    Expect(word == 0, std::string(name) + " does not set the word to 0");
+  }
+  for (const char* name : {"SonkelExtensionGetMenuStatus", "Ext_getmenustatus"}) {
+    Expect(host.Named<int (*)()>(name)() == 1, std::string(name) + " does not answer 1");
+  }
+  for (const char* name : {"SonkelExtensionTerminate", "Ext_terminate"}) host.Named<void (*)()>(name)();
+}
+
+// Ended within its 128 units, not empty, UTF-16, and not merely the number of a resource.
+void CheckText(const unsigned short (&units)[128], const std::string& where) {
+  const auto* const end = std::find(std::begin(units), std::end(units), 0);
+  Expect(end != std::end(units), where + " is not ended within its 128 units");
+  Expect(end != units, where + " is empty");
+  for (const auto* unit = units; unit != end; ++unit) {
+    const bool high = *unit >= 0xD800 && *unit < 0xDC00, low = *unit >= 0xDC00 && *unit < 0xE000;
+    Expect(!low && (!high || (unit[1] >= 0xDC00 && unit[1] < 0xE000)), where + " is cut inside of a character");
+    if (high) ++unit;
+  }
+  const std::string text = Utf8FromUtf16(units, std::size(units));
+  Expect(!IsResourceNumber(text), where + " is missing in the string table: " + Quoted(text));
+}
+
+void CheckTexts(CheckHost& host) {
+  const auto count = static_cast<int>(host.extension.Commands().size());
+  Expect(count > 0, "has no command");
+  Expect(count < kMostCommands, "has commands without end");
+  for (const char* name : {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"}) {
+    for (int command = 0; command < count; ++command) {
+      const std::string where = std::string(name) + ", command " + std::to_string(command);
+      GuardedRecord guarded;
+      Expect(host.Named<Enumerate>(name)(&host, command, &guarded.record) == 1, where + ": does not answer 1");
+      Expect(guarded.GuardsHold(), where + ": writes beyond the record");
+      for (int i = 0; i < 3; ++i) CheckText(guarded.record.text[i], where + ": text " + std::to_string(i));
+      Expect(guarded.record.active == 1, where + ": the word behind the texts is not 1");
+    }
+  }
+}
+
+void CheckUnknownCommands(CheckHost& host) {
+  const auto count = static_cast<int>(host.extension.Commands().size());
+  for (const int command : {count, count + 1, 0x7FFF, 0xFFFF, INT_MAX, -1}) {
+    for (const char* name : {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"}) {
+      const std::string where = std::string(name) + ", command " + std::to_string(command);
+      GuardedRecord guarded;
+      Expect(host.Named<Enumerate>(name)(&host, command, &guarded.record) == 0, where + ": does not answer 0");
+      Expect(guarded.Untouched(), where + ": writes into the record though it answers 0");
+    }
+    if (command < 0) continue;
+    const std::size_t calls = host.watch.calls().size();
+    EREGION region = host.Selection();
+    Expect(host.extension.Invoke(command, &region) == 0 && host.watch.calls().size() == calls,
+           "invoked as command " + std::to_string(command) + ", which it does not have, does not answer 0 at once");
+  }
+}
+
+void CheckNoSelection(CheckHost& host) {
+  for (const char* name : {"SonkelExtensionInvoke", "Ext_invoke"}) {
+    for (int command = 0; command < static_cast<int>(host.extension.Commands().size()); ++command) {
+      const std::string where = std::string(name) + ", command " + std::to_string(command) + " without a selection: ";
+      host.session.alerts.clear();
+      const std::size_t calls = host.watch.calls().size();
+      Expect(host.Named<InvokeFunction>(name)(&host, command, nullptr) == 0, where + "does not answer 0");
+      Expect(host.session.alerts.size() == 1, where + "does not show one alert");
+      Expect(host.watch.calls().size() == calls + 1, where + "does more than show the alert");
+      const std::string& alert = host.session.alerts[0];
+      Expect(!alert.empty() && !IsResourceNumber(alert), where + "shows the alert " + Quoted(alert));
+    }
+  }
+}
+
+}  // namespace
+
+CheckHost::CheckHost(const std::string& plugin, const Document& score, const HostFault& fault)
+    : document(score), watch(fault), session{&document, &watch, {}, 0, 0, 0}, extension(plugin, session) {}
+
+EREGION CheckHost::Selection() const {
+  return {{0, 1, 1, 0}, {0, document.StaffCount(), document.MeasureCount(), INT_MAX}};
+}
+
+void CheckHost::RunCommand(int command) {
+  EREGION region = Selection();
+  extension.Invoke(command, &region);
+}
+
+void* CheckHost::Require(const char* name) const {
+  void* const address = extension.Address(name);
+  Expect(address != nullptr, std::string("does not export ") + name);
+  return address;
+}
+
+const std::vector<ExtensionCheck>& ExtensionChecks() {
+  static const std::vector<ExtensionCheck> checks = {
+      {"symbols", "the interface's names are exported", CheckSymbols},
+      {"hidden-names", "the host's names are not", CheckHiddenNames},
+      {"version", "version handshake, by both names", CheckVersion},
+      {"start", "main, initialisation, menu status, termination, by both names", CheckStart},
+      {"texts", "the commands' records, by both names", CheckTexts},
+      {"unknown-commands", "numbers that name no command leave the record alone", CheckUnknownCommands},
+      {"no-selection", "an alert, by both names", CheckNoSelection},
+  };
+  return checks;
+}
+
+}  // namespace sok

@@ -1,0 +1,51 @@
+// The checks of `sokrun validate`. Each runs in a process of its own, on a fresh copy of one score.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/engine/document.h"
+#include "host/runner/run/bundle_session.h"
+#include "host/runner/validate/validate_watch.h"
+
+namespace sok {
+
+// What is wrong with the extension, as a message for its author.
+struct CheckFailure : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+// One process's host with the extension loaded into it.
+class CheckHost {
+ public:
+  // Throws InputError when the extension cannot be loaded or does not start.
+  CheckHost(const std::string& plugin, const Document& score, const HostFault& fault = {});
+
+  // The whole score, and a command run on it.
+  EREGION Selection() const;
+  void RunCommand(int command);
+
+  // An exported name as a function of its type; throws CheckFailure when it is missing.
+  template <typename Function>
+  Function Named(const char* name) const {
+    return reinterpret_cast<Function>(Require(name));
+  }
+  void* Require(const char* name) const;
+
+  Document document;
+  HostWatch watch;
+  Session session;
+  BundleSession extension;
+};
+
+// Checks that hold for the extension as a whole. A check throws CheckFailure.
+struct ExtensionCheck {
+  std::string_view name;
+  std::string_view what;
+  void (*run)(CheckHost& host);
+};
+const std::vector<ExtensionCheck>& ExtensionChecks();
+
+}  // namespace sok
