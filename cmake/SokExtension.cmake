@@ -3,9 +3,9 @@
 # sok_add_extension(NAME SOURCES file... INFO_PLIST file RESOURCES folder [OUTPUT_DIRECTORY folder])
 #
 # Builds a loadable extension bundle, NAME.bundle, in the macOS layout: Contents/Info.plist, Contents/MacOS/NAME and
-# Contents/Resources with the string tables of the RESOURCES folder (<language>.lproj/*.strings). The kit's entry points
-# are compiled in; nothing but the host's interface is visible from outside. The bundle stands in OUTPUT_DIRECTORY, by
-# default the current binary directory; the target's property SOK_BUNDLE is its path.
+# Contents/Resources with the string tables of the RESOURCES folder (<language>.lproj/*.strings). Nothing but the host's
+# interface, which SOK_EXTENSION defines in one of the sources, is visible from outside. The bundle stands in
+# OUTPUT_DIRECTORY, by default the current binary directory; the target's property SOK_BUNDLE is its path.
 #
 # sok_install_bundle(NAME [DESTINATION folder])
 #
@@ -56,7 +56,7 @@ function(sok_add_extension name)
   add_library(${name} MODULE ${arg_SOURCES})
   target_compile_features(${name} PRIVATE cxx_std_20)
   set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
-  target_link_libraries(${name} PRIVATE SokEDK::Extension)
+  target_link_libraries(${name} PRIVATE SokEDK::SokEDK)
   sok_export_only(${name} "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/extension_exports")
   sok_bundle_layout(${name} "${arg_OUTPUT_DIRECTORY}" "${arg_INFO_PLIST}" "${arg_RESOURCES}")
 endfunction()

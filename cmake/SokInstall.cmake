@@ -3,12 +3,11 @@ include(CMakePackageConfigHelpers)
 
 set(sok_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/SokEDK")
 
-# The kit's libraries and headers, and the entry points that extensions compile in.
+# The kit's libraries and headers.
 set_target_properties(SokPlatform PROPERTIES EXPORT_NAME Platform)
-set_target_properties(SokExtension PROPERTIES EXPORT_NAME Extension)
-install(TARGETS SokEDK SokExtension SokPlatform EXPORT SokEDKTargets)
+install(TARGETS SokEDK SokPlatform EXPORT SokEDKTargets)
 install(DIRECTORY SokExtShared DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
-  FILES_MATCHING PATTERN "*.h" PATTERN "*.def" PATTERN entry_points.cpp)
+  FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
 if(NOT APPLE)
   install(DIRECTORY platform/CoreFoundation platform/Carbon DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/sokplatform"
     FILES_MATCHING PATTERN "*.h")

@@ -83,6 +83,8 @@ def filtered(path):
             out.append(code)
         if not is_assertion and SCOPE.match(inside):
             family, inside = [], ""
+        elif code.endswith("\\"):
+            pass  # a macro goes on
         elif inside.count("(") == inside.count(")") and inside.count("{") == inside.count("}"):
             if is_macro or inside.endswith((";", "}", ",")) or re.fullmatch(r"\w+( = [^;]*)?", inside):
                 inside = ""

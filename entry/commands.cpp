@@ -1,4 +1,4 @@
-// The command table of MeasureRests.
+// The command table of MeasureRests, and the entry points that the host calls.
 #include "SokExtShared/SokEDK/Source/extension/extension.h"
 #include "entry/measure_rests.h"
 
@@ -11,4 +11,4 @@ constexpr ExtensionCommand kCommands[] = {
 
 }  // namespace
 
-const Extension kExtension = {kCommands, 2, 20006};
+SOK_EXTENSION(kCommands, 20006);

@@ -34,4 +34,4 @@ constexpr ExtensionCommand kCommands[] = {{20000, CountNotes}};  // its texts: 2
 
 }  // namespace
 
-const Extension kExtension = {kCommands, 1, 20003};  // without a selection the host shows text 20003
+SOK_EXTENSION(kCommands, 20003);  // without a selection the host shows text 20003

@@ -235,4 +235,4 @@ constexpr ExtensionCommand kCommands[] = {
 
 }  // namespace
 
-const Extension kExtension = {kCommands, 2, kNoSelection};
+SOK_EXTENSION(kCommands, kNoSelection);

@@ -48,4 +48,4 @@ constexpr ExtensionCommand kCommands[] = {
 
 }  // namespace
 
-const Extension kExtension = {kCommands, 4, 30009};
+SOK_EXTENSION(kCommands, 30009);

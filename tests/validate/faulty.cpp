@@ -18,35 +18,6 @@
 #elif defined(FAULT_SILENT)
 #define SonkelExtensionInvoke KeptInvoke
 #endif
-#include "SokExtShared/SokEDK/Source/extension/entry_points.cpp"
-#undef Ext_invoke
-#undef Ext_getversion
-#undef SonkelExtensionInit
-#undef Ext_enumerate_UTF16
-#undef SonkelExtensionInvoke
-
-extern "C" {
-#if defined(FAULT_VERSION)
-SOK_EXPORT unsigned int Ext_getversion(unsigned int) { return kInterfaceVersion; }  // does not keep the host's
-#elif defined(FAULT_START)
-SOK_EXPORT int SonkelExtensionInit(void*, unsigned int*) { return 1; }  // does not clear the word
-#elif defined(FAULT_TEXT)
-SOK_EXPORT unsigned short Ext_enumerate_UTF16(void* unused, int index, EMENUCOMMAND* record) {
-  const unsigned short answer = KeptEnumerate(unused, index, record);
-  if (answer != 0) std::fill(std::begin(record->text[1]), std::end(record->text[1]), 'x');  // without an end
-  return answer;
-}
-#elif defined(FAULT_UNKNOWN)
-SOK_EXPORT unsigned short Ext_enumerate_UTF16(void* unused, int index, EMENUCOMMAND* record) {
-  *record = {};
-  return KeptEnumerate(unused, index, record);
-}
-#elif defined(FAULT_SILENT)
-SOK_EXPORT int SonkelExtensionInvoke(void* host, int index, EREGION* region) {
-  return region != nullptr ? KeptInvoke(host, index, region) : 0;
-}
-#endif
-}
 
 namespace {
 
@@ -84,7 +55,35 @@ constexpr ExtensionCommand kCommands[] = {{20000, Run}};
 }  // namespace
 
 #if defined(FAULT_MISSING_TEXT)
-const Extension kExtension = {kCommands, 1, 29999};
+SOK_EXTENSION(kCommands, 29999);
 #else
-const Extension kExtension = {kCommands, 1, 20003};
+SOK_EXTENSION(kCommands, 20003);
 #endif
+#undef Ext_invoke
+#undef Ext_getversion
+#undef SonkelExtensionInit
+#undef Ext_enumerate_UTF16
+#undef SonkelExtensionInvoke
+
+extern "C" {
+#if defined(FAULT_VERSION)
+SOK_EXPORTED unsigned int Ext_getversion(unsigned int) { return kInterfaceVersion; }  // does not keep the host's
+#elif defined(FAULT_START)
+SOK_EXPORTED int SonkelExtensionInit(void*, unsigned int*) { return 1; }  // does not clear the word
+#elif defined(FAULT_TEXT)
+SOK_EXPORTED unsigned short Ext_enumerate_UTF16(void* unused, int index, EMENUCOMMAND* record) {
+  const unsigned short answer = KeptEnumerate(unused, index, record);
+  if (answer != 0) std::fill(std::begin(record->text[1]), std::end(record->text[1]), 'x');  // without an end
+  return answer;
+}
+#elif defined(FAULT_UNKNOWN)
+SOK_EXPORTED unsigned short Ext_enumerate_UTF16(void* unused, int index, EMENUCOMMAND* record) {
+  *record = {};
+  return KeptEnumerate(unused, index, record);
+}
+#elif defined(FAULT_SILENT)
+SOK_EXPORTED int SonkelExtensionInvoke(void* host, int index, EREGION* region) {
+  return region != nullptr ? KeptInvoke(host, index, region) : 0;
+}
+#endif
+}
