@@ -17,11 +17,20 @@ struct ImageList {
   bool complete = true;
 };
 
+// A name of the loader's, read without anything that ThreadSanitizer watches: it sees the loader write the name on one
+// thread and not the loader's own lock, under which the name is read on another. No lock around loading could tell it
+// so: images are loaded by others, too, and their initialisers may ask for bundles, from threads of theirs.
+__attribute__((no_sanitize("thread"))) std::string Copy(const volatile char* name) {
+  std::string copy;
+  while (*name != 0) copy.push_back(*name++);
+  return copy;
+}
+
 // Runs under the loader's lock, called from C: only takes the name down.
 int TakeName(dl_phdr_info* info, size_t, void* data) {
   auto& list = *static_cast<ImageList*>(data);
   try {
-    list.names.emplace_back(info->dlpi_name);
+    list.names.push_back(Copy(info->dlpi_name));
     return 0;
   } catch (const std::exception&) {
     list.complete = false;

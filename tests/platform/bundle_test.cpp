@@ -17,16 +17,18 @@ CFBundleRef WithIdentifier(std::u16string_view identifier) {
 // A bundle whose executable is the tests' image, and its folder.
 class ImageBundle {
  public:
-  explicit ImageBundle(std::string_view identifier = "a.b", std::string_view more = "") {
-    folder_.Write("A.bundle/Contents/MacOS/X", "")
-        .Write("A.bundle/Contents/Info.plist", Information("X", identifier, more));
-    std::filesystem::copy_file(SOK_TEST_IMAGE, executable(), std::filesystem::copy_options::overwrite_existing);
+  explicit ImageBundle(std::string_view identifier = "a.b", std::string_view more = "", std::string name = "X")
+      : name_(std::move(name)) {
+    folder_.Write("A.bundle/Contents/Info.plist", Information(name_, identifier, more));
+    std::filesystem::create_directories(folder_ / "A.bundle/Contents/MacOS");
+    std::filesystem::copy_file(SOK_TEST_IMAGE, executable());
   }
   std::string path() const { return folder_ / "A.bundle"; }
-  std::string executable() const { return folder_ / "A.bundle/Contents/MacOS/X"; }
+  std::string executable() const { return path() + "/Contents/MacOS/" + name_; }
 
  private:
   Folder folder_;
+  std::string name_;
 };
 
 TEST(Bundle, AnyExistingDirectoryAndAlwaysTheSameObject) {
@@ -161,24 +163,27 @@ TEST(Bundle, TheBestOfSeveralWithOneIdentifier) {
   EXPECT_EQ(WithIdentifier(u"same"), loaded.get());
 }
 
-// First look-ups from many threads find one object, one image, one address.
+// First look-ups from many threads find one object, one image, one address; wherever the image's name ends in memory.
 TEST(Bundle, FirstLookUpsFromManyThreads) {
-  const ImageBundle image("threads");
-  constexpr int kThreads = 8;
-  std::vector<std::pair<CFBundleRef, void*>> found(kThreads);
-  std::vector<std::thread> threads;
-  for (size_t i = 0; i < kThreads; ++i) {
-    threads.emplace_back([&, i] {
-      const Owned<CFBundleRef> bundle = Bundle(image.path());
-      found[i] = {WithIdentifier(u"threads"),
-                  CFBundleGetFunctionPointerForName(bundle.get(), CFSTR("PlatformTestFunction"))};
-      const OwnedString text(CFBundleCopyLocalizedString(bundle.get(), CFSTR("k"), nullptr, nullptr));
-      EXPECT_EQ(Ascii(text.get()), "k");
-    });
+  for (size_t length = 1; length <= 8; ++length) {
+    const ImageBundle image(std::string(length, 'i'), "", std::string(length, 'x'));
+    const OwnedString identifier = String(std::u16string(length, u'i'));
+    constexpr int kThreads = 8;
+    std::vector<std::pair<CFBundleRef, void*>> found(kThreads);
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < kThreads; ++i) {
+      threads.emplace_back([&, i] {
+        const Owned<CFBundleRef> bundle = Bundle(image.path());
+        found[i] = {CFBundleGetBundleWithIdentifier(identifier.get()),
+                    CFBundleGetFunctionPointerForName(bundle.get(), CFSTR("PlatformTestFunction"))};
+        const OwnedString text(CFBundleCopyLocalizedString(bundle.get(), CFSTR("k"), nullptr, nullptr));
+        EXPECT_EQ(Ascii(text.get()), "k");
+      });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_TRUE(found[0].first != nullptr && found[0].second != nullptr);
+    EXPECT_EQ(std::count(found.begin(), found.end(), found[0]), kThreads);
   }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_TRUE(found[0].first != nullptr && found[0].second != nullptr);
-  EXPECT_EQ(std::count(found.begin(), found.end(), found[0]), kThreads);
 }
 
 }  // namespace
