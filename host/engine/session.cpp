@@ -3,6 +3,17 @@
 #include <array>
 
 namespace sok {
+namespace {
+
+constexpr unsigned int kScoreExpressionTag = 0x534F4459;  // 'SODY'
+constexpr unsigned int kScoreExpressionVersion = 0x0E000000;
+
+}  // namespace
+
+bool HasKnownVersion(const HostCall& call) {
+  return call.version == kInterfaceVersion ||
+         (call.version == kScoreExpressionVersion && call.tag == kScoreExpressionTag);
+}
 
 std::string FourCharacters(unsigned int tag) {
   std::string text;

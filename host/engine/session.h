@@ -47,6 +47,10 @@ struct Session {
   int mass_edits_open = 0;
 };
 
+// Whether a call carries the interface version that it has to: kInterfaceVersion, or 0x0E000000 where the kit loads and
+// saves score expressions, which have the layout of that time.
+bool HasKnownVersion(const HostCall& call);
+
 // A tag as its four characters; bytes below 0x20 and above 0x7E as \xNN.
 std::string FourCharacters(unsigned int tag);
 

@@ -76,6 +76,7 @@ TEST(RecordAccess, FretInstrumentsNeedTheirWholeSize) {
 // Callers with an old interface version reach the preference records of the host itself, on save only.
 TEST(RecordAccess, OldVersionsSavePreferencesUntranslated) {
   TestHost host;
+  host.any_version = true;
   EDataID id{};
   const unsigned char repeats[40] = {1};
   struct {

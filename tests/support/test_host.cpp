@@ -3,6 +3,8 @@
 #include <SokPlatform.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <iterator>
 #include <set>
 #include <string_view>
@@ -59,7 +61,13 @@ std::vector<std::string> TestHost::CallsWith(const std::string& word) const {
   return found;
 }
 
-bool TestHost::Before(sok::HostCall& call) { return !refuse || !refuse(call); }
+bool TestHost::Before(sok::HostCall& call) {
+  if (!any_version && !sok::HasKnownVersion(call)) {
+    std::fprintf(stderr, "%s: called with the interface version 0x%08X\n", call.name, call.version);
+    std::abort();
+  }
+  return !refuse || !refuse(call);
+}
 
 void TestHost::After(sok::HostCall& call) {
   if (after) after(call);

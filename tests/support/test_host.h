@@ -1,5 +1,6 @@
 // A host for tests of the kit: the built engine bundle over a document of the test's own, watched and, where a test
-// wants it, disturbed. The kit's wrappers reach it as they reach any host.
+// wants it, disturbed. The kit's wrappers reach it as they reach any host. A call with a wrong interface version ends
+// the test program with a message, unless the test passes such versions itself.
 //
 // One at a time, and at most one in a process where the wrappers are called: they look their host functions up once.
 #pragma once
@@ -32,6 +33,8 @@ class TestHost : public sok::CallObserver {
   // Every call in order, refused ones too: "SX_LoadEData ot21 65534,0 12 -> 1". Frames handed out are "frame" or
   // "null".
   std::vector<std::string> calls;
+
+  bool any_version = false;
 
   // True for a call that the host refuses: it does nothing and answers 0 or null.
   std::function<bool(const sok::HostCall&)> refuse;

@@ -34,6 +34,8 @@ short Run([[maybe_unused]] const EREGION& region, short) {
   SX_FreeTGF(frame, kInterfaceVersion);
 #elif defined(FAULT_OPEN_EDIT)
   SX_StartSonkelEdit("edit", kInterfaceVersion);
+#elif defined(FAULT_CALL_VERSION)
+  SX_GetMaxLayers(0x0E000000);
 #elif defined(FAULT_HANG)
   for (;;) pause();
 #elif defined(FAULT_EXIT)

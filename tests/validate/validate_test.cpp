@@ -22,7 +22,7 @@ TEST_P(SoundExtension, PassesEveryCheck) {
   EXPECT_EQ(report["failed"], 0);
   std::set<std::string> kinds;
   for (const auto& check : report["checks"]) kinds.insert(check["check"]);
-  EXPECT_EQ(kinds.size(), 12u);
+  EXPECT_EQ(kinds.size(), 13u);
   EXPECT_GT(report["run"], 60);
 }
 INSTANTIATE_TEST_SUITE_P(Validate, SoundExtension, testing::Values(MEASURE_RESTS, MINIMAL, REPORT_AND_TIDY));
@@ -46,8 +46,11 @@ const FaultCase kFaultCases[] = {
     {"KEPT_FRAME", {"frames"}, "keeps 1 of the host's frames; one of them was loaded with (0 1 1 0 1)"},
     {"FREED_TWICE", {"frames"}, "frees a frame that it does not hold"},
     {"OPEN_EDIT", {"edits"}, "opens 1 edits and closes 0"},
-    {"HANG", {"edits", "frames"}, "longer than it may", "--rounds 0 --timeout 3"},
-    {"EXIT", {"edits", "frames"}, "ended the process"},
+    {"CALL_VERSION",
+     {"call-versions"},
+     "calls SX_GetMaxLayers with the interface version 0xE000000 instead of 0x19300000"},
+    {"HANG", {"call-versions", "edits", "frames"}, "longer than it may", "--rounds 0 --timeout 3"},
+    {"EXIT", {"call-versions", "edits", "frames"}, "ended the process"},
     {"MISSING", {"failing", "missing"}, "the process that ran the extension"},
     {"REFUSED", {"failing", "missing"}, "keeps 1 of the host's frames"},
     {"RANDOM", {"random"}, "the process that ran the extension", "--rounds 100 --seed 5"},

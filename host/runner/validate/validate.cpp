@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <nlohmann/json.hpp>
+#include <span>
 
 #include "host/runner/run/batch.h"
 #include "host/runner/validate/validate_checks.h"
@@ -15,6 +16,7 @@ namespace {
 constexpr CheckKind kCommandKinds[] = {
     {"frames", "every frame of the host is freed once"},
     {"edits", "edits and mass edits are closed"},
+    {"call-versions", "every call of the host carries the interface version"},
     {"missing", "hosts that lack an entry point, each in turn"},
     {"failing", "hosts that refuse a call, each in turn"},
     {"random", "hosts that answer at random"},
@@ -30,9 +32,17 @@ std::string EditFault(CheckHost& host, int command) {
   return host.watch.EditFault();
 }
 
+std::string VersionFault(CheckHost& host, int command) {
+  host.RunCommand(command);
+  return host.watch.VersionFault();
+}
+
 std::string AnyFault(CheckHost& host, int command) {
-  const std::string frames = FrameFault(host, command);
-  return frames.empty() ? host.watch.EditFault() : frames;
+  host.RunCommand(command);
+  for (std::string fault : {host.watch.FrameFault(), host.watch.EditFault(), host.watch.VersionFault()}) {
+    if (!fault.empty()) return fault;
+  }
+  return {};
 }
 
 struct Check {
@@ -92,13 +102,15 @@ class Validation {
     for (int command = 0; command < commands; ++command) {
       plan.push_back(Planned("frames", command, "", {}, FrameFault));
       plan.push_back(Planned("edits", command, "", {}, EditFault));
+      plan.push_back(Planned("call-versions", command, "", {}, VersionFault));
     }
     const std::vector<Answer> answers = RunAll(plan);
+    const std::size_t each = commands > 0 ? answers.size() / static_cast<std::size_t>(commands) : 0;
     plan.clear();
     std::vector<int> sound;
     for (int command = 0; command < commands; ++command) {
-      const Answer* const own = &answers[2 * static_cast<std::size_t>(command)];
-      if (!own[0].failure.empty() || !own[1].failure.empty()) continue;
+      const std::span own = std::span(answers).subspan(each * static_cast<std::size_t>(command), each);
+      if (!std::ranges::all_of(own, &std::string::empty, &Answer::failure)) continue;
       sound.push_back(command);
       PlanFaults(command, own[0], plan);
     }

@@ -155,6 +155,7 @@ void CheckNoSelection(CheckHost& host) {
       Expect(host.watch.calls().size() == calls + 1, where + "does more than show the alert");
       const std::string& alert = host.session.alerts[0];
       Expect(!alert.empty() && !IsResourceNumber(alert), where + "shows the alert " + Quoted(alert));
+      Expect(host.watch.VersionFault().empty(), where + host.watch.VersionFault());
     }
   }
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <sstream>
 #include <string_view>
 #include <type_traits>
 #include <unordered_map>
@@ -44,6 +45,13 @@ bool AnswersSuccess(std::string_view name) {
          StartsEdit(name);
 }
 
+std::string VersionText(const HostCall& call) {
+  std::ostringstream text;
+  text << "calls " << call.name << " with the interface version 0x" << std::hex << std::uppercase << call.version
+       << " instead of 0x" << kInterfaceVersion;
+  return text.str();
+}
+
 }  // namespace
 
 HostWatch::HostWatch(const HostFault& fault) : fault_(fault), random_(fault.seed.value_or(0)) {
@@ -58,6 +66,7 @@ bool HostWatch::Before(HostCall& call) {
   if (name == "SX_FreeTGF" && frames_.erase(call.frame) == 0 && bad_free_.empty()) {
     bad_free_ = call.frame == nullptr ? "frees a null frame" : "frees a frame that it does not hold";
   }
+  if (bad_version_.empty() && !HasKnownVersion(call)) bad_version_ = VersionText(call);
   if (EndsEdit(name)) ++edits_.closed;
   if (name == "SX_EndMassEdit") ++mass_edits_.closed;
   capacity_ = call.size != nullptr ? *call.size : 0;

@@ -33,6 +33,8 @@ class HostWatch : public CallObserver {
   // refuses counts as made: an extension can do no more.
   std::string FrameFault() const;
   std::string EditFault() const;
+  // The first call with a wrong interface version, at any time.
+  const std::string& VersionFault() const { return bad_version_; }
 
  private:
   // Opened for certain, opened or refused, and closed.
@@ -53,6 +55,7 @@ class HostWatch : public CallObserver {
   std::vector<std::string> calls_;
   std::map<const EXTGF2005a*, std::string> frames_;  // handed out and not yet freed, with what they were asked for
   std::string bad_free_;
+  std::string bad_version_;
   Edits edits_, mass_edits_;
   int capacity_ = 0;  // of the buffer of the load that is going on
 };
