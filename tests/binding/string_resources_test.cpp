@@ -120,13 +120,13 @@ TEST(StringResources, OutsideOfABundleThereIsNoText) {
 }
 
 TEST(StringResources, PascalStringsKeepTheirTail) {
-  unsigned char pascal[256];
-  std::memset(pascal, 0xAA, sizeof pascal);
-  c2p(pascal, "abc");
-  EXPECT_EQ(std::memcmp(pascal, "\3abc\xAA", 5), 0);
-  c2p(pascal, std::string(300, 'y').c_str());
-  EXPECT_EQ(pascal[0], 255);
-  EXPECT_EQ(pascal[255], 'y');
+  unsigned char counted[256];
+  std::memset(counted, 0xAA, sizeof counted);
+  c2p(counted, "abc");
+  EXPECT_EQ(std::memcmp(counted, "\3abc\xAA", 5), 0);
+  c2p(counted, std::string(300, 'y').c_str());
+  EXPECT_EQ(counted[0], 255);
+  EXPECT_EQ(counted[255], 'y');
   char menu[] = "menu";
   EXPECT_EQ(MakeGoodMenuString(menu), menu);
 }

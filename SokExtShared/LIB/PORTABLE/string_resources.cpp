@@ -101,15 +101,15 @@ unsigned short* PlugIn_GetStringResource(int number, unsigned short* buffer, sho
 char* PlugIn_GetStringResource(int number, char* buffer, short capacity) {
   if (capacity <= 0) return nullptr;
   buffer[0] = 0;
-  unsigned char pascal[256] = {};
+  unsigned char counted[256] = {};
   if (const CFStringRef text = CopyPlugInStringResource(number)) {
-    CFStringGetPascalString(text, pascal, sizeof pascal, GetApplicationTextEncoding());
+    CFStringGetPascalString(text, counted, sizeof counted, GetApplicationTextEncoding());
     CFRelease(text);
   }
-  const size_t length = pascal[0];
-  std::memmove(pascal, pascal + 1, length);
-  pascal[length] = 0;
-  std::strncpy(buffer, reinterpret_cast<const char*>(pascal), static_cast<size_t>(capacity));
+  const size_t length = counted[0];
+  std::memmove(counted, counted + 1, length);
+  counted[length] = 0;
+  std::strncpy(buffer, reinterpret_cast<const char*>(counted), static_cast<size_t>(capacity));
   buffer[capacity - 1] = 0;
   return buffer;
 }
@@ -130,10 +130,10 @@ unsigned short* GetResourceCString_UTF16(unsigned long id) {
   return PlugIn_GetStringResource(NumberOfId(id), buffer, kStaticCapacity);
 }
 
-void c2p(unsigned char (&pascal)[256], const char* text) {
+void c2p(unsigned char (&counted)[256], const char* text) {
   const size_t length = std::min<size_t>(std::strlen(text), 255);
-  pascal[0] = static_cast<unsigned char>(length);
-  std::memcpy(pascal + 1, text, length);
+  counted[0] = static_cast<unsigned char>(length);
+  std::memcpy(counted + 1, text, length);
 }
 
 char* MakeGoodMenuString(char* text) { return text; }

@@ -29,7 +29,7 @@ char* GetResourceCString(unsigned long id);
 unsigned short* GetResourceCString_UTF16(unsigned long id);
 
 // Makes a Pascal string: a length byte, then the text, cut to 255 bytes. Bytes behind the text are left alone.
-void c2p(unsigned char (&pascal)[256], const char* text);
+void c2p(unsigned char (&counted)[256], const char* text);
 
 // Menu strings need no rework on this platform: returns its argument.
 char* MakeGoodMenuString(char* text);

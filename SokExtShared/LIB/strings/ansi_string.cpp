@@ -117,9 +117,9 @@ int StrToIntDef(AnsiString text, int otherwise) {
 
 AnsiString IntToStr(long number) { return AnsiString(number).SetLength(18); }
 
-AnsiString p2ansi(const unsigned char* pascal) {
+AnsiString p2ansi(const unsigned char* counted) {
   char text[256] = {};
-  std::memcpy(text, pascal + 1, pascal[0]);
+  std::memcpy(text, counted + 1, counted[0]);
   return text;
 }
 

@@ -100,7 +100,7 @@ int StrToIntDef(AnsiString text, int otherwise);
 AnsiString IntToStr(long number);
 
 // The text of a Pascal string (a length byte, then the text), up to a zero byte inside.
-AnsiString p2ansi(const unsigned char* pascal);
+AnsiString p2ansi(const unsigned char* counted);
 
 }  // namespace _AStrings
 

@@ -20,4 +20,7 @@ int strnicmp(const char* left, const char* right, unsigned long count) {
   return 0;
 }
 
-void num2str(int number, char* text) { std::sprintf(text, "%d", number); }
+void num2str(int number, char* text) {
+  constexpr std::size_t kLongest = sizeof "-2147483648";
+  std::snprintf(text, kLongest, "%d", number);
+}
