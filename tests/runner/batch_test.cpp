@@ -52,15 +52,21 @@ TEST(SokrunBatch, OneJsonReportForAll) {
             json({{"files", 4}, {"changed", 2}, {"unchanged", 1}, {"failed", 1}, {"rests_in", 4}, {"rests_out", 0}}));
 }
 
-// What an extension does to its process is seen in the report of that file, and nowhere else.
+// What an extension does to its process, or to stdout, is seen in the report of that file, and nowhere else.
 TEST(SokrunBatch, ACrashStopsNoOtherFile) {
   const Folder folder;
-  folder.Write("in/a.xml", ScoreText({{"Flute", "nn"}}));
-  folder.Write("in/b.xml", ScoreText({{"Flute", "n"}}));
-  const Ended ended = Sokrun({"run", "0", folder / "in", "--check", "--plugin", TEST_EXTENSION});
-  EXPECT_EQ(ended.exit_code, 1);
-  EXPECT_NE(ended.err.find("a.xml: the process that ran the extension"), std::string::npos) << ended.err;
-  EXPECT_NE(ended.out.find("b.xml: Crash"), std::string::npos) << ended.out;
+  for (const char* const measures : {"nn", "n", "nnn"})
+    folder.Write(std::string("in/") + measures + ".xml", ScoreText({{"Flute", measures}}));
+  for (const std::string only : {"", "/nnn.xml"}) {
+    const Ended ended = Sokrun({"run", "0", folder / ("in" + only), "--check", "--plugin", TEST_EXTENSION, "--json",
+                                "--html", folder / "page.html"});
+    EXPECT_EQ(ended.exit_code, 1);
+    EXPECT_NE(ended.err.find("nnn.xml: the extension ended the process, with exit code 0"), std::string::npos);
+    const json report = json::parse(ended.out);
+    EXPECT_EQ(report["summary"]["failed"], only.empty() ? 2 : 1) << ended.out;
+    EXPECT_EQ(report["summary"]["unchanged"], only.empty() ? 1 : 0) << ended.out;
+    EXPECT_NE(folder.Read("page.html").find("ended the process"), std::string::npos);
+  }
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 // An extension whose commands do what hosts should survive and report.
+#include <cstdio>
 #include <cstdlib>
 
 #include "SokExtShared/SokEDK/Source/extension/extension.h"
@@ -8,9 +9,10 @@
 namespace {
 
 short Crash(const EREGION& region, short) {
-  // Only where the score has a second measure, so that other files of a batch go on.
-  if (region.end.measure > 1) std::abort();
-  return 0;
+  std::puts("noise");
+  if (region.end.measure == 2) std::abort();
+  if (region.end.measure == 3) std::exit(0);
+  return 0;  // so that other files of a batch go on
 }
 
 short LeakAndTalk(const EREGION& region, short) {

@@ -3,6 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
+#include <cstdio>
 #include <cstdlib>
 
 #include "SokExtShared/SokEDK.h"
@@ -21,6 +23,12 @@
 
 namespace {
 
+#if defined(FAULT_SLOW_START)
+__attribute__((constructor)) void Start() {
+  for (;;) pause();
+}
+#endif
+
 [[maybe_unused]] EXTGF2005a* FirstFrame(const EREGION& region) {
   return SX_LoadTGF(region.start.stafflist, region.start.slot, region.start.measure, 0, 1, kInterfaceVersion);
 }
@@ -36,8 +44,13 @@ short Run([[maybe_unused]] const EREGION& region, short) {
   SX_StartSonkelEdit("edit", kInterfaceVersion);
 #elif defined(FAULT_CALL_VERSION)
   SX_GetMaxLayers(0x0E000000);
-#elif defined(FAULT_HANG)
-  for (;;) pause();
+#elif defined(FAULT_HANG)  // as stubbornly as a process can, and noisily, and not alone
+  sigset_t all;
+  sigfillset(&all);
+  sigprocmask(SIG_BLOCK, &all, nullptr);
+  std::puts("{}");
+  fork();
+  for (;;) raise(SIGSTOP);
 #elif defined(FAULT_EXIT)
   _exit(0);
 #elif defined(FAULT_MISSING)  // a host without SX_GetPartName_UTF16 answers null

@@ -50,6 +50,7 @@ const FaultCase kFaultCases[] = {
      {"call-versions"},
      "calls SX_GetMaxLayers with the interface version 0xE000000 instead of 0x19300000"},
     {"HANG", {"call-versions", "edits", "frames"}, "longer than it may", "--rounds 0 --timeout 3"},
+    {"SLOW_START", {"symbols"}, "longer than it may", "--timeout 1"},
     {"EXIT", {"call-versions", "edits", "frames"}, "ended the process"},
     {"MISSING", {"failing", "missing"}, "the process that ran the extension"},
     {"REFUSED", {"failing", "missing"}, "keeps 1 of the host's frames"},

@@ -10,6 +10,7 @@
 #include <iostream>
 #include <map>
 #include <memory>
+#include <optional>
 #include <thread>
 
 #include "host/runner/commands/commands.h"
@@ -195,19 +196,16 @@ int RunFiles(const RunOptions& options) {
   CheckPage(options, inputs, outputs);
   MakeOutputFolders(options, outputs);
   Collector collector(options, options.dry_run || outputs.front() == kStream);
-  if (inputs.size() == 1) {
-    collector.Add(RunOnFile(options, inputs[0], outputs[0]));
-    return collector.Finish();
-  }
-  Progress progress(inputs.size(), isatty(STDERR_FILENO) != 0 && !options.quiet);
-  RunInProcesses(inputs.size(), options.jobs,
-                 {[&](std::size_t i) { return RunOnFile(options, inputs[i], outputs[i]).Serialize(); },
-                  [&](std::size_t i, const std::string& answer, const std::string& failure) {
-                    progress.Clear();
-                    collector.Add(failure.empty()
-                                      ? FileResult::Deserialize(answer)
-                                      : Failure(options, inputs[i], kExitBadInput, inputs[i].path + ": " + failure));
-                  },
+  Progress progress(inputs.size(), inputs.size() > 1 && isatty(STDERR_FILENO) != 0 && !options.quiet);
+  const auto done = [&](std::size_t i, const std::string& answer, std::string failure) {
+    std::optional<FileResult> result = failure.empty() ? FileResult::Deserialize(answer) : std::nullopt;
+    if (failure.empty()) failure = "the process that ran the extension gave an answer that makes no sense";
+    if (!result) result = Failure(options, inputs[i], kExitBadInput, DisplayName(inputs[i].path) + ": " + failure);
+    progress.Clear();
+    collector.Add(*result);
+  };
+  RunInProcesses(inputs.size(), {.jobs = options.jobs},
+                 {[&](std::size_t i) { return RunOnFile(options, inputs[i], outputs[i]).Serialize(); }, done,
                   [&](std::size_t ended) { progress.Show(ended); }});
   progress.Clear();
   return collector.Finish();

@@ -4,18 +4,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <mutex>
 #include <vector>
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
+#include "host/runner/run/cleanup.h"
 
 namespace sok {
 namespace {
@@ -26,30 +25,7 @@ namespace fs = std::filesystem;
   throw InputError((path == kStream ? "stdout" : path) + ": cannot be written: " + std::strerror(error));
 }
 
-// The temporary file that a signal has to remove. The flag is set last and cleared first.
-char pending_path[PATH_MAX];
-std::atomic<bool> pending{false};
-static_assert(std::atomic<bool>::is_always_lock_free);
-
-extern "C" void RemovePendingAndDie(int signal) {
-  RemoveUnfinishedFile();
-  std::signal(signal, SIG_DFL);
-  std::raise(signal);
-}
-
-void CatchSignals() {
-  static std::once_flag once;
-  std::call_once(once, [] {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGXFSZ, SIGXCPU}) {
-      struct sigaction current {};
-      sigaction(signal, nullptr, &current);
-      if (current.sa_handler != SIG_DFL) continue;  // ignored, as under nohup, or caught by somebody else
-      struct sigaction action {};
-      action.sa_handler = RemovePendingAndDie;
-      sigaction(signal, &action, nullptr);
-    }
-  });
-}
+int result_stream = STDOUT_FILENO;
 
 // A new file beside its target that goes away unless it is renamed to it.
 class TemporaryFile {
@@ -57,25 +33,22 @@ class TemporaryFile {
   explicit TemporaryFile(const std::string& target) : target_(target) {
     const fs::path path(target);
     std::string name = (path.parent_path() / ("." + path.filename().string() + ".XXXXXX")).string();
-    if (name.size() >= sizeof pending_path) Fail(target, ENAMETOOLONG);
-    CatchSignals();
+    if (name.size() >= PATH_MAX) Fail(target, ENAMETOOLONG);
+    CleanUpOnSignals();
     sigset_t all, before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);  // no signal between the file and the note of it
     file_ = mkostemp(name.data(), O_CLOEXEC);
     const int error = errno;
-    if (file_ >= 0) {
-      std::memcpy(pending_path, name.c_str(), name.size() + 1);
-      pending = true;
-    }
+    if (file_ >= 0) NoteUnfinishedFile(name.c_str());
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (file_ < 0) Fail(target, error);
+    name_ = std::move(name);
   }
 
   ~TemporaryFile() {
     if (file_ >= 0) close(file_);
-    if (pending) unlink(pending_path);
-    pending = false;
+    RemoveUnfinishedFile();
   }
 
   int file() const { return file_; }
@@ -83,12 +56,13 @@ class TemporaryFile {
   void Rename() {
     const int file = file_;
     file_ = -1;
-    if (close(file) != 0 || rename(pending_path, target_.c_str()) != 0) Fail(target_, errno);
-    pending = false;
+    if (close(file) != 0 || rename(name_.c_str(), target_.c_str()) != 0) Fail(target_, errno);
+    ForgetUnfinishedFile();
   }
 
  private:
   const std::string& target_;
+  std::string name_;
   int file_ = -1;
 };
 
@@ -107,7 +81,7 @@ void FlushFolder(const fs::path& folder) {
 }
 
 void WriteStraight(const std::string& path, std::string_view bytes) {
-  const int file = path == kStream ? STDOUT_FILENO : open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  const int file = path == kStream ? result_stream : open(path.c_str(), O_WRONLY | O_CLOEXEC);
   if (file < 0) Fail(path, errno);
   const int error = WriteAll(file, bytes) ? 0 : errno;
   const bool closed = path == kStream || close(file) == 0;
@@ -116,8 +90,9 @@ void WriteStraight(const std::string& path, std::string_view bytes) {
 
 }  // namespace
 
-void RemoveUnfinishedFile() {
-  if (pending) unlink(pending_path);
+void KeepStdoutForResults() {
+  result_stream = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
 bool WriteAll(int file, std::string_view bytes) {

@@ -17,8 +17,8 @@ void WriteFile(const std::string& path, std::string_view bytes);
 // is taken; that name. There is no backup where the file stays what it was.
 std::string WriteFileWithBackup(const std::string& path, std::string_view bytes);
 
-// Removes the temporary file of a write that is not done. May be called at any moment.
-void RemoveUnfinishedFile();
+// From now on stdout takes results alone: what anybody else writes to it, an extension for one, goes to stderr.
+void KeepStdoutForResults();
 
 // Writes all bytes to an open file; false, with errno set, when it cannot.
 bool WriteAll(int file, std::string_view bytes);

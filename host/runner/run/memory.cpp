@@ -9,6 +9,7 @@
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/output_file.h"
+#include "host/runner/run/cleanup.h"
 
 namespace sok {
 namespace {
@@ -17,7 +18,7 @@ bool in_worker = false;
 char work[PATH_MAX + 4] = "";  // with what stands behind it in a message
 
 [[noreturn]] void End() {
-  RemoveUnfinishedFile();
+  CleanUp();
   if (in_worker) _exit(kOutOfMemoryStatus);
   for (const char* const text : {"sokrun: ", static_cast<const char*>(work), "not enough memory\n"}) {
     WriteAll(STDERR_FILENO, text);

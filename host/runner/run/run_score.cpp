@@ -16,6 +16,7 @@
 #include "host/runner/report/html_report.h"
 #include "host/runner/report/report.h"
 #include "host/runner/report/text.h"
+#include "host/runner/run/batch.h"
 #include "host/runner/run/bundle_session.h"
 #include "host/runner/run/trace.h"
 
@@ -168,6 +169,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   SetLayerPreferences(score->document(), options);
   const RecordStore records = score->document().records;
   report.title = Invoke(options, *score, invocations, report);
+  EndCopies();
   report.changes = score->Changes();
   report.records = FindRecordChanges(records, *score, report.changes);
   for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
@@ -208,9 +210,12 @@ std::string FileResult::Serialize() const {
   return bytes;
 }
 
-FileResult FileResult::Deserialize(const std::string& bytes) {
+std::optional<FileResult> FileResult::Deserialize(const std::string& bytes) try {
   const nlohmann::json all = nlohmann::json::from_msgpack(bytes);
-  return {all[0], all[1], all[2], all[3], all[4], all[5], all[6], all[7]};
+  if (all.size() != 8) return std::nullopt;
+  return FileResult{all.at(0), all.at(1), all.at(2), all.at(3), all.at(4), all.at(5), all.at(6), all.at(7)};
+} catch (const nlohmann::json::exception&) {
+  return std::nullopt;
 }
 
 FileResult Failure(const RunOptions& options, const Input& input, int exit_code, const std::string& message) {
@@ -230,6 +235,9 @@ FileResult RunOnFile(const RunOptions& options, const Input& input, const std::s
     return Failure(options, input, kExitUsage, error.what());
   } catch (const std::exception& error) {
     return Failure(options, input, kExitBadInput, error.what());
+  } catch (...) {
+    return Failure(options, input, kExitBadInput,
+                   DisplayName(input.path) + ": the extension throws something that is no exception");
   }
 }
 

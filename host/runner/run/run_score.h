@@ -1,6 +1,7 @@
 // One score through the extension: read, invoked, explained, written.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/runner/commands/options.h"
@@ -20,7 +21,7 @@ struct FileResult {
   std::string html;  // a section of the page
 
   std::string Serialize() const;
-  static FileResult Deserialize(const std::string& bytes);
+  static std::optional<FileResult> Deserialize(const std::string& bytes);  // nothing where that makes no sense
 };
 
 // Runs one file and writes its result to `output` (nowhere when empty). Nothing is thrown: failures are results, too.

@@ -1,7 +1,5 @@
 #include "host/runner/validate/validate.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <functional>
 #include <nlohmann/json.hpp>
@@ -60,6 +58,13 @@ struct Answer {
 
   NLOHMANN_DEFINE_TYPE_INTRUSIVE(Answer, failure, commands, calls)
 };
+
+// An answer that came from a process which a foreign extension had for itself.
+Answer Understood(const std::string& text) try {
+  return nlohmann::json::parse(text).get<Answer>();
+} catch (const nlohmann::json::exception&) {
+  return {"the process that ran the extension gave an answer that makes no sense", 0, {}};
+}
 
 class Validation {
  public:
@@ -148,8 +153,6 @@ class Validation {
   }
 
   std::string Perform(const Check& check) const {
-    dup2(STDERR_FILENO, STDOUT_FILENO);  // results alone go to stdout
-    alarm(static_cast<unsigned int>(options_.seconds));
     Answer answer;
     try {
       CheckHost host(options_.plugin, score_, check.fault);
@@ -158,7 +161,10 @@ class Validation {
       answer.calls = host.watch.calls();
     } catch (const std::exception& error) {
       answer.failure = error.what();
+    } catch (...) {
+      answer.failure = "throws something that is no exception";
     }
+    EndCopies();
     return nlohmann::json(answer).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
   }
 
@@ -166,18 +172,12 @@ class Validation {
   std::vector<Answer> RunAll(const std::vector<Check>& checks) {
     std::vector<Answer> answers(checks.size());
     const auto done = [&](std::size_t i, const std::string& text, const std::string& failure) {
-      if (!failure.empty()) {
-        answers[i].failure = failure;
-      } else if (text.empty()) {
-        answers[i].failure = "the extension ended the process";
-      } else {
-        answers[i] = nlohmann::json::parse(text).get<Answer>();
-      }
+      answers[i] = failure.empty() ? Understood(text) : Answer{failure, 0, {}};
       if (!Wanted(checks[i].kind) && answers[i].failure.empty()) return;
       results_.push_back({checks[i].kind, checks[i].name, answers[i].failure});
     };
     const auto work = [&](std::size_t i) { return Perform(checks[i]); };
-    RunInProcesses(checks.size(), options_.jobs, {work, done, [](std::size_t) {}});
+    RunInProcesses(checks.size(), {options_.jobs, options_.seconds}, {work, done});
     return answers;
   }
 
