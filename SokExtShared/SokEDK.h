@@ -41,5 +41,4 @@
 #include "SokExtShared/SokEDK/Source/sonkelpdk/frame_access.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_mapping.h"
-#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"

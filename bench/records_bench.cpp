@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
-#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_mapping.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 #include "host/engine/session.h"
 #include "tests/support/bundles.h"

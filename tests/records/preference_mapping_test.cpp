@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "SokExtShared/LIB/records/record_calls.h"
-#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 #include "tests/support/test_host.h"
 
@@ -109,8 +108,8 @@ TEST(PreferenceTables, SaveTheRecordOfAChangedFieldAlone) {
       std::array<unsigned char, 108> structure{};
       LoadStructure(table.tag, structure.data());
       unsigned char* const field = &structure[static_cast<size_t>(row.fieldOffset)];
-      field[0] ^= row.conversion == kNot ? 1 : 0x81;
-      if (row.conversion <= kHighWordFirst) field[row.fieldSize - 1] ^= 0xC0;
+      field[0] ^= row.conversion == PrefConversion::kNot ? 1 : 0x81;
+      if (row.conversion <= PrefConversion::kHighWordFirst) field[row.fieldSize - 1] ^= 0xC0;
       host.calls.clear();
       EXPECT_EQ(SaveStructure(table.tag, structure.data(), 108), 1);
       EXPECT_EQ(host.CallsWith("SX_SaveEData"), std::vector{"SX_SaveEData ot" + std::string(row.recordChars, 2) + " " +

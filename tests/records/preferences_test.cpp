@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "SokExtShared/LIB/records/typed_records.h"
-#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_mapping.h"
 #include "host/musicxml/score.h"
 #include "tests/support/test_host.h"
 

@@ -1,9 +1,12 @@
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_mapping.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <iterator>
+#include <type_traits>
+#include <utility>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
@@ -54,11 +57,10 @@ constexpr ArrayMapping kArrayMappings[] = {
 // clang-format on
 
 // Host calls for one per-field record.
-FieldRecord LoadRecord(unsigned int tag, const EDataID& id) {
-  FieldRecord record{};
+void LoadRecord(unsigned int tag, const EDataID& id, void* record) {
+  std::memset(record, 0, kRecordSize);
   int size = kRecordSize;
-  SX_LoadEData(tag, &id, &record, &size, kInterfaceVersion);
-  return record;
+  SX_LoadEData(tag, &id, record, &size, kInterfaceVersion);
 }
 
 void SaveRecord(unsigned int tag, const EDataID& id, const void* record) {
@@ -72,116 +74,163 @@ EDataID RecordKey(unsigned short cmper, short subIndex) {
   return id;
 }
 
-unsigned int RecordTag(const PrefMapRow& row) {
-  return FourCharacterTag({'o', 't', row.recordChars[0], row.recordChars[1], '\0'});
+// Of a 32-bit field, in the order of its row's conversion: 0 where the conversion is not one of two words.
+template <PrefMapRow kRow>
+unsigned int LongValue(const FieldRecord& record) {
+  const unsigned int first = record.words[kRow.wordIndex];
+  const unsigned int second = record.words[kRow.wordIndex + 1];
+  if constexpr (kRow.conversion == PrefConversion::kHighWordFirst) return first << 16 | second;
+  if constexpr (kRow.conversion == PrefConversion::kLowWordFirst) return second << 16 | first;
+  return 0;
 }
 
-unsigned int LongValue(const PrefMapRow& row, const FieldRecord& record) {
-  const unsigned int first = record.words[row.wordIndex];
-  const unsigned int second = record.words[row.wordIndex + 1];
-  switch (row.conversion) {
-    case kHighWordFirst:
-      return first << 16 | second;
-    case kLowWordFirst:
-      return second << 16 | first;
-    default:
-      return 0;
-  }
+// The type of a field in the structure, which may stand at any byte.
+template <PrefMapRow kRow>
+using FieldOf = std::conditional_t<kRow.fieldSize == 4, unsigned int, unsigned short>;
+
+template <PrefMapRow kRow>
+FieldOf<kRow> FieldValue(const FieldRecord& record) {
+  if constexpr (kRow.fieldSize == 4) return LongValue<kRow>(record);
+  const unsigned short word = record.words[kRow.wordIndex];
+  if constexpr (kRow.conversion == PrefConversion::kNot) return word == 0;
+  if constexpr (kRow.conversion == PrefConversion::kLowByte) return word & 0xFF;
+  return word;
 }
 
-unsigned short WordValue(const PrefMapRow& row, const FieldRecord& record) {
-  const unsigned short word = record.words[row.wordIndex];
-  switch (row.conversion) {
-    case kNot:
-      return word == 0;
-    case kLowByte:
-      return word & 0xFF;
-    default:
-      return word;
-  }
+template <PrefMapRow kRow>
+void LoadField(const FieldRecord& record, unsigned char* structure) {
+  const FieldOf<kRow> value = FieldValue<kRow>(record);
+  std::memcpy(structure + kRow.fieldOffset, &value, sizeof value);
 }
 
-void LoadField(const PrefMapRow& row, const FieldRecord& record, unsigned char* structure) {
-  unsigned char* const field = structure + row.fieldOffset;
-  if (row.fieldSize == 4) {
-    const unsigned int value = LongValue(row, record);
-    std::memcpy(field, &value, sizeof value);
-  } else {
-    const unsigned short value = WordValue(row, record);
-    std::memcpy(field, &value, sizeof value);
-  }
-}
-
-bool SaveLong(const PrefMapRow& row, unsigned int value, FieldRecord& record) {
-  if (value == LongValue(row, record)) return false;
-  const auto high = static_cast<unsigned short>(value >> 16);
-  const auto low = static_cast<unsigned short>(value);
-  unsigned short* const words = record.words + row.wordIndex;
-  if (row.conversion == kHighWordFirst) {
-    words[0] = high;
-    words[1] = low;
-  } else if (row.conversion == kLowWordFirst) {
-    words[0] = low;
-    words[1] = high;
-  }
+// Both put a field's value into its record and return whether that changed the record.
+template <PrefMapRow kRow>
+bool SaveLong(unsigned int value, FieldRecord& record) {
+  if (value == LongValue<kRow>(record)) return false;
+  constexpr bool kHighFirst = kRow.conversion == PrefConversion::kHighWordFirst;
+  record.words[kRow.wordIndex + (kHighFirst ? 0 : 1)] = static_cast<unsigned short>(value >> 16);
+  record.words[kRow.wordIndex + (kHighFirst ? 1 : 0)] = static_cast<unsigned short>(value);
   return true;
 }
 
-bool SaveWord(const PrefMapRow& row, unsigned short value, FieldRecord& record) {
-  if (row.conversion == kNot) value = value == 0;
-  if (row.conversion == kLowByte) value = static_cast<unsigned short>(static_cast<signed char>(value));
-  unsigned short& word = record.words[row.wordIndex];
+template <PrefMapRow kRow>
+bool SaveWord(unsigned short value, FieldRecord& record) {
+  if constexpr (kRow.conversion == PrefConversion::kNot) value = value == 0;
+  if constexpr (kRow.conversion == PrefConversion::kLowByte) {
+    value = static_cast<unsigned short>(static_cast<signed char>(value));
+  }
+  unsigned short& word = record.words[kRow.wordIndex];
   if (value == word) return false;
   word = value;
   return true;
 }
 
-// Puts a field into its record; returns whether that changed the record.
-bool SaveField(const PrefMapRow& row, FieldRecord& record, const unsigned char* structure) {
-  const unsigned char* const field = structure + row.fieldOffset;
-  if (row.fieldSize == 4) {
-    unsigned int value;
-    std::memcpy(&value, field, sizeof value);
-    return SaveLong(row, value, record);
+template <PrefMapRow kRow>
+bool SaveField(FieldRecord& record, const unsigned char* structure) {
+  FieldOf<kRow> value;
+  std::memcpy(&value, structure + kRow.fieldOffset, sizeof value);
+  if constexpr (kRow.fieldSize == 4) {
+    return SaveLong<kRow>(value, record);
+  } else {
+    return SaveWord<kRow>(value, record);
   }
-  unsigned short value;
-  std::memcpy(&value, field, sizeof value);
-  return SaveWord(row, value, record);
 }
 
-// Loads every record of a table once, in the order of its first row, and gives it to `use(row, record)` for each of
-// its rows. Records of which some use changed a word are saved.
-template <typename Use>
-void ForEachField(const PreferenceTable& table, Use use) {
-  for (PrefMapRow& row : table.rows) row.done = 0;
-  for (auto place = table.by_record.begin(); place != table.by_record.end();) {
-    const unsigned int tag = RecordTag(*place->row);
-    const EDataID id = RecordKey(place->row->cmper, place->row->subIndex);
-    FieldRecord record = LoadRecord(tag, id);
-    bool changed = false;
-    for (const auto record_end = place + place->of_record; place != record_end; ++place) {
-      changed |= use(*place->row, record);
-      place->row->done = 1;
+// The rows of a table by record, records in the order of their first rows.
+template <const auto& kRows>
+struct RowsByRecord {
+  static constexpr std::size_t kRecords = MeasuresOf(kRows).records;
+
+  std::array<std::size_t, kRows.size()> rows{};  // indexes into the table
+  std::array<std::size_t, kRecords + 1>
+      starts{};  // where each record's begin in `rows`; at the end, how many there are
+
+  static constexpr RowsByRecord Make() {
+    RowsByRecord made;
+    std::size_t filled = 0;
+    std::size_t record = 0;
+    for (std::size_t first = 0; first < kRows.size(); ++first) {
+      if (!FirstOfRecord(kRows, first)) continue;
+      for (std::size_t i = first; i < kRows.size(); ++i) {
+        if (kRows[i].SameRecord(kRows[first])) made.rows[filled++] = i;
+      }
+      made.starts[++record] = filled;
     }
-    if (changed) SaveRecord(tag, id, &record);
+    return made;
   }
+};
+
+template <const auto& kRows>
+constexpr RowsByRecord<kRows> kByRecord = RowsByRecord<kRows>::Make();
+
+// Calls `use.operator()<row>()` for every row of a table's record.
+template <const auto& kRows, std::size_t kRecord, typename Use>
+void ForEachRow(Use use) {
+  constexpr std::size_t kStart = kByRecord<kRows>.starts[kRecord];
+  constexpr std::size_t kCount = kByRecord<kRows>.starts[kRecord + 1] - kStart;
+  [&]<std::size_t... kIndex>(std::index_sequence<kIndex...>) {
+    (use.template operator()<kRows[kByRecord<kRows>.rows[kStart + kIndex]]>(), ...);
+  }
+  (std::make_index_sequence<kCount>());
+}
+
+// A record of a table on its way from or to the host.
+template <const auto& kRows, std::size_t kRecord>
+struct TravellingRecord {
+  static constexpr PrefMapRow kFirst = kRows[kByRecord<kRows>.rows[kByRecord<kRows>.starts[kRecord]]];
+  static constexpr unsigned int kTag = FourCharacterTag({'o', 't', kFirst.recordChars[0], kFirst.recordChars[1], '\0'});
+
+  const EDataID key = RecordKey(kFirst.cmper, kFirst.subIndex);
+  FieldRecord record;
+
+  TravellingRecord() { LoadRecord(kTag, key, &record); }
+
+  void LoadInto(unsigned char* structure) const {
+    ForEachRow<kRows, kRecord>([&]<PrefMapRow kRow>() { LoadField<kRow>(record, structure); });
+  }
+
+  void SaveFrom(const unsigned char* structure) {
+    bool changed = false;
+    ForEachRow<kRows, kRecord>([&]<PrefMapRow kRow>() { changed |= SaveField<kRow>(record, structure); });
+    if (changed) SaveRecord(kTag, key, &record);
+  }
+};
+
+template <const auto& kRows>
+void LoadStructure(unsigned char* structure) {
+  [&]<std::size_t... kRecord>(std::index_sequence<kRecord...>) {
+    (TravellingRecord<kRows, kRecord>().LoadInto(structure), ...);
+  }
+  (std::make_index_sequence<RowsByRecord<kRows>::kRecords>());
+}
+
+// Saves the records in which a word changes, each right after it was loaded.
+template <const auto& kRows>
+void SaveStructure(const unsigned char* structure) {
+  [&]<std::size_t... kRecord>(std::index_sequence<kRecord...>) {
+    (TravellingRecord<kRows, kRecord>().SaveFrom(structure), ...);
+  }
+  (std::make_index_sequence<RowsByRecord<kRows>::kRecords>());
+}
+
+// The measures stand beside the table's name so that a row that was lost or mistyped does not compile.
+template <const auto& kRows, PrefTableMeasures kMeasures>
+constexpr PreferenceTable Table(const char (&tag)[5]) {
+  static_assert(MeasuresOf(kRows) == kMeasures);
+  static_assert(Disjoint(kRows));
+  return {FourCharacterTag(tag), kRows, kMeasures.size, &LoadStructure<kRows>, &SaveStructure<kRows>};
 }
 
 short LoadTable(const PreferenceTable& table, void* buffer, int* size) {
   if (size == nullptr) return 0;
   *size = table.size;
-  if (buffer == nullptr) return 1;
-  ForEachField(table, [structure = static_cast<unsigned char*>(buffer)](const PrefMapRow& row, FieldRecord& record) {
-    LoadField(row, record, structure);
-    return false;
-  });
+  if (buffer != nullptr) table.load(static_cast<unsigned char*>(buffer));
   return 1;
 }
 
 short SaveTable(const PreferenceTable& table, const void* buffer, int size) {
   if (buffer == nullptr || size < static_cast<int>(table.rows.size()) * 2) return 0;
-  ForEachField(table, [structure = static_cast<const unsigned char*>(buffer)](
-                          const PrefMapRow& row, FieldRecord& record) { return SaveField(row, record, structure); });
+  table.save(static_cast<const unsigned char*>(buffer));
   return 1;
 }
 
@@ -200,8 +249,7 @@ short LoadArray(const RecordArray& array, void* buffer, int* size) {
   if (buffer != nullptr) {
     if (*size < array.Size()) return 0;
     for (int i = 0; i < array.count; ++i) {
-      const FieldRecord record = LoadRecord(array.tag, array.Key(i));
-      std::memcpy(static_cast<unsigned char*>(buffer) + i * kRecordSize, &record, kRecordSize);
+      LoadRecord(array.tag, array.Key(i), static_cast<unsigned char*>(buffer) + i * kRecordSize);
     }
   }
   *size = array.Size();
@@ -242,6 +290,20 @@ bool Serve(unsigned int tag, const EDataID* id, short& result, ServeTable serve_
 }
 
 }  // namespace
+
+constinit const std::array<PreferenceTable, 10> kPreferenceTables = {
+    Table<EDTDistancePrefs_MAP_ARRAY, PrefTableMeasures{.rows = 36, .size = 76, .reach = 76, .records = 15}>("pfDP"),
+    Table<EDTSizePrefs_MAP_ARRAY, PrefTableMeasures{.rows = 23, .size = 54, .reach = 54, .records = 15}>("pfSI"),
+    Table<EDTMiscDocPrefs_MAP_ARRAY, PrefTableMeasures{.rows = 49, .size = 104, .reach = 104, .records = 23}>("pfMS"),
+    Table<EDTRepeatPrefs_MAP_ARRAY, PrefTableMeasures{.rows = 20, .size = 40, .reach = 40, .records = 5}>("pfRP"),
+    Table<EDTPianoBracePrefs_MAP_ARRAY, PrefTableMeasures{.rows = 11, .size = 44, .reach = 44, .records = 5}>("pfPB"),
+    Table<EDTSmartShapePrefs_MAP_ARRAY, PrefTableMeasures{.rows = 43, .size = 96, .reach = 108, .records = 12}>("pfSS"),
+    Table<EDTPlaybackPrefs_MAP_ARRAY, PrefTableMeasures{.rows = 7, .size = 14, .reach = 14, .records = 4}>("pfPL"),
+    Table<EDTExtractPrefs_MAP_ARRAY, PrefTableMeasures{.rows = 25, .size = 50, .reach = 50, .records = 5}>("pfEX"),
+    Table<EDTPageFormatPrefsScore_MAP_ARRAY, PrefTableMeasures{.rows = 22, .size = 48, .reach = 48, .records = 9}>(
+        "pfPF"),
+    Table<EDT2005Prefs_MAP_ARRAY, PrefTableMeasures{.rows = 11, .size = 22, .reach = 22, .records = 9}>("pf05"),
+};
 
 bool mapPrefTag(unsigned int tag, short instance, unsigned int* mappedTag, short* count, short* firstSubIndex) {
   *mappedTag = 0;

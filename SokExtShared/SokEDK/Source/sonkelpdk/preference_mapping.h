@@ -2,11 +2,22 @@
 //
 // Per-field records are loaded and saved with SX_LoadEData and SX_SaveEData, 12 bytes each and with the interface
 // version, and what the host answers to them is not looked at. A record that cannot be loaded reads as zeros, so its
-// fields receive 0 (a negated flag: 1). A structure saves only the records in which a word changes. The tables' scratch
-// flags are shared: one call at a time. For record_access.cpp.
+// fields receive 0 (a negated flag: 1). A structure saves only the records in which a word changes. For
+// record_access.cpp.
 #pragma once
 
+#include <array>
+#include <span>
+
 #include "SokExtShared/SokEDK/Source/host_types.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
+
+// The tag of four characters, the first in the highest byte.
+constexpr unsigned int FourCharacterTag(const char (&text)[5]) {
+  unsigned int tag = 0;
+  for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<unsigned char>(text[i]);
+  return tag;
+}
 
 // Whether a tag begins with 'pf'.
 constexpr bool IsPreferenceTag(unsigned int tag) { return tag >> 16 == 0x7066; }
@@ -25,3 +36,15 @@ bool SavePreference(unsigned int tag, const EDataID* id, const void* buffer, int
 // subIndex `firstSubIndex` and on. False when the instance is out of the tag's range; true with a `mappedTag` of 0 for
 // a tag that is no such array. Outputs not filled in are 0.
 bool mapPrefTag(unsigned int tag, short instance, unsigned int* mappedTag, short* count, short* firstSubIndex);
+
+// A preference structure: the tag it is asked for by, its table, and what the table's code does.
+struct PreferenceTable {
+  unsigned int tag;
+  std::span<const PrefMapRow> rows;
+  int size;                                      // the size in bytes that a load reports
+  void (*load)(unsigned char* structure);        // fills every field
+  void (*save)(const unsigned char* structure);  // saves the records in which a word changes
+};
+
+// All ten.
+extern const std::array<PreferenceTable, 10> kPreferenceTables;
