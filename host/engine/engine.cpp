@@ -40,8 +40,9 @@ EXTGF2005a* Engine::LoadFrame(unsigned short list, short slot, short measure, sh
   const Document& document = *session_->document;
   const FramePlace place = {document.SlotToInst(slot, list), measure, layer};
   if (!document.Exists(place)) return nullptr;
-  auto* const frame = new EXTGF2005a{
-      {Word(place.instrument), Word(measure), Word(layer), list, Word(slot), Word(option)}, 0, nullptr, 0, nullptr, 0};
+  auto* const frame = new EXTGF2005a{};
+  const unsigned short key[] = {Word(place.instrument), Word(measure), Word(layer), list, Word(slot), Word(option)};
+  std::copy(std::begin(key), std::end(key), frame->key);
   if (const short count = document.EntryCount(place); count > 0) {
     frame->entries = new EXENTRY[static_cast<size_t>(count)]();
     frame->count = count;

@@ -141,9 +141,12 @@ int SX_GetTGFDuration(EXTGF2005a* frame, unsigned int version) {
   return Serve<int>(__func__, version, FrameArgument{frame, true})([&] { return gEngine.FrameDuration(frame); });
 }
 
-int SX_GetMeasureDuration(short measure, short inst, unsigned int version) {
-  // Every staff of a score has the same measures.
-  return Serve<int>(__func__, version, measure, inst)([&] { return TheDocument().MeasureDuration(measure); });
+int SX_GetMeasureDuration(short inst, short measure, unsigned int version) {
+  return Serve<int>(__func__, version, inst, measure)([&] {
+    // Every staff has the measures of the score, which is instrument 0.
+    const bool known = inst >= 0 && inst <= TheDocument().StaffCount();
+    return known ? TheDocument().MeasureDuration(measure) : 0;
+  });
 }
 
 // ---- Data records ----

@@ -9,13 +9,20 @@ namespace {
 // Releases `string`; null gives an empty text.
 std::string TakeBytes(CFStringRef string, CFStringEncoding encoding) {
   if (string == nullptr) return {};
-  const CFRange all = {0, CFStringGetLength(string)};
-  std::string bytes(static_cast<size_t>(CFStringGetMaximumSizeForEncoding(all.length, encoding)), '\0');
-  CFIndex used = 0;
-  CFStringGetBytes(string, all, encoding, '?', false, reinterpret_cast<UInt8*>(bytes.data()),
-                   static_cast<CFIndex>(bytes.size()), &used);
+  const CFIndex length = CFStringGetLength(string);
+  std::string bytes(static_cast<size_t>(CFStringGetMaximumSizeForEncoding(length, encoding)), '\0');
+  size_t end = 0;
+  for (CFIndex at = 0; at < length;) {
+    CFIndex used = 0;
+    at += CFStringGetBytes(string, {at, length - at}, encoding, '?', false, reinterpret_cast<UInt8*>(&bytes[end]),
+                           static_cast<CFIndex>(bytes.size() - end), &used);
+    end += static_cast<size_t>(used);
+    if (at == length) break;
+    bytes[end++] = '?';  // UTF-8 stops at an unpaired surrogate
+    ++at;
+  }
   CFRelease(string);
-  bytes.resize(static_cast<size_t>(used));
+  bytes.resize(end);
   return bytes;
 }
 

@@ -5,7 +5,8 @@
 
 namespace sok {
 
-// A null text reads as an empty one. What a target encoding lacks becomes a question mark.
+// A null text reads as an empty one. What a target encoding lacks becomes a question mark, in UTF-8 each unpaired
+// surrogate.
 std::string Utf8FromMacRoman(const char* text);
 std::string Utf8FromUtf16(const unsigned short* text);
 std::string MacRomanFromUtf8(const std::string& text);

@@ -5,6 +5,8 @@
 
 #include <cstring>
 #include <memory>
+#include <new>
+#include <type_traits>
 
 #include "tests/support/recording_engine.h"
 
@@ -16,19 +18,19 @@ struct Note {
   bool operator==(const Note&) const = default;
 };
 
-EXTGF2005a FrameOf(const std::vector<Note>& notes) {
-  EXTGF2005a frame{};
-  frame.entries = new EXENTRY[1]{};
-  frame.count = 1;
-  EXENTRY& entry = frame.entries[0];
-  std::memset(entry.notes, 0x5A, sizeof entry.notes);  // stale slots
-  entry.noteCount = static_cast<short>(notes.size());
-  for (size_t i = 0; i < notes.size() && i < 12; ++i) {
-    entry.notes[i].identifier = static_cast<short>(notes[i].identifier);
-    entry.notes[i].flags = notes[i].flags;
+// A frame of one entry.
+struct FrameOf : EXTGF2005a {
+  explicit FrameOf(const std::vector<Note>& note_list) {
+    entries = new EXENTRY[1]{};
+    count = 1;
+    std::memset(entries->notes, 0x5A, sizeof entries->notes);  // stale slots
+    entries->noteCount = static_cast<short>(note_list.size());
+    for (size_t i = 0; i < note_list.size() && i < 12; ++i) {
+      entries->notes[i].identifier = static_cast<short>(note_list[i].identifier);
+      entries->notes[i].flags = note_list[i].flags;
+    }
   }
-  return frame;
-}
+};
 
 std::vector<Note> NotesOf(const EXENTRY& entry) {
   std::vector<Note> notes;
@@ -59,7 +61,7 @@ const TidyCase kTidyCases[] = {
 TEST(FrameAccess, TidyingGivesUniqueIdentifiers) {
   for (const TidyCase& c : kTidyCases) {
     SCOPED_TRACE(c.name);
-    EXTGF2005a frame = FrameOf(c.before);
+    FrameOf frame(c.before);
     SX_SaveTGF(&frame, kInterfaceVersion);
     EXPECT_EQ(NotesOf(frame.entries[0]), c.after);
     const EXNOTE zero{};
@@ -70,7 +72,7 @@ TEST(FrameAccess, TidyingGivesUniqueIdentifiers) {
 }
 
 TEST(FrameAccess, RestsGetANoteRecordWhoseIdentifierComesAtTheNextTidying) {
-  EXTGF2005a frame = FrameOf({});
+  FrameOf frame({});
   SX_SaveTGF(&frame, kInterfaceVersion);
   EXPECT_EQ(NotesOf(frame.entries[0]), (std::vector<Note>{{0, 0x80000000}}));
   EXPECT_EQ(static_cast<unsigned int>(frame.entries[0].flags), 0x01000000u);
@@ -78,7 +80,7 @@ TEST(FrameAccess, RestsGetANoteRecordWhoseIdentifierComesAtTheNextTidying) {
   EXPECT_EQ(NotesOf(frame.entries[0]), (std::vector<Note>{{1, 0x80010000}}));
 
   CanAddNoteRecordToRests = false;
-  EXTGF2005a bare = FrameOf({});
+  FrameOf bare({});
   SX_SaveTGF(&bare, kInterfaceVersion);
   EXPECT_EQ(bare.entries[0].noteCount, 0);
   EXPECT_EQ(bare.entries[0].notes[0].identifier, 0);
@@ -86,7 +88,7 @@ TEST(FrameAccess, RestsGetANoteRecordWhoseIdentifierComesAtTheNextTidying) {
 
 TEST(FrameAccess, OddCountsAreHeldToTheTwelveSlots) {
   for (const int notes : {12, 13, 300, -1, -300}) {
-    EXTGF2005a frame = FrameOf({});
+    FrameOf frame({});
     frame.entries[0].noteCount = static_cast<short>(notes);
     SX_SaveTGF(&frame, kInterfaceVersion);
     EXPECT_EQ(frame.entries[0].noteCount, notes);
@@ -94,7 +96,7 @@ TEST(FrameAccess, OddCountsAreHeldToTheTwelveSlots) {
     EXPECT_EQ(frame.entries[0].host136[0], 0);
   }
   for (const int count : {0, -1}) {
-    EXTGF2005a frame = FrameOf({{0}});
+    FrameOf frame(std::vector<Note>{{0}});
     frame.count = static_cast<short>(count);
     SX_SaveTGF(&frame, kInterfaceVersion);
     EXPECT_EQ(frame.entries[0].notes[0].identifier, 0) << "not touched";
@@ -121,7 +123,7 @@ TEST(FrameAccess, EveryCallThatHandsAFrameOverTidiesIt) {
       {[](EXTGF2005a* frame) { SX_FreeTGF(frame, kInterfaceVersion); }, false},
   };
   for (const auto& c : calls) {
-    EXTGF2005a frame = FrameOf({{0}});
+    FrameOf frame(std::vector<Note>{{0}});
     c.call(&frame);
     EXPECT_EQ(frame.entries[0].notes[0].identifier, c.tidies ? 1 : 0) << engine.last().name;
   }
@@ -140,11 +142,15 @@ TEST(FrameAccess, LoadsAndFreesAreCountedWhateverTheHostDoes) {
 
 // The leak and address checkers watch the two arrays go, each once, also empty ones.
 TEST(FrameAccess, AFrameReleasesBothItsArrays) {
-  auto frame = std::make_unique<EXTGF2005a>();
+  static_assert(!std::is_copy_constructible_v<EXTGF2005a> && !std::is_copy_assignable_v<EXTGF2005a>);
+  alignas(EXTGF2005a) unsigned char memory[sizeof(EXTGF2005a)];
+  std::memset(memory, 0x5A, sizeof memory);
+  EXTGF2005a* const frame = new (memory) EXTGF2005a;
+  EXPECT_TRUE(frame->entries == nullptr && frame->second == nullptr);
   frame->entries = new EXENTRY[3]{};
   frame->second = new EXHOSTDATA[0]{};
-  frame.reset();
-  frame = std::make_unique<EXTGF2005a>();
+  frame->~EXTGF2005a();
+  std::make_unique<EXTGF2005a>();
 }
 
 }  // namespace

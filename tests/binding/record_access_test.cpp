@@ -33,6 +33,8 @@ TEST(RecordAccess, FretInstrumentsCountByTheirBytes) {
     SCOPED_TRACE(c.name);
     host.calls.clear();
     host.after = [&](sok::HostCall& call) {
+      EXPECT_EQ(call.arguments, "O\\x15fI 0,0 252");  // what the caller stated, in the second request too
+      *call.size = 300;
       static_cast<unsigned char*>(call.buffer)[251] = c.written;
       call.result = host.calls.empty() ? c.first_answer : c.second_answer;
     };
@@ -42,6 +44,7 @@ TEST(RecordAccess, FretInstrumentsCountByTheirBytes) {
     int size = 252;
     EXPECT_EQ(SX_LoadEData(kFretTag, &id, buffer, &size, kInterfaceVersion), c.result);
     EXPECT_EQ(host.calls.size(), c.host_calls);
+    EXPECT_EQ(size, 300);
     EXPECT_TRUE(std::all_of(buffer, buffer + 251, [](unsigned char byte) { return byte == 0; }));
     EXPECT_EQ(buffer[252], 0xAA);
   }

@@ -1,9 +1,11 @@
 // String resources, through plug-ins that have a table and that have none.
 #include "SokExtShared/LIB/PORTABLE/string_resources.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 #include <string>
 
 #include "tests/support/bundles.h"
@@ -117,6 +119,15 @@ TEST(StringResources, OutsideOfABundleThereIsNoText) {
   char buffer[8];
   EXPECT_DEATH(PlugIn_GetStringResource(1, buffer, sizeof buffer),
                "SokExtShared/LIB/PORTABLE:176: CopyPlugInStringResource: Assertion `bundleRef != NULL' failed");
+  // By a path that begins with "//", whose parents end at "//" and not at "/".
+  const std::string outside = "/" + std::filesystem::canonical(testing::TempDir()).string() + "/OutsideProbe";
+  std::filesystem::copy_file(SOK_STRING_PROBE "/Contents/MacOS/StringProbe", outside,
+                             std::filesystem::copy_options::overwrite_existing);
+  void* const image = dlopen(outside.c_str(), RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(image, nullptr) << dlerror();
+  const auto text8 = reinterpret_cast<char* (*)(int, char*, short)>(dlsym(image, "ProbeText8"));
+  EXPECT_DEATH(text8(1, buffer, sizeof buffer), "bundleRef != NULL");
+  std::filesystem::remove(outside);
 }
 
 TEST(StringResources, PascalStringsKeepTheirTail) {

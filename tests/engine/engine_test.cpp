@@ -70,6 +70,12 @@ TEST_F(Engine, EveryExistingPlaceHasAFrameAndOnlyThose) {
   EXPECT_EQ(SX_FreeTGF(nullptr, kVersion), 0);
 }
 
+TEST_F(Engine, MeasuresLastAsLongOnEveryStaffAsInTheScore) {
+  host.document.AddMeasure(3072);
+  for (const short inst : {0, 1, 3}) EXPECT_EQ(SX_GetMeasureDuration(inst, 5, kVersion), 3072) << inst;
+  for (const short inst : {-1, 4, 5}) EXPECT_EQ(SX_GetMeasureDuration(inst, 3, kVersion), 0) << inst;
+}
+
 // A frame reached through a part's staff list stands for the same music as through the global one.
 TEST_F(Engine, KeyWordsNameTheFrameWhateverListItWasReachedBy) {
   ASSERT_TRUE(host.document.SetEntries({1, 2, 0}, {Entry(10, 1024), Entry(11, 2048)}));
@@ -91,7 +97,8 @@ TEST_F(Engine, KeyWordsNameTheFrameWhateverListItWasReachedBy) {
   EXPECT_EQ(Numbers(host.document.Entries({3, 4, 1})), (std::vector{12, 13}));  // numbers stay unique
   EXPECT_EQ(SX_FreeTGF(loaded, kVersion), 1);
   EXPECT_EQ(SX_FreeTGF(target, kVersion), 1);
-  EXPECT_EQ(SX_SaveTGF(&(emptied = EXTGF2005a{}), kVersion), 0);  // no such place
+  emptied.key[0] = 0;
+  EXPECT_EQ(SX_SaveTGF(&emptied, kVersion), 0);  // no such place
 }
 
 TEST_F(Engine, InsertsAndDeletesWithinTheFrameOnly) {
@@ -215,6 +222,7 @@ TEST_F(Engine, ConvertsTextsBothWays) {
   host.document.AddFont("Café");
   host.document.AddPart("Flöte");
   const unsigned short cafe[] = {'C', 'a', 'f', 0xE9, 0};
+  const unsigned short unpaired[] = {'a', 0xD800, 0xE9, 0xDC00, 0};
   EXPECT_EQ(SX_FontNameToNum("Caf\x8E", kVersion), 1);
   EXPECT_EQ(SX_FontNameToNum_UTF16(cafe, kVersion), 1);
   EXPECT_EQ(SX_FontNameToNum("Arial", kVersion), -1);
@@ -232,7 +240,8 @@ TEST_F(Engine, ConvertsTextsBothWays) {
   EXPECT_EQ(SX_GetNextPartID(1, kVersion), -1);
   SX_AlertMessage(nullptr, 48, 0, "Caf\x8E", kVersion);
   SX_AlertMessage_UTF16(nullptr, 48, 0, cafe, kVersion);
-  EXPECT_EQ(host.session.alerts, (std::vector<std::string>{"Café", "Café"}));
+  SX_AlertMessage_UTF16(nullptr, 48, 0, unpaired, kVersion);
+  EXPECT_EQ(host.session.alerts, (std::vector<std::string>{"Café", "Café", "a?é?"}));
 }
 
 // A wrapper's own namesake or a helper that became visible would change what an extension binds to.

@@ -94,7 +94,8 @@ TEST(InstrumentLists, FollowAModelThroughRandomOperations) {
     ASSERT_TRUE(host.document.records == model.Store()) << "round " << round;
   }
   EXPECT_TRUE(InstValid(1) && InstValid(9));
-  for (const int none : {10, 0, -1}) EXPECT_FALSE(InstValid(none));
+  for (const int none : {10, 0, -1, 40000}) EXPECT_FALSE(InstValid(none));
+  EXPECT_EQ(host.calls.back(), "SX_InstToSlot -25536 0 -> 0");  // the host is asked for every number above 0
 }
 
 }  // namespace

@@ -193,6 +193,16 @@ TEST(SmartShape, FailedCallsKeepTheWordOrderAndLeaveNumbersAsTheHostDid) {
   EXPECT_EQ(shape.startEntry + 0, 0x00050000);
 }
 
+// The number may be the object's own field: the host is given 0xFFFF there, not what stood in it.
+TEST(SmartShape, AFieldOfTheShapeTakesItsNumber) {
+  SokVersion = kNewOrder;
+  TestHost host;
+  EDTSmartShape shape = Shape(1, 3, 3), stored{};
+  shape.CreateShapeOnly(shape.endStaff);
+  EXPECT_EQ(shape.endStaff, 1);
+  EXPECT_TRUE(stored.Load(1) && stored.endStaff == 0xFFFF);
+}
+
 // A host that deletes nothing: every mark is tried once, in order, each centre shape before its mark. The last measures
 // there can be: the loops over them end.
 TEST(SmartShape, RefusedDeletesAreTriedOnce) {

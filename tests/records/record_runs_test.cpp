@@ -4,11 +4,20 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <random>
 
 #include "SokExtShared/LIB/records/record_calls.h"
 #include "SokExtShared/LIB/records/separate_placement.h"
 #include "tests/support/test_host.h"
+
+namespace {
+int g_allocation_fails = 0;  // which one from here on does; 0: none
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  return g_allocation_fails != 0 && --g_allocation_fails == 0 ? nullptr : ::operator new[](size);
+}
 
 namespace {
 
@@ -168,8 +177,15 @@ TEST(Utf16Records, Refusals) {
   host.refuse = [](const sok::HostCall& call) { return call.buffer != nullptr; };
   EXPECT_FALSE(sx_loadotherstring_UTF16(kText, 5, 0, text));
   EXPECT_EQ(text, nullptr);
+  host.refuse = nullptr;
+  for (const int missing : {1, 2}) {  // the buffer, or the longer one for a record without a zero unit
+    g_allocation_fails = missing;
+    text = &own;
+    EXPECT_FALSE(sx_loadotherstring_UTF16(kText, 5, 0, text));
+    EXPECT_EQ(text, nullptr);
+  }
   EXPECT_FALSE(sx_saveotherstring_UTF16(kText, 5, 0, nullptr));
-  EXPECT_EQ(host.calls.size(), 3u);
+  EXPECT_EQ(host.calls.size(), 6u);
 }
 
 struct PlacementCase {

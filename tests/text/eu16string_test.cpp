@@ -1,10 +1,37 @@
 #include "SokExtShared/LIB/strings/eu16string.h"
 
+#include <CoreFoundation/CoreFoundation.h>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <type_traits>
 
+#include "SokExtShared/LIB/strings/utf16_format.h"
 #include "tests/text/units.h"
+
+namespace {
+
+bool g_out_of_memory = false;
+
+template <typename Function>
+Function* Platforms(const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+}  // namespace
+
+// In front of the platform's: one that can end, and that decodes a byte to U+0000.
+CFStringRef CFStringCreateWithCharacters(CFAllocatorRef allocator, const UniChar* units, CFIndex length) {
+  static auto* const real = Platforms<decltype(CFStringCreateWithCharacters)>(__func__);
+  return g_out_of_memory ? nullptr : real(allocator, units, length);
+}
+CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding) {
+  static auto* const real = Platforms<decltype(CFStringCreateWithCString)>(__func__);
+  constexpr UniChar kDecoded[] = {'a', 0, 'b'};
+  return std::strcmp(text, "a\1b") == 0 ? CFStringCreateWithCharacters(allocator, kDecoded, 3)
+                                        : real(allocator, text, encoding);
+}
 
 namespace {
 
@@ -25,6 +52,7 @@ TEST(Eu16String, DecodesTheApplicationsTextAndUtf8) {
   EXPECT_EQ(Text(eu16string('\x8E')), u"\u00E9");
   EXPECT_EQ(Text(eu16string('\0')), u"");
   EXPECT_EQ(Text(eu16string(Utf8("\xC3\xA9\xF0\x9F\x98\x80"))), u"\u00E9\U0001F600");
+  EXPECT_EQ(Text(eu16string("a\1b")), u"a");  // ends before a decoded U+0000
   EXPECT_EQ(Text(IntToEu16Str(-9223372036854775807L - 1)), u"-9223372036854775808");
   for (const char* bad : {"a\xC3", "\x80", "\xED\xA0\x80", "\xC0\x80"}) EXPECT_TRUE(eu16string(Utf8(bad)).empty());
 }
@@ -58,6 +86,19 @@ TEST(Eu16String, ReadsNumbersAsThePlatformDoes) {
   EXPECT_EQ(StrToIntDef("", 7), 7);
   EXPECT_EQ(StrToIntDef(" -42x", 7), -42);
   EXPECT_EQ(StrToIntDef("99999999999", 7), 2147483647);
+}
+
+TEST(Eu16String, WithoutMemoryComesOutEmpty) {
+  const eu16string number("42");
+  g_out_of_memory = true;
+  std::string text = "old";
+  number.GetStdString(text);
+  EXPECT_EQ(text, "");
+  EXPECT_EQ(StrToIntDef(number, 7), 7);
+  unsigned short formatted[] = {1, 1};
+  EXPECT_EQ(sx_sprintf(formatted, 2, number.c_str()), 0);
+  EXPECT_EQ(formatted[0], 0);
+  g_out_of_memory = false;
 }
 
 // The base's own functions work on units that its traits never saw before.

@@ -34,11 +34,12 @@ CFBundleRef FindPluginBundle() {
   static const char dlbundle[] = "dlbundle";  // any constant of the plug-in tells which image it is in
   Dl_info image = {};
   if (dladdr(dlbundle, &image) == 0 || image.dli_fname == nullptr) return nullptr;
-  std::string folder = ParentOf(image.dli_fname);
+  std::string folder = ParentOf(image.dli_fname), inner;
   do {
     if (const CFBundleRef bundle = BundleAt(folder.c_str())) return bundle;
-    folder = ParentOf(folder);
-  } while (folder != "." && folder != "/");
+    inner = folder;
+    folder = ParentOf(inner);
+  } while (folder != inner && folder != "." && folder != "/");  // "//" is its own parent
   return nullptr;
 }
 

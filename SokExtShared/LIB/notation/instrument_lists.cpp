@@ -11,7 +11,7 @@ namespace {
 constexpr unsigned short kGlobalStaffList = 0;
 constexpr int kHostChooses = -1;
 
-bool HasSlot(short inst) { return inst > 0 && SX_InstToSlot(inst, kGlobalStaffList, kInterfaceVersion) > 0; }
+bool HasSlot(short inst) { return SX_InstToSlot(inst, kGlobalStaffList, kInterfaceVersion) > 0; }
 
 // The first place that holds `inst` (0: the first free one), or null.
 short* PlaceOf(EDT_DC& dc, int inst) {
@@ -107,7 +107,9 @@ bool InstInDC(EDT_DC& dc, int inst, bool add, bool remove) {
   return true;
 }
 
-bool ValidInstInDC(EDT_DC& dc) { return std::any_of(std::begin(dc.inst), std::end(dc.inst), HasSlot); }
+bool ValidInstInDC(EDT_DC& dc) {
+  return std::any_of(std::begin(dc.inst), std::end(dc.inst), [](short inst) { return inst > 0 && HasSlot(inst); });
+}
 
 bool ValidInstInList(unsigned int tag, int list) {
   return list != 0 && AnyLink(tag, list, [](Link& link) { return ValidInstInDC(link.dc); });

@@ -22,7 +22,7 @@ inline constexpr struct {
     {8, 0x6F74696F},  // 'otio'
 };
 
-// Whether the number is above 0 and has a slot in the global staff list (SX_InstToSlot).
+// Whether the number is above 0 and, cut to 16 bits, has a slot in the global staff list (SX_InstToSlot).
 bool InstValid(int inst);
 
 // Whether the instrument is in the list at the moment of the call; false for numbers below 1. `remove` frees its first

@@ -12,9 +12,9 @@ bool TranslateMusicPointToGlobalStaffList(EMUSICPOINT& point);
 bool TranslateRegionToGlobalStaffList(EREGION& region);
 
 // Whether a point lies in a region, start and end included; slots and staff lists do not matter. Unless `staff` is 0,
-// the position is first taken from that staff's measure length to the score's: times SafeGetMeasureDuration(0,
-// measure), divided by SafeGetMeasureDuration(staff, measure). The product wraps at 32 bits, the division truncates. A
-// position below 0 counts as 0.
+// an instrument number, the position is first taken from that staff's measure length to the score's: times
+// SafeGetMeasureDuration(0, measure), divided by SafeGetMeasureDuration(staff, measure). The product wraps at 32 bits,
+// the division truncates. A position below 0 counts as 0.
 bool InRegion(int measure, int position, EREGION region, int staff);
 
 // Whether staff list, slot, measure and position are the same.

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
 
 #include "SokExtShared/LIB/records/record_calls.h"
 #include "SokExtShared/LIB/strings/utf16_strings.h"
@@ -88,6 +89,11 @@ bool SaveBytes(const Run& run, const char* data, int size) {
   return run.SavePiece(full, &last);
 }
 
+using UnitBuffer = std::unique_ptr<unsigned short[]>;
+
+// Zeroed units; null when there is no memory.
+UnitBuffer NewUnits(std::size_t count) { return UnitBuffer(new (std::nothrow) unsigned short[count]()); }
+
 }  // namespace
 
 short OrvelOtArray_Save(unsigned int tag, const EDataID* id, short count, int elementSize, void* data) {
@@ -101,9 +107,10 @@ short OrvelOtArray_Save(unsigned int tag, const EDataID* id, short count, int el
 bool sx_loadotherstring(unsigned int tag, int cmper, int subIndex, char*& text) {
   const Run run(tag, OtherKey(cmper, subIndex));
   const int length = TextLength(run);
-  // Zeroed, so that a record that comes shorter than it was leaves nothing undefined.
-  text = static_cast<char*>(std::calloc(static_cast<std::size_t>(length) + 1, 1));
+  const std::size_t size = static_cast<std::size_t>(length) + 1;
+  text = static_cast<char*>(std::malloc(size));
   if (text == nullptr) return false;
+  std::memset(text, 0, size);  // a record that comes shorter than it was leaves nothing undefined
   if (LoadText(run, text, length)) return true;
   std::free(text);
   text = nullptr;
@@ -123,11 +130,12 @@ bool sx_loadotherstring_UTF16(unsigned int tag, int cmper, int subIndex, unsigne
   int size = 0;
   if (SX_LoadEData(tag, &id, nullptr, &size, kInterfaceVersion) == 0 || size < 0) return false;
   const std::size_t units = static_cast<std::size_t>(size) / 2;
-  auto buffer = std::make_unique<unsigned short[]>(units);
+  UnitBuffer buffer = NewUnits(units);
   text = nullptr;
-  if (!Load(tag, id, buffer.get(), static_cast<int>(units * 2))) return false;
+  if (buffer == nullptr || !Load(tag, id, buffer.get(), static_cast<int>(units * 2))) return false;
   if (std::find(buffer.get(), buffer.get() + units, 0) == buffer.get() + units) {
-    auto ended = std::make_unique<unsigned short[]>(units + 1);
+    UnitBuffer ended = NewUnits(units + 1);
+    if (ended == nullptr) return false;
     std::copy_n(buffer.get(), units, ended.get());
     buffer = std::move(ended);
   }

@@ -25,7 +25,8 @@ bool sx_saveotherstring(unsigned int tag, int cmper, int subIndex, char* text);
 
 // Loads a UTF-16 text, one record with its zero unit, into a new buffer of the record's size that the caller releases
 // with delete[]. An odd last byte is dropped, and a record without a zero unit gets one. When the host does not know
-// the record's size: false, and `text` is untouched. When it refuses the load itself: false, and `text` is null.
+// the record's size: false, and `text` is untouched. When it refuses the load itself, or there is no memory: false, and
+// `text` is null.
 bool sx_loadotherstring_UTF16(unsigned int tag, int cmper, int subIndex, unsigned short*& text);
 
 // Stores a UTF-16 text as one record, its zero unit included. False for null or when the save fails.

@@ -190,7 +190,7 @@ bool sx_saveentry(int entryNum, const EDTEntry& record) { return Save(kEntry, En
 bool sx_nextentry(int& entryNum, EDTEntry& record) { return StepEntry<Next>(entryNum, record); }
 bool sx_preventry(int& entryNum, EDTEntry& record) { return StepEntry<Previous>(entryNum, record); }
 
-int SafeGetMeasureDuration(short measure, short inst) {
-  const int duration = SX_GetMeasureDuration(measure, inst, kInterfaceVersion);
+int SafeGetMeasureDuration(short inst, short measure) {
+  const int duration = SX_GetMeasureDuration(inst, measure, kInterfaceVersion);
   return duration != 0 ? duration : 4096;
 }

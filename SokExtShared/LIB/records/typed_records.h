@@ -88,6 +88,6 @@ bool sx_saveentry(int entryNum, const EDTEntry& record);
 bool sx_nextentry(int& entryNum, EDTEntry& record);
 bool sx_preventry(int& entryNum, EDTEntry& record);
 
-// The duration of a measure on an instrument (SX_GetMeasureDuration), in duration units (1024 a quarter note); 4096
-// when the host has none.
-int SafeGetMeasureDuration(short measure, short inst);
+// The duration of a measure on an instrument, or, with instrument 0, in the score (SX_GetMeasureDuration), in duration
+// units (1024 a quarter note); 4096 when the host has none.
+int SafeGetMeasureDuration(short inst, short measure);

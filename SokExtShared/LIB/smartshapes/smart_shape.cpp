@@ -18,7 +18,8 @@ namespace {
 constexpr unsigned int kPluginWordOrder = 0x0B000000;  // the first host version that shares the plug-in's word order
 constexpr unsigned short kHostChooses = 0xFFFF;
 
-// 32-bit arithmetic that wraps, on a signed value: what is below 0 gains no carry from its lower half.
+// A value of 0 and above changes the places of its halves. A negative one does not: its quotient is rounded toward
+// zero, and the sum wraps at 32 bits, so -1 becomes 0xFFFF0000.
 int SwapSigned(int value) {
   return static_cast<int>((static_cast<unsigned int>(value) << 16) + static_cast<unsigned int>(value / 65536));
 }
@@ -81,6 +82,7 @@ bool EDTSmartShape::SaveShapeOnly(unsigned short number) {
 }
 
 bool EDTSmartShape::CreateShapeOnly(unsigned short& number) {
+  number = kHostChooses;  // first of all, since it may be a field of this object
   SwapWords();
   EDataID id = OtherKey(kHostChooses, 0);
   const bool created = record_calls::Create(ot_smartshape, id, this, sizeofsmartshape);

@@ -47,7 +47,8 @@ struct EDTSmartShape : EDTSmartShapeNative {
   // Saves the shape record alone.
   bool SaveShapeOnly(unsigned short number);
 
-  // Adds the object as a new shape. `number` is output only: the host's number, 0xFFFF when it chose none.
+  // Adds the object as a new shape. `number` is output only: the host's number, 0xFFFF when it chose none. It may be a
+  // field of the object, which then goes to the host as 0xFFFF.
   bool CreateShapeOnly(unsigned short& number);
 
   // Save or create the shape and then, whatever came of that, its marks and centre shapes. A save erases no older ones.

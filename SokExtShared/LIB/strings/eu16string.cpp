@@ -4,13 +4,15 @@
 
 namespace {
 
-// Makes an empty string the units of 8-bit text; it stays empty when the bytes are not valid in the encoding.
+// Makes an empty string the units of 8-bit text before a decoded U+0000; it stays empty when the bytes are not valid in
+// the encoding.
 void Decode(eu16string& to, const char* text, CFStringEncoding encoding) {
   const CFStringRef decoded = CFStringCreateWithCString(kCFAllocatorDefault, text, encoding);
   if (decoded == nullptr) return;
   const CFIndex length = CFStringGetLength(decoded);
   to.resize(static_cast<std::size_t>(length));
   CFStringGetCharacters(decoded, CFRangeMake(0, length), to.data());
+  to.resize(std::min(to.size(), to.find(static_cast<unsigned short>(0))));
   CFRelease(decoded);
 }
 

@@ -54,17 +54,20 @@ struct EXHOSTDATA {
 };
 
 // A frame. One that SX_LoadTGF handed out is the host's and goes back with SX_FreeTGF; one that the extension builds
-// is its own.
+// is its own. EXTGF2005a{} is all zero. A frame owns its arrays, so it is not copied.
 struct EXTGF2005a {
+  EXTGF2005a() = default;
+  EXTGF2005a(const EXTGF2005a&) = delete;
+  EXTGF2005a& operator=(const EXTGF2005a&) = delete;
   // Releases both arrays with array delete, each only when there is one.
   ~EXTGF2005a();
 
-  unsigned short key[6];  // which frame this is, for a save; set by the host
-  unsigned short host12;  // 0 in a frame that the extension builds
-  EXENTRY* entries;       // `count` entries from array new; null when there are none
-  short count;            // of entries
-  EXHOSTDATA* second;     // from array new; null in a frame that the extension builds
-  unsigned short host32;  // 0 in a frame that the extension builds
+  unsigned short key[6];         // which frame this is, for a save; set by the host
+  unsigned short host12;         // 0 in a frame that the extension builds
+  EXENTRY* entries = nullptr;    // `count` entries from array new; null when there are none
+  short count;                   // of entries
+  EXHOSTDATA* second = nullptr;  // from array new; null in a frame that the extension builds
+  unsigned short host32;         // 0 in a frame that the extension builds
 };
 
 #pragma pack(pop)

@@ -31,12 +31,14 @@ bool LoadFretInstrument(LoadFunction* load, const EDataID* id, void* buffer, int
   return false;
 }
 
-// The loads that are not just passed on. Apart from them, which are the many, so that these need no stack.
+// The loads that do more than pass on. A function of its own, so that the others, which are most, need no stack frame.
 [[gnu::noinline]] short LoadSpecial(LoadFunction* load, unsigned int tag, const EDataID* id, void* buffer, int* size,
                                     unsigned int version) {
   short result = 0;
   if (tag == kFretInstrumentTag && buffer != nullptr) {
+    const int capacity = size != nullptr ? *size : 0;
     if (!LoadFretInstrument(load, id, buffer, size, version, result)) return result;
+    *size = capacity;  // the host wrote the record's size there, which may be beyond the buffer
   }
   if (LoadPreference(tag, id, buffer, size, result)) return result;
   return load != nullptr ? load(tag, id, buffer, size, version) : short{0};
