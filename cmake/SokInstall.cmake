@@ -22,6 +22,14 @@ install(FILES "${PROJECT_BINARY_DIR}/SokEDKConfig.cmake" "${PROJECT_BINARY_DIR}/
   cmake/SokExtension.cmake cmake/extension_exports.map cmake/extension_exports.exp DESTINATION "${sok_package_dir}")
 
 # pkg-config SokEDK
+if(APPLE)
+  set(sok_pc_platform_libs "-framework CoreFoundation -framework Carbon")
+  set(sok_pc_exports extension_exports.exp)
+else()
+  set(sok_pc_platform_cflags " -I\${includedir}/sokplatform")
+  set(sok_pc_platform_libs "-Wl,-rpath,\${libdir} -lSokPlatform")
+  set(sok_pc_exports extension_exports.map)
+endif()
 file(RELATIVE_PATH sok_pc_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 string(REGEX REPLACE "/$" "" sok_pc_prefix "${sok_pc_prefix}")
 configure_file(cmake/SokEDK.pc.in "${PROJECT_BINARY_DIR}/SokEDK.pc" @ONLY)

@@ -1,0 +1,98 @@
+#!/usr/bin/env bash
+# Checks on Linux that the kit, MeasureRests and the examples compile and link for macOS, as
+#   Kit.CompilesForMacOS   both architectures, Release and Debug, without a warning
+#   Kit.LinksForMacOS      what the bundle exports and asks for, its layout, the installed kit
+# Needs scripts/install-macos-tools.sh. Exits 1 at the first finding.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+test_name=Kit.CompilesForMacOS
+
+passed() { echo "$test_name ($*): passed"; }
+fail() { echo "$test_name: FAILED: $*" >&2; exit 1; }
+differs() {  # what, the file with what is expected, the file with what is there
+  diff -u --label expected --label found "$2" "$3" >&2 || fail "$1"
+}
+
+# The names that a bundle may ask for, as nm prints them.
+allowed_imports() {
+  sed -n 's/^\(lib[^ ]*\) \([^ ]*\)$/\2 (from \1)/p' cmake/macos/imports.txt
+  local framework
+  for framework in CoreFoundation Carbon; do
+    grep -o "'_[A-Za-z_]*'" ".cache/macos-sdk/System/Library/Frameworks/$framework.framework/$framework.tbd" |
+      sed "s/'\(.*\)'/\1 (from $framework)/"
+  done
+}
+
+check_symbols() {  # a bundle's executable, architecture
+  local nm=(llvm-nm-19 -arch "$2")
+  sort cmake/extension_exports.exp >"$work/expected"
+  "${nm[@]}" -gUj "$1" | sort >"$work/found"
+  differs "$1 exports for $2" "$work/expected" "$work/found"
+  if "${nm[@]}" -g "$1" | grep ' _SX_'; then fail "$1: a wrapper is visible, or bound elsewhere"; fi
+  "${nm[@]}" -um "$1" | sed -n 's/^ *(undefined) external //p' | sort >"$work/asked"
+  allowed_imports | sort >"$work/allowed"
+  comm -23 "$work/asked" "$work/allowed" >"$work/more"
+  [ ! -s "$work/more" ] || fail "$1 asks for more than cmake/macos/imports.txt allows: $(cat "$work/more")"
+}
+
+check_form() {  # a bundle's executable, architecture
+  local headers header
+  headers=$(llvm-objdump-19 --macho --arch="$2" --private-headers "$1")
+  header=$(grep -A3 '^Mach header' <<<"$headers" | tail -1)
+  for word in BUNDLE NOUNDEFS TWOLEVEL; do
+    [[ $header == *" $word"* ]] || fail "$1: the header for $2 lacks $word: $header"
+  done
+  [[ $header != *WEAK* ]] || fail "$1: $2 binds weak names: $header"
+  grep -q 'minos 11.0' <<<"$headers" || fail "$1: not for macOS 11 on $2"
+}
+
+check_executable() {
+  local arch
+  [ "$(llvm-lipo-19 -archs "$1" | xargs -n1 | sort | xargs)" = "arm64 x86_64" ] || fail "$1 is not universal"
+  for arch in arm64 x86_64; do
+    check_symbols "$1" "$arch"
+    check_form "$1" "$arch"
+  done
+}
+
+check_layout() {  # a bundle
+  (cd "$1" && find . -type f | sort) >"$work/found"
+  { echo ./Contents/Info.plist; echo ./Contents/MacOS/MeasureRests
+    (cd entry/resources && find . -name '*.strings' | sed 's|^.|./Contents/Resources|'); } | sort >"$work/expected"
+  differs "the files of $1" "$work/expected" "$work/found"
+  cmp -s entry/resources/Info.plist "$1/Contents/Info.plist" || fail "$1 has another Info.plist"
+  diff -r -x Info.plist entry/resources "$1/Contents/Resources" >&2 || fail "$1 has other string tables"
+}
+
+# The kit as it is installed, and an extension built with what pkg-config says alone.
+check_installed() {
+  local prefix=$work/prefix by_hand=$work/ByHand
+  cmake --install build/macos-Release --prefix "$prefix" >/dev/null
+  check_layout "$prefix/lib/sok/MeasureRests.bundle"
+  [ ! -e "$prefix/include/sokplatform" ] || fail "the platform's stand-in is installed"
+  export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
+  [ -f "$(pkg-config --variable=exports SokEDK)" ] || fail "the list of exports is not where pkg-config says"
+  # shellcheck disable=SC2046
+  clang++-19 --target=arm64-apple-macos11 -isysroot .cache/macos-sdk -fuse-ld=lld -std=c++20 -bundle -o "$by_hand" \
+    examples/minimal/minimal.cpp $(pkg-config --cflags --libs SokEDK) \
+    "-Wl,-exported_symbols_list,$(pkg-config --variable=exports SokEDK)" || fail "what pkg-config says does not build"
+  check_symbols "$by_hand" arm64
+}
+
+for type in Release Debug; do
+  scripts/build-macos.sh "$type" SokEDK >"$work/log" 2>&1 || { cat "$work/log"; fail "$type"; }
+  passed "$type, arm64 and x86_64"
+done
+
+test_name=Kit.LinksForMacOS
+for type in Release Debug; do
+  scripts/build-macos.sh "$type" >"$work/log" 2>&1 || { cat "$work/log"; fail "$type"; }
+  while IFS= read -r executable; do check_executable "$executable"; done \
+    < <(find "build/macos-$type" -type f -path '*.bundle/Contents/MacOS/*')
+  check_layout "build/macos-$type/lib/sok/MeasureRests.bundle"
+  passed "$type: exports, imports, form, layout"
+done
+check_installed
+passed "the installed kit"
