@@ -40,6 +40,8 @@ std::string Escaped(std::string_view text) {
       result += "&lt;";
     else if (c == '>')
       result += "&gt;";
+    else if (c >= '\0' && c < ' ')  // a reader takes a bare one for another, or for none
+      result += "&#" + std::to_string(c) + ";";
     else
       result += c;
   }

@@ -8,6 +8,7 @@
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/commands/help.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/run/memory.h"
 
 namespace {
@@ -58,7 +59,7 @@ int Run(int count, char** arguments) {
 }
 
 int Fail(const char* message, int exit_code) {
-  std::cerr << "sokrun: " << message << '\n';
+  std::cerr << "sokrun: " << sok::ShownText(message) << '\n';
   return exit_code;
 }
 

@@ -30,7 +30,7 @@ TEST(SokrunCommands, InfoTellsABundleFromAnIncompleteOne) {
 
 TEST(SokrunCommands, ScanFindsWithoutChanging) {
   const Folder folder;
-  const std::string text = ScoreText({{"Flute", "n.wlh"}, {"Oboe", "nnnnn"}});
+  const std::string text = ScoreText({{"Flu&#x9b;te", "n.wlh"}, {"Oboe", "nnnnn"}});
   const std::string score = folder.Write("in.xml", text), bad = folder.Write("bad.xml", "");
   const Ended ended = Sokrun({"scan", bad, score, "--json"});
   EXPECT_EQ(ended.exit_code, 1);
@@ -39,7 +39,7 @@ TEST(SokrunCommands, ScanFindsWithoutChanging) {
   EXPECT_EQ(files[1]["counts"],
             json({{"empty", 1}, {"bar-rest", 1}, {"look-alike", 1}, {"hidden-rest", 1}, {"surplus-voices", 0}}));
   const std::string lines = Sokrun({"scan", score}).out;
-  EXPECT_NE(lines.find(score + ": measure 2, Flute: empty measure\n"), std::string::npos) << lines;
+  EXPECT_NE(lines.find(score + ": measure 2, Flu\\x9bte: empty measure\n"), std::string::npos) << lines;
   EXPECT_EQ(folder.Read("in.xml"), text);
 }
 

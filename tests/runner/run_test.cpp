@@ -150,6 +150,7 @@ const RefusedCase kRefused[] = {
     {{"fill", "IN", "--check", "--parts", "Tuba"}, 1, "the score has Flute, Oboe"},
     {{"fill", "BAD", "-o", "OUT"}, 1, "bad.xml:"},
     {{"fill", "OUT", "--check"}, 1, "No such file"},
+    {{"fill", "OUT\x1b[2J\n\xc2\x9b\xff", "--check"}, 1, "out\\x1b[2J\\n\\x9b\\xff: No such file"},
     {{"fill", "IN", "--check", "--plugin", "OUT"}, 1, "no such bundle"},
     {{"fill", "IN", "--check", "--plugin", "/"}, 1, "main"},
     {{"fill", "IN", "-o", "OUT/in/no/folder"}, 1, "cannot be written"},

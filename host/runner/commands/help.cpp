@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "host/runner/report/shown_text.h"
+
 namespace sok {
 namespace {
 
@@ -43,7 +45,7 @@ std::string Message(const CLI::App* app, const CLI::Error& error) {
     message = (unknown.front().starts_with('-') ? "there is no option " : "there is no command ") + unknown.front();
   }
   const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
-  return "sokrun: " + message + "\nTry `sokrun" + command + " --help`.\n";
+  return "sokrun: " + ShownLines(message) + "\nTry `sokrun" + command + " --help`.\n";
 }
 
 }  // namespace

@@ -1,33 +1,32 @@
 // list: the commands of extension bundles.
 #include <cstdio>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/run/bundle_session.h"
+#include "host/runner/run/description.h"
 
 namespace sok {
 namespace {
 
+using Json = nlohmann::ordered_json;
+
 void ListCommands(const std::string& plugin, bool json) {
-  Document document;
-  Session session;
-  session.document = &document;
-  const BundleSession bundle(plugin, session);
-  for (const std::string& alert : session.alerts)
-    std::fprintf(stderr, "%s: alert: %s\n", plugin.c_str(), alert.c_str());
-  nlohmann::ordered_json rows = nlohmann::ordered_json::array();
-  int number = 0;
-  for (const ExtensionMenuItem& item : bundle.Commands()) {
-    if (json) {
-      rows.push_back({{"number", number}, {"texts", item.texts}});
-    } else {
-      std::printf("%3d  %s\n", number, item.texts[0].c_str());
-      if (!item.texts[2].empty()) std::printf("     %s\n", item.texts[2].c_str());
-    }
-    ++number;
+  const Json description = DescribeExtension(plugin);
+  for (const auto& alert : description["alerts"]) {
+    std::fprintf(stderr, "%s\n", ShownText(plugin + ": alert: " + alert.get<std::string>()).c_str());
   }
-  if (json) std::printf("%s\n", rows.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace).c_str());
+  if (json) {
+    std::printf("%s\n", ShownJson(description["commands"].dump(2)).c_str());
+    return;
+  }
+  int number = 0;
+  for (const auto& command : description["commands"]) {
+    const auto texts = command["texts"].get<std::vector<std::string>>();
+    std::printf("%3d  %s\n", number++, ShownText(texts[0]).c_str());
+    if (!texts[2].empty()) std::printf("     %s\n", ShownText(texts[2]).c_str());
+  }
 }
 
 }  // namespace

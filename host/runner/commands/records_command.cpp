@@ -7,6 +7,7 @@
 #include "host/engine/document.h"
 #include "host/engine/session.h"
 #include "host/runner/commands/commands.h"
+#include "host/runner/report/shown_text.h"
 
 namespace sok {
 namespace {
@@ -21,7 +22,7 @@ int PrintTable(std::ostream& out, const Document& document, const std::vector<st
   int printed = 0;
   out << "tag   key               size  bytes\n";
   document.records.ForEach([&](unsigned int tag, const EDataID& id, std::span<const unsigned char> bytes) {
-    const std::string name = FourCharacters(tag);
+    const std::string name = ShownText(FourCharacters(tag));
     if (!tags.empty() && !StartsWithAny(name, tags)) return;
     char text[64];
     std::snprintf(text, sizeof text, "%-5s %-16s %5zu ", name.c_str(), KeyText(tag, id).c_str(), bytes.size());
@@ -54,7 +55,8 @@ void AddRecordsCommand(CLI::App& app, int&) {
     ReadOptions options;
     options.document_data = true;
     const std::unique_ptr<Score> score = ReadScore(*input, options);
-    if (PrintTable(std::cout, score->document(), *tags) == 0) std::cerr << *input << ": no records of that tag\n";
+    if (PrintTable(std::cout, score->document(), *tags) == 0)
+      std::cerr << ShownText(*input) << ": no records of that tag\n";
   });
 }
 

@@ -18,6 +18,7 @@
 #include "host/runner/files/output_file.h"
 #include "host/runner/report/html_report.h"
 #include "host/runner/report/progress.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/batch.h"
 #include "host/runner/run/bundle_session.h"
@@ -150,7 +151,8 @@ class Collector {
 
   void Add(const FileResult& result) {
     std::cerr << result.err << std::flush;
-    if (!options_.json) std::cout << result.out << std::flush;
+    // The bytes of a difference are for programs; a terminal gets them shown.
+    if (!options_.json) std::cout << (isatty(STDOUT_FILENO) != 0 ? ShownLines(result.out) : result.out) << std::flush;
     if (options_.json) json_ += (json_.empty() ? "" : ",\n") + result.json;
     html_ += result.html;
     ++files_;

@@ -8,6 +8,7 @@
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
 #include "host/runner/report/report.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 
 namespace sok {
@@ -89,12 +90,12 @@ void Print(const std::string& file, const Score& score, const std::vector<Found>
   std::string text;
   for (std::size_t i = 0; i < all.size() && !quiet; ++i) {
     const Found& found = all[i];
-    text += file + ": " + MeasureLabel(score, found.measure) + ", " +
-            StaffLabel(score.staves()[static_cast<std::size_t>(found.slot - 1)]);
+    text += ShownText(file + ": " + MeasureLabel(score, found.measure) + ", " +
+                      StaffLabel(score.staves()[static_cast<std::size_t>(found.slot - 1)]));
     if (found.layer >= 0) text += ", layer " + std::to_string(found.layer + 1);
     text += std::string(": ") + kTexts[found.finding].text + "\n";
   }
-  text += file + ": " + Counted(static_cast<long>(score.measures().size()), "measure") + ", " +
+  text += ShownText(file) + ": " + Counted(static_cast<long>(score.measures().size()), "measure") + ", " +
           Counted(static_cast<long>(score.staves().size()), "staff");
   for (int i = 0; i < kFindings; ++i) text += std::string(i == 0 ? ": " : ", ") + Counted(counts[i], kTexts[i].noun);
   std::cout << text << '\n';
@@ -112,21 +113,22 @@ int ScanFiles(const ScanOptions& options) {
       for (const Found& found : all) ++counts[found.finding];
       for (const Warning& warning : score->warnings()) {
         if (options.quiet) continue;
-        std::cerr << file << ": " << (warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "")
-                  << warning.text << '\n';
+        const std::string line = warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "";
+        std::cerr << ShownText(file + ": " + line + warning.text) << '\n';
       }
       if (options.json)
         files.push_back(ToJson(file, *score, all, counts));
       else
         Print(file, *score, all, counts, options.quiet);
     } catch (const std::runtime_error& error) {
-      std::cerr << "sokrun: " << error.what() << '\n';
+      std::cerr << "sokrun: " << ShownText(error.what()) << '\n';
       if (options.json) files.push_back({{"file", file}, {"error", error.what()}});
       exit_code = kExitBadInput;
     }
   }
   if (options.json)
-    std::cout << Json{{"version", 1}, {"files", files}}.dump(1, ' ', false, Json::error_handler_t::replace) << '\n';
+    std::cout << ShownJson(Json{{"version", 1}, {"files", files}}.dump(1, ' ', false, Json::error_handler_t::replace))
+              << '\n';
   return exit_code;
 }
 

@@ -7,6 +7,7 @@
 #include "host/musicxml/frames.h"
 #include "host/musicxml/texts.h"
 #include "host/runner/commands/commands.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 
 namespace sok {
@@ -40,13 +41,10 @@ std::string RawText(const RecordStore& records, unsigned short block) {
 }
 
 void PrintText(std::ostream& out, const RecordStore& records, const std::string& place, unsigned short block) {
-  std::string raw = RawText(records, block);
+  const std::string raw = RawText(records, block);
   if (raw.empty()) return;
-  const std::string plain = WithoutCommands(raw);
-  for (std::size_t at = 0; (at = raw.find_first_of("\r\n", at)) != std::string::npos;) {
-    raw.replace(at, 1, raw[at] == '\n' ? "\\n" : "\\r");
-  }
-  out << Padded(place, kPlaceWidth) << ' ' << Padded(plain, kTextWidth) << ' ' << raw << '\n';
+  out << Padded(place, kPlaceWidth) << ' ' << Padded(ShownText(WithoutCommands(raw)), kTextWidth) << ' '
+      << ShownText(raw) << '\n';
 }
 
 }  // namespace

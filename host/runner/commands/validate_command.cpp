@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 #include "host/runner/validate/validate.h"
 #include "host/runner/validate/validate_score.h"
@@ -36,11 +37,12 @@ void PrintJson(const Command& command, const std::vector<CheckResult>& results, 
                                          {"run", results.size()},
                                          {"failed", failed},
                                          {"checks", checks}};
-  std::printf("%s\n", report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace).c_str());
+  const std::string text = report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  std::printf("%s\n", ShownJson(text).c_str());
 }
 
 void PrintText(const Command& command, const std::vector<CheckResult>& results, long failed) {
-  std::printf("%s, seed %u\n", command.options.plugin.c_str(), command.options.seed);
+  std::printf("%s, seed %u\n", ShownText(command.options.plugin).c_str(), command.options.seed);
   for (const CheckKind& kind : CheckKinds()) {
     long run = 0, bad = 0;
     for (const CheckResult& result : results) {
@@ -51,7 +53,7 @@ void PrintText(const Command& command, const std::vector<CheckResult>& results, 
                 kind.name.data(), static_cast<int>(kind.what.size()), kind.what.data());
     for (const CheckResult& result : results) {
       if (result.kind != kind.name || result.failure.empty()) continue;
-      std::printf("             %s: %s\n", result.name.c_str(), result.failure.c_str());
+      std::printf("             %s: %s\n", ShownText(result.name).c_str(), ShownText(result.failure).c_str());
     }
   }
   std::printf("%s, %ld failed\n", Counted(static_cast<long>(results.size()), "check").c_str(), failed);

@@ -5,6 +5,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 
+#include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 
 namespace sok {
@@ -16,7 +17,7 @@ long Count(const std::vector<Change>& changes, ChangeKind kind) {
   return std::count_if(changes.begin(), changes.end(), [kind](const Change& change) { return change.kind == kind; });
 }
 
-std::string Dump(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
+std::string Dump(const Json& json) { return ShownJson(json.dump(-1, ' ', false, Json::error_handler_t::replace)); }
 
 const Staff& StaffOf(const Score& score, short slot) { return score.staves()[static_cast<std::size_t>(slot - 1)]; }
 const Measure& MeasureOf(const Score& score, short measure) {
@@ -67,25 +68,25 @@ std::string MeasureLabel(const Score& score, short measure) {
 std::string ReportText(const Score& score, const ScoreReport& report) {
   std::size_t measure_width = 0, staff_width = 0;
   for (const ReportCell& cell : report.cells) {
-    measure_width = std::max(measure_width, DisplayWidth(MeasureLabel(score, cell.measure)));
-    staff_width = std::max(staff_width, DisplayWidth(StaffLabel(StaffOf(score, cell.slot))));
+    measure_width = std::max(measure_width, DisplayWidth(ShownText(MeasureLabel(score, cell.measure))));
+    staff_width = std::max(staff_width, DisplayWidth(ShownText(StaffLabel(StaffOf(score, cell.slot)))));
   }
   std::vector<std::string> staff_labels;
-  for (const Staff& staff : score.staves()) staff_labels.push_back(Padded(StaffLabel(staff), staff_width));
+  for (const Staff& staff : score.staves()) staff_labels.push_back(Padded(ShownText(StaffLabel(staff)), staff_width));
 
-  std::string text = report.file + ": " + report.title + "\n";
+  std::string text = ShownText(report.file + ": " + report.title) + "\n";
   std::string measure_label;
   short labelled = 0;
   for (const ReportCell& cell : report.cells) {
-    if (cell.measure != labelled) measure_label = Padded(MeasureLabel(score, cell.measure), measure_width);
+    if (cell.measure != labelled) measure_label = Padded(ShownText(MeasureLabel(score, cell.measure)), measure_width);
     labelled = cell.measure;
     text += measure_label + "  " + staff_labels[static_cast<std::size_t>(cell.slot - 1)] + "  ";
     text += Name(cell.verdict.outcome);
     text += ": " + Text(cell.verdict, report.purpose);
-    for (const std::string& note : cell.notes) text += "; " + note;
+    for (const std::string& note : cell.notes) text += "; " + ShownText(note);
     text += '\n';
   }
-  return text + Summary(report) + "\n";
+  return text + ShownText(Summary(report)) + "\n";
 }
 
 std::string JsonString(const std::string& text) { return Dump(Json(text)); }

@@ -9,6 +9,7 @@
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/output_file.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/run/cleanup.h"
 
 namespace sok {
@@ -36,6 +37,6 @@ void EndWhenMemoryRunsOut() {
 
 void LeaveMemoryToParent() { in_worker = true; }
 
-void NameWork(const std::string& file) { std::snprintf(work, sizeof work, "%s: ", file.c_str()); }
+void NameWork(const std::string& file) { std::snprintf(work, sizeof work, "%s: ", ShownText(file).c_str()); }
 
 }  // namespace sok

@@ -15,6 +15,7 @@
 #include "host/runner/report/diff.h"
 #include "host/runner/report/html_report.h"
 #include "host/runner/report/report.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/batch.h"
 #include "host/runner/run/bundle_session.h"
@@ -127,7 +128,7 @@ std::string Deliver(const RunOptions& options, const Input& input, const std::st
                     ScoreReport& report) {
   if (options.dry_run) {
     const std::string label(score.member().empty() ? "" : "/" + std::string(score.member()));
-    const std::string name = DisplayName(input.path) + label;
+    const std::string name = ShownText(DisplayName(input.path) + label);
     return UnifiedDiff(score.Text(), score.WriteText(options.write), name, name);
   }
   if (options.check || output.empty()) {
@@ -147,7 +148,7 @@ std::string Deliver(const RunOptions& options, const Input& input, const std::st
 
 std::string Lines(const std::string& prefix, const std::vector<std::string>& texts) {
   std::string lines;
-  for (const std::string& text : texts) lines += prefix + text + "\n";
+  for (const std::string& text : texts) lines += ShownText(prefix + text) + "\n";
   return lines;
 }
 
@@ -198,7 +199,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   const bool stdout_taken = options.dry_run || output == kStream;
   result.out = stdout_taken ? diff : text;
   if (stdout_taken) result.err += text;
-  if (!report.error.empty()) result.err += "sokrun: " + report.error + "\n";
+  if (!report.error.empty()) result.err += "sokrun: " + ShownText(report.error) + "\n";
   return result;
 }
 
@@ -221,7 +222,7 @@ std::optional<FileResult> FileResult::Deserialize(const std::string& bytes) try 
 FileResult Failure(const RunOptions& options, const Input& input, int exit_code, const std::string& message) {
   FileResult result;
   result.exit_code = exit_code;
-  result.err = "sokrun: " + message + "\n";
+  result.err = "sokrun: " + ShownText(message) + "\n";
   const std::string file = DisplayName(input.path);
   if (options.json) result.json = FailureJson(file, message);
   if (!options.html.empty()) result.html = HtmlFailure(file, message);

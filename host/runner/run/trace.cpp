@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+#include "host/runner/report/shown_text.h"
+
 namespace sok {
 
 void Tracer::After(HostCall& call) {
@@ -14,6 +16,7 @@ void Tracer::After(HostCall& call) {
     const short count = call.frame->count;
     line += " of " + std::to_string(count) + (count == 1 ? " entry" : " entries");
   }
+  line = ShownText(line);
   if (mode_ == TraceMode::kAll) {
     std::fprintf(out_, "%s\n", line.c_str());
     return;
