@@ -1,4 +1,7 @@
 // The whole kit: one include for an extension.
+//
+// These are the public headers, and what is installed. A header that is not named here is for the kit's own sources,
+// and says so.
 #pragma once
 
 #include "SokExtShared/LIB/PORTABLE/string_resources.h"
@@ -47,5 +50,4 @@
 #include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/frame_access.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
-#include "SokExtShared/SokEDK/Source/sonkelpdk/preference_mapping.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"

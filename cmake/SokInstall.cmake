@@ -6,8 +6,16 @@ set(sok_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/SokEDK")
 # The kit's libraries and headers.
 set_target_properties(SokPlatform PROPERTIES EXPORT_NAME Platform)
 install(TARGETS SokEDK SokPlatform EXPORT SokEDKTargets)
-install(DIRECTORY SokExtShared DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
-  FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
+
+# The public headers are those that the umbrella header includes.
+set(umbrella SokExtShared/SokEDK.h)
+file(STRINGS "${umbrella}" public_headers REGEX "^#include \"SokExtShared/")
+list(TRANSFORM public_headers REPLACE "^#include \"(.*)\"$" "\\1")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${umbrella}")
+foreach(header IN LISTS umbrella public_headers ITEMS SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def)
+  get_filename_component(folder "${header}" DIRECTORY)
+  install(FILES "${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}")
+endforeach()
 if(NOT APPLE)
   install(DIRECTORY platform/CoreFoundation platform/Carbon DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/sokplatform"
     FILES_MATCHING PATTERN "*.h")

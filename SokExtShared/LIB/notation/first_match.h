@@ -1,4 +1,4 @@
-// The search that the find-or-create functions share.
+// The search that the find-or-create functions share. For the kit's own sources.
 #pragma once
 
 inline constexpr int kLastDefinition = 1000;  // of articulations, chord suffixes and staff lists

@@ -1,4 +1,5 @@
 // UTF-16 units looked at several at a time. For functions that read zero-terminated text.
+// For the kit's own sources.
 //
 // Nothing may be read behind a terminator, so every unit is asked for zero before the next one is read. What can be
 // saved is the turn of the loop, and work on units that are already known to be inside.

@@ -37,6 +37,13 @@ struct ETEXTMETRICS {
 
 #pragma pack(pop)
 
+// The tag of a data record from its four characters, the first in the highest byte: FourCharacterTag("SOTX").
+constexpr unsigned int FourCharacterTag(const char (&text)[5]) {
+  unsigned int tag = 0;
+  for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<unsigned char>(text[i]);
+  return tag;
+}
+
 // The key of a data record. The record's tag decides which view is read.
 struct EDataID {
   // A number, and a place among the records under it.

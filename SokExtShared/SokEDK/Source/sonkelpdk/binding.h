@@ -1,4 +1,4 @@
-// Binding of a wrapper to the host entry point of its name. For the wrappers of this folder.
+// Binding of a wrapper to the host entry point of its name. For the kit's own sources.
 #pragma once
 
 // The address of a host entry point in the engine bundle; null when the host lacks it or no engine bundle is known.

@@ -2,8 +2,8 @@
 //
 // Per-field records are loaded and saved with SX_LoadEData and SX_SaveEData, 12 bytes each and with the interface
 // version, and what the host answers to them is not looked at. A record that cannot be loaded reads as zeros, so its
-// fields receive 0 (a negated flag: 1). A structure saves only the records in which a word changes. For
-// record_access.cpp.
+// fields receive 0 (a negated flag: 1). A structure saves only the records in which a word changes.
+// For the kit's own sources.
 #pragma once
 
 #include <array>
@@ -11,13 +11,6 @@
 
 #include "SokExtShared/SokEDK/Source/host_types.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
-
-// The tag of four characters, the first in the highest byte.
-constexpr unsigned int FourCharacterTag(const char (&text)[5]) {
-  unsigned int tag = 0;
-  for (int i = 0; i < 4; ++i) tag = tag << 8 | static_cast<unsigned char>(text[i]);
-  return tag;
-}
 
 // Whether a tag begins with 'pf'.
 constexpr bool IsPreferenceTag(unsigned int tag) { return tag >> 16 == 0x7066; }

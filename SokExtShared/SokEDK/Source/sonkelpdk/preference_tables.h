@@ -2,7 +2,7 @@
 //
 // A per-field record is 12 bytes, six 16-bit words, under the tag 'ot' and two characters. Rows stand in the order in
 // which their records travel: a record is loaded, and saved, at the first of its rows. The code that loads and saves a
-// structure is made from its table at compile time (preference_mapping.cpp).
+// structure is made from its table at compile time (preference_mapping.cpp). For the kit's own sources.
 #pragma once
 
 #include <algorithm>
