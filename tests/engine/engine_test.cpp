@@ -72,8 +72,10 @@ TEST_F(Engine, EveryExistingPlaceHasAFrameAndOnlyThose) {
 
 TEST_F(Engine, MeasuresLastAsLongOnEveryStaffAsInTheScore) {
   host.document.AddMeasure(3072);
-  for (const short inst : {0, 1, 3}) EXPECT_EQ(SX_GetMeasureDuration(inst, 5, kVersion), 3072) << inst;
-  for (const short inst : {-1, 4, 5}) EXPECT_EQ(SX_GetMeasureDuration(inst, 3, kVersion), 0) << inst;
+  for (const short inst : std::initializer_list<short>{0, 1, 3})
+    EXPECT_EQ(SX_GetMeasureDuration(inst, 5, kVersion), 3072) << inst;
+  for (const short inst : std::initializer_list<short>{-1, 4, 5})
+    EXPECT_EQ(SX_GetMeasureDuration(inst, 3, kVersion), 0) << inst;
 }
 
 // A frame reached through a part's staff list stands for the same music as through the global one.

@@ -190,10 +190,12 @@ TEST_F(Commands, ResultsAndRanges) {
     const char* refused;
     EREGION region;
     int result;
+    bool lies = false;  // the host answers success to what it refuses
   } cases[] = {
       {"a refused save leaves a clear without result", 0, "SX_SaveTGF", Region(1, 1, 2, 2), 0},
       {"a refused save does not undo a fill's result", 1, "SX_SaveTGF", Region(1, 1, 1, 1), 1},
       {"a refused insertion", 1, "SX_InsertEXENTRY", Region(1, 1, 1, 1), 0},
+      {"an insertion that leaves no entries", 1, "SX_InsertEXENTRY", Region(1, 1, 1, 1), 0, true},
       {"measures backward, clear", 0, "", Region(1, 1, 2, 1), 0},
       {"measures backward, fill", 1, "", Region(1, 1, 2, 1), 0},
       {"slots backward", 1, "", Region(2, 1, 1, 1), 0},
@@ -208,6 +210,7 @@ TEST_F(Commands, ResultsAndRanges) {
     host.document.SetEntries({1, 2, 0}, Layer("W"));
     host.calls.clear();
     host.refuse = [&](const sok::HostCall& call) { return std::strcmp(call.name, c.refused) == 0; };
+    host.after = [&](sok::HostCall& call) { call.result |= c.lies && std::strcmp(call.name, c.refused) == 0; };
     EREGION region = c.region;
     EXPECT_EQ(extension.Invoke(c.command, &region), c.result);
     EXPECT_EQ(host.session.frames_held, 0);

@@ -134,7 +134,7 @@ TEST(RecordRuns, RefuseWhatDoesNotFit) {
   TestHost host;
   Store(host, 5, 32766, {"old record.."});
   const EDataID key = OtherKey(5, 32766);
-  std::string data(32768, 'x');
+  std::string data(65541, 'x');  // its length would be 5 in 16 bits
   EXPECT_FALSE(sx_saveotherstring(kText, 5, 32766, data.data()));
   EXPECT_FALSE(sx_saveotherstring(kText, 5, 32766, nullptr));
   EXPECT_EQ(OrvelOtArray_Save(kText, &key, -1, 12, data.data()), 0);
@@ -145,6 +145,7 @@ TEST(RecordRuns, RefuseWhatDoesNotFit) {
   EXPECT_EQ(RecordsOf(host, 5), Records(2, std::string(12, 'x')));
   EXPECT_EQ(OrvelOtArray_Save(kText, &key, -4, 0, data.data()), 1);  // an empty run
   EXPECT_TRUE(RecordsOf(host, 5).empty());
+  EXPECT_TRUE(host.CallsWith("-32768").empty());  // nothing is looked for behind the last subIndex
 }
 
 // Texts with their terminator, and records of odd sizes or without a zero unit; all of them grow after their size was

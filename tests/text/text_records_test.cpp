@@ -161,7 +161,13 @@ TEST_F(TextRecords, MeasureTextsReadTheOrdinaryKind) {
   text.text[0] = 'y';
   EXPECT_TRUE(sx_loadmeasuretext(0, 0, text, 0));
   EXPECT_EQ(Text(text.text), u"");
-  EXPECT_EQ(Text(urawtxt), u"other^flat()");  // with its commands
+  EXPECT_EQ(Text(urawtxt), u"other^flat()");                      // with its commands
+  AddRaw(1, 0x7478626c, std::vector<unsigned short>(1200, 'x'));  // longer than there is room for
+  EXPECT_TRUE(sx_loadmeasuretext(0, 0, text, 0));
+  EXPECT_EQ(Text(text.text), std::u16string(1023, u'x'));
+  Spoil("txbl");
+  EXPECT_TRUE(sx_loadmeasuretext(0, 0, text, 0));
+  EXPECT_EQ(Text(text.text), u"");
 }
 
 }  // namespace
