@@ -1,8 +1,8 @@
 // A score in memory, as the host's interface sees it: staves, measures, layers, frames of entries, data records,
 // fonts and parts.
 //
-// Instruments, slots and measures count from 1, layers from 0. Durations are in EDU, 1024 a quarter note. Texts are
-// UTF-8. Copies are independent, except that they share the source of entries.
+// Instruments, slots and measures count from 1, layers from 0. Durations are in duration units, 1024 a quarter note.
+// Texts are UTF-8. Copies are independent, except that they share the source of entries.
 #pragma once
 
 #include <compare>

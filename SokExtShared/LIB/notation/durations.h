@@ -17,5 +17,6 @@ void CalcNumDen(int duration, int& num, int& den);
 
 // Looks for the first beat that `duration` is a multiple of, from the beat length passed in `den` down: a length that
 // is no power of two gives way to the next power of two below it, a power of two to its half. Leaves both arguments
-// alone when `duration` or `den` is 0 or less.
+// alone when `duration` or `den` is 0 or less. `num` receives the low 16 bits of the count: 40000 beats come out as
+// -25536.
 void FindTimeSignature(int duration, short& num, short& den);

@@ -1,8 +1,8 @@
 // Typed record helpers: load, save, create and delete the records of one type by plain numbers.
 //
-// Each makes one record call of record_access.h with the type's own tag, size and key, and returns true when the host
-// answered non-zero; numbers and results are as in generic_records.h. A failed load leaves the caller's record as the
-// host left it, unless stated. Records taken by value are sent as a copy.
+// Unless stated, each makes one record call of record_access.h with the type's own tag, size and key, and returns true
+// when the host answered non-zero; numbers and results are as in generic_records.h. A failed load leaves the caller's
+// record as the host left it, unless stated. Records taken by value are sent as a copy.
 #pragma once
 
 #include "SokExtShared/LIB/records/generic_records.h"
@@ -33,8 +33,8 @@ bool sx_addnoteheadmod(int entryNum, EDTNoteheadMods2012 record, unsigned int ta
 // Deletes every record of the entry: subIndex 0 again and again until the host refuses. Always false.
 bool sx_deletenoteheadmod(int entryNum, unsigned int tag);
 
-// Accidental changes of an entry's notes, likewise; but a `wanted` of -1 takes the entry's first record whatever it
-// is, and a search that ends at a failed load leaves the record as that load left it.
+// Accidental changes of an entry's notes, likewise with as many calls; but a `wanted` of -1 takes the entry's first
+// record whatever it is, and a search that ends at a failed load leaves the record as that load left it.
 bool sx_loadaccidentalmod(int entryNum, short wanted, EDTAccidentalMods2012& record, short& found);
 bool sx_saveaccidentalmod(int entryNum, EDTAccidentalMods2012 record, short subIndex);
 bool sx_addaccidentalmod(int entryNum, EDTAccidentalMods2012 record);

@@ -1,6 +1,8 @@
 // eu16string: a UTF-16 string that converts from and to 8-bit text, with the 1-based editing of AnsiString.
 //
-// It is a standard string of 16-bit units and has all of that string's functions. The functions named here count
+// It is a standard string of 16-bit units and has all of that string's functions. What these return, such as substr()
+// and +, is the standard string: name.assign(text.substr(1)) makes an eu16string of it, as assign() does of
+// zero-terminated UTF-16, for which there is no constructor. The functions named here count
 // positions from 1; lengths and positions count units. "8-bit text" is text in the application's encoding
 // (GetApplicationTextEncoding). Conversions go through CoreFoundation strings; what these refuse comes out empty.
 #pragma once

@@ -9,7 +9,8 @@ extern unsigned short ucaretfont[56];
 extern unsigned short ucaretsize[16];
 extern unsigned short ucaretefx[50];
 
-// The styles whose names ("bold", "italic", "underline") occur anywhere in ucaretefx.
+// The styles whose names ("bold", "italic", "underline") occur anywhere in an opening style command. Of several such
+// commands ucaretefx keeps the last, while the flags of all add up.
 extern unsigned int uicaretefx;
 inline constexpr unsigned int kCaretBold = 1;
 inline constexpr unsigned int kCaretItalic = 2;

@@ -28,8 +28,8 @@ struct TMeasureUText {
 // empty when that does not load; `urawtxt` receives the block's own text. False when the record did not load.
 bool sx_loadmeasuretext(int cmper, int secondCmper, TMeasureUText& mt, int subIndex);
 
-// Creates text, block and record. The host chooses the record's subIndex, which is not kept. Returns whether the
-// record was created.
+// Creates text, block and record, each whatever came of the one before; what was created stays behind when another is
+// refused. The host chooses the record's subIndex, which is not kept. Returns whether the record was created.
 bool sx_createmeasuretext(TMeasureUText& mt);
 
 // Creates `mt` unless a text at its place already has the same characters, whatever their formatting; true then, too.

@@ -27,6 +27,7 @@ bool sx_loadpagetext(short number, TPageUText& pt, int subIndex);
 // Stores text, block and record (sx_puttextblock2004, then SX_SaveEData). Returns whether the record was saved.
 bool sx_savepagetext(TPageUText& pt, int subIndex);
 
-// Creates text, block and record. The host chooses the record's subIndex under `pt.number`; that key is not kept.
-// Returns whether the record was created.
+// Creates text, block and record, each whatever came of the one before; what was created stays behind when another is
+// refused. The host chooses the record's subIndex under `pt.number`; that key is not kept. Returns whether the record
+// was created.
 bool sx_createpagetext(TPageUText& pt);

@@ -41,5 +41,6 @@ unsigned short* sx_gettextblock2004_utf16(short blockID, bool stripCarets, EDTTe
 
 // Stores raw text and block, each over its record or as a new one when `block.textID` or `blockID` is -1. Both receive
 // their numbers, also on failure; a `textTag` of 0 becomes the ordinary kind. Returns whether the block was stored,
-// which is tried even when the raw text was not.
+// which is tried even when the raw text was not: such a block stays behind without its text, under a `textID` that the
+// host left (mostly -1). When the block is refused, the new raw text `block.textID` stays behind.
 bool sx_puttextblock2004(short& blockID, EDTTextBlock2004& block, const unsigned short* text);

@@ -19,7 +19,7 @@ std::string BundleFolder();
 std::string DefaultPlugin();
 
 struct ExtensionMenuItem {
-  std::string texts[3];  // UTF-8; empty past a text that the extension left empty
+  std::string texts[3];  // the menu item, the change for the undo menu, the description; UTF-8
 };
 
 // Objects of this class share the one engine of the process, so at most one is alive at a time. The session outlives

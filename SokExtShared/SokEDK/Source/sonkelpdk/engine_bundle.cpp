@@ -4,7 +4,10 @@ CFBundleRef gSonkelBundle = nullptr;
 unsigned int SokVersion = 0;
 
 short InitializeGlobals() {
-  if (gSonkelBundle == nullptr) gSonkelBundle = CFBundleGetBundleWithIdentifier(CFSTR("com.sonkel.NotationEngine"));
+  // What the program's notation engine bundle is taken to be called; CFBundleIdentifier in the Info.plist of one's own
+  // copy tells. Under another name it is not found, and host functions are looked for in the program itself.
+  static const CFStringRef kEngineIdentifier = CFSTR("com.sonkel.NotationEngine");
+  if (gSonkelBundle == nullptr) gSonkelBundle = CFBundleGetBundleWithIdentifier(kEngineIdentifier);
   if (gSonkelBundle == nullptr) gSonkelBundle = CFBundleGetMainBundle();
   return gSonkelBundle != nullptr ? 0 : -1;
 }

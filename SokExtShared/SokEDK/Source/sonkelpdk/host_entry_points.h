@@ -5,9 +5,12 @@
 // or that there is none, for the life of the process: a wrapper first called before the engine bundle is known keeps
 // its fallback for good. First calls are safe from any thread.
 //
-// Results are the host's own: 16-bit results are signed, and 0 is failure unless the row says otherwise. Texts without
-// a suffix are zero-terminated 8-bit text in the host's encoding, `_UTF16` zero-terminated UTF-16, `_UTF32` code
-// points. Buffers and records are the caller's; handles and pointers in results stay the host's.
+// Results are the host's own. 16-bit results are signed, but for the percussion maps' numbers
+// (SX_CreatePercMapRefData). 0 is failure, except where 0 is a number like any other: fonts, parts, the playback system
+// and processed MIDI data have -1 for "none" or failure, and a host without the call looks the same. Texts without a
+// suffix are zero-terminated 8-bit text in the host's encoding, except paths, which are UTF-8; `_UTF16` stands for
+// zero-terminated UTF-16, `_UTF32` for code points. Buffers and records are the caller's; handles and pointers in
+// results stay the host's.
 #pragma once
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
