@@ -17,6 +17,7 @@ for file in bin/sokrun lib/libSokEDK.a lib/libSokPlatform.so lib/cmake/SokEDK/So
     include/sokplatform/CoreFoundation/CoreFoundation.h include/sokplatform/Carbon/Carbon.h; do
   [ -f "$prefix/$file" ] || fail "not installed: $file"
 done
+! grep -rl "For the kit's own sources" "$prefix/include" || fail "installed headers that are not public"
 ! grep -rlF -e "$source" -e "$build" "$prefix/lib/cmake" "$prefix/lib/pkgconfig" || fail "installed files name the tree"
 for binary in bin/sokrun lib/sok/*.bundle/Contents/MacOS/*; do
   ! readelf -d "$prefix"/$binary | grep -E 'R(UN)?PATH.*/(build|tmp)' || fail "$binary looks for libraries in the build"

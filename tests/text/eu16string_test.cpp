@@ -11,23 +11,16 @@
 #include "tests/text/units.h"
 
 namespace {
-
 bool g_out_of_memory = false;
-
-template <typename Function>
-Function* Platforms(const char* name) {
-  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
-
-}  // namespace
 
 // In front of the platform's: one that can end, and that decodes a byte to U+0000.
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef allocator, const UniChar* units, CFIndex length) {
-  static auto* const real = Platforms<decltype(CFStringCreateWithCharacters)>(__func__);
+  static const auto real = reinterpret_cast<decltype(&CFStringCreateWithCharacters)>(dlsym(RTLD_NEXT, __func__));
   return g_out_of_memory ? nullptr : real(allocator, units, length);
 }
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* text, CFStringEncoding encoding) {
-  static auto* const real = Platforms<decltype(CFStringCreateWithCString)>(__func__);
+  static const auto real = reinterpret_cast<decltype(&CFStringCreateWithCString)>(dlsym(RTLD_NEXT, __func__));
   constexpr UniChar kDecoded[] = {'a', 0, 'b'};
   return std::strcmp(text, "a\1b") == 0 ? CFStringCreateWithCharacters(allocator, kDecoded, 3)
                                         : real(allocator, text, encoding);

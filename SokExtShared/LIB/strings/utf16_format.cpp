@@ -11,15 +11,14 @@ int sx_sprintf(unsigned short* to, unsigned long capacity, const unsigned short*
   if (capacity == 0) return 0;
   const CFStringRef directives =
       CFStringCreateWithCharacters(kCFAllocatorDefault, format, static_cast<CFIndex>(sx_strlen(format)));
-  if (directives == nullptr) {
-    to[0] = 0;
-    return 0;
+  CFStringRef text = nullptr;
+  if (directives != nullptr) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    text = CFStringCreateWithFormatAndArguments(kCFAllocatorDefault, nullptr, directives, arguments);
+    va_end(arguments);
+    CFRelease(directives);
   }
-  std::va_list arguments;
-  va_start(arguments, format);
-  const CFStringRef text = CFStringCreateWithFormatAndArguments(kCFAllocatorDefault, nullptr, directives, arguments);
-  va_end(arguments);
-  CFRelease(directives);
   if (text == nullptr) {
     to[0] = 0;
     return 0;
