@@ -26,7 +26,7 @@ def escaped(text):
 def entry_points(table):
     """The rows of the table as prototypes, in groups."""
     group_end = []
-    for line in table.read_text().splitlines():
+    for line in table.read_text(encoding="utf-8").splitlines():
         if heading := re.match(r"// -+ (.*?) -+$", line):
             yield from group_end + [f"/// @name {heading.group(1)}", "///@{", ""]
             group_end = ["///@}"]
@@ -44,7 +44,7 @@ def entry_points(table):
 
 
 def filtered(path):
-    lines = path.read_text().splitlines()
+    lines = path.read_text(encoding="utf-8").splitlines()
     out = ["/// @file"]
     while lines and lines[0].startswith("//"):
         out.append("///" + escaped(lines.pop(0)[2:]))

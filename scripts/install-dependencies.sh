@@ -16,7 +16,13 @@ done
 [ ${#missing[@]} -eq 0 ] && exit 0
 
 as_root=()
-[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || {
+    echo "install-dependencies.sh: root or sudo is needed to install what is missing: ${missing[*]}" >&2
+    exit 1
+  }
+  as_root=(sudo)
+fi
 echo "Installing: ${missing[*]}" >&2
 "${as_root[@]}" apt-get update -qq
 DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2

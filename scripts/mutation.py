@@ -44,7 +44,7 @@ def code_part(line):
 
 
 def mutants_of(path):
-    lines = path.read_text().splitlines(keepends=True)
+    lines = path.read_text(encoding="utf-8").splitlines(keepends=True)
     for number, line in enumerate(lines):
         code = code_part(line.rstrip("\n"))
         if not code.strip() or code.lstrip().startswith(("#", "namespace", "static_assert", "template")):
@@ -114,12 +114,12 @@ def main():
     caught, survivors, void = 0, [], 0
     for index, (path, number, replacement, what) in enumerate(mutants, 1):
         target = WORK / "tree" / path.relative_to(ROOT)
-        text = target.read_text()
+        text = target.read_text(encoding="utf-8")
         lines = text.splitlines(keepends=True)
         lines[number] = replacement
         if what == "order swapped":
             del lines[number + 1]
-        target.write_text("".join(lines))
+        target.write_text("".join(lines), encoding="utf-8")
         place = f"{path.relative_to(ROOT)}:{number + 1}: {what}"
         if not build() or built_code() == original:
             void += 1
@@ -131,7 +131,7 @@ def main():
             caught += 1
             verdict = "caught"
         print(f"{index}/{len(mutants)} {verdict}: {place}", flush=True)
-        target.write_text(text)
+        target.write_text(text, encoding="utf-8")
 
     counted = caught + len(survivors)
     print(f"\n{caught} of {counted} faults caught ({100 * caught // max(counted, 1)} %), {void} did not count")

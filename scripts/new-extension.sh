@@ -7,6 +7,7 @@ tree=$(cd "$(dirname "$0")/.." && pwd)
 
 fail() { echo "new-extension.sh: $*" >&2; exit 1; }
 [ $# -eq 2 ] || { echo "usage: scripts/new-extension.sh NAME DIR" >&2; exit 2; }
+export LC_ALL=C  # letters are A to Z in the name that follows, also where other languages have other alphabets
 name=$1 dir=$2
 [[ $name =~ ^[A-Za-z][A-Za-z0-9_]*$ ]] || fail "$name: a name is letters, digits and underscores, a letter first"
 [ ! -e "$dir" ] || fail "$dir: exists already"
@@ -37,7 +38,7 @@ END
 cat <<END
 $dir: an extension with one command. Its identifier stands in resources/Info.plist, its texts in
 resources/en.lproj/Localizable.strings. Build and check it:
-    cmake -S $dir -B $dir/build && cmake --build $dir/build
-    sokrun list $dir/build/$name.bundle
-    sokrun validate $dir/build/$name.bundle
+    cd $(printf %q "$dir") && cmake -B build && cmake --build build
+    sokrun list build/$name.bundle
+    sokrun validate build/$name.bundle
 END

@@ -13,15 +13,21 @@ export UBSAN_OPTIONS=print_stacktrace=1
 
 stage() { printf '\n==== %s (%s s so far)\n' "$*" "$SECONDS"; }
 
+# Runs a command that the log shows first.
+run() {
+  printf '+%s\n' "$(printf ' %q' "$@")"
+  "$@"
+}
+
 run_stage() {  # preset, then the targets to build and how ctest picks the tests, when not all of them
   local preset=$1 targets=${2:-all} tests=${3:--R .}
   stage "$preset"
   cmake --preset "$preset" >build-"$preset".log 2>&1 || { cat build-"$preset".log; exit 1; }
   rm -f build-"$preset".log
   # shellcheck disable=SC2086
-  cmake --build --preset "$preset" --target $targets
+  run cmake --build --preset "$preset" --target $targets
   # shellcheck disable=SC2086
-  ctest --preset "$preset" $tests
+  run ctest --preset "$preset" $tests
 }
 
 scripts/install-dependencies.sh
@@ -32,5 +38,5 @@ run_stage asan
 run_stage tsan "binding_test platform_bundle_test" '-R ^(Binding|Bundle)\.'
 run_stage libcxx unit_tests "-L unit"
 stage analysis
-scripts/analyse.sh
+run scripts/analyse.sh
 stage "all stages passed"

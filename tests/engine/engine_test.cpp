@@ -252,7 +252,7 @@ TEST(EngineBundle, ExportsNothingButHostEntryPoints) {
 #define SX_ENTRY(result, name, parameters, arguments, fallback) known.insert(#name);
 #define SX_CUSTOM(result, name, parameters) known.insert(#name);
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
-  std::istringstream names(Shell("nm -D --defined-only --format=just-symbols '" SOK_ENGINE_EXECUTABLE "'").out);
+  std::istringstream names(Shell("nm -D --defined-only --format=just-symbols " + Quoted(SOK_ENGINE_EXECUTABLE)).out);
   int exported = 0;
   for (std::string name; names >> name; ++exported) EXPECT_TRUE(known.contains(name)) << name;
   EXPECT_GT(exported, 40);

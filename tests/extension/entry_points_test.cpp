@@ -12,7 +12,7 @@
 namespace {
 
 TEST(EntryPoints, NothingElseIsVisible) {
-  std::istringstream lines(Shell("nm -D --defined-only '" + ExtensionBundle::ExecutablePath() + "'").out);
+  std::istringstream lines(Shell("nm -D --defined-only " + Quoted(ExtensionBundle::ExecutablePath())).out);
   std::set<std::string> names;
   for (std::string address, kind, name; lines >> address >> kind >> name;) names.insert(name);
   std::string joined;

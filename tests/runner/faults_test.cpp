@@ -45,8 +45,9 @@ class Faults : public testing::TestWithParam<Way> {
       folder.Write(std::string("out/") + name, kEarlier);
     }
     Surroundings surroundings;
-    surroundings.environment = {"LD_PRELOAD=" FAULT_INJECTOR, "ASAN_OPTIONS=verify_asan_link_order=0",
-                                "FAULT=" + fault};
+    // A list of names with blanks between them, unlike the folders.
+    surroundings.environment = {"LD_PRELOAD=" FAULT_INJECTOR, "LD_LIBRARY_PATH=" FAULT_INJECTOR_FOLDER,
+                                "ASAN_OPTIONS=verify_asan_link_order=0", "FAULT=" + fault};
     surroundings.folder = folder.path();
     const Ended ended = Sokrun(GetParam().arguments, surroundings);
     for (const std::string below : {"in", "out"}) {

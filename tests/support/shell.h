@@ -11,6 +11,13 @@ struct ShellResult {
   std::string out;
 };
 
+// A word for the shell, whatever stands in it.
+inline std::string Quoted(const std::string& word) {
+  std::string quoted = "'";
+  for (const char letter : word) quoted += letter == '\'' ? "'\\''" : std::string(1, letter);
+  return quoted + "'";
+}
+
 inline ShellResult Shell(const std::string& command) {
   ShellResult result;
   FILE* const pipe = popen(command.c_str(), "r");
