@@ -40,7 +40,7 @@ check_symbols() {  # a bundle's executable, architecture
 check_form() {  # a bundle's executable, architecture
   local headers header
   headers=$(llvm-objdump-19 --macho --arch="$2" --private-headers "$1")
-  header=$(grep -A3 '^Mach header' <<<"$headers" | tail -1)
+  header=$(grep -A2 '^Mach header' <<<"$headers" | tail -1)
   for word in BUNDLE NOUNDEFS TWOLEVEL; do
     [[ $header == *" $word"* ]] || fail "$1: the header for $2 lacks $word: $header"
   done

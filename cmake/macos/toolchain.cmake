@@ -11,15 +11,17 @@ set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)  # a program would need more o
 
 set(CMAKE_CXX_COMPILER clang++-19)
 set(CMAKE_CXX_COMPILER_TARGET arm64-apple-macos)  # CMAKE_OSX_ARCHITECTURES adds to it
-# The folder has `lipo`, which clang calls where it compiles for two architectures.
-set(CMAKE_CXX_FLAGS_INIT "\"-B${sok_macos_sdk}/bin\"")
+# The folder has `lipo`, which clang calls where it compiles for two architectures. Standard headers of newer systems do
+# not include each other by chance; without that they are also read in two thirds of the time.
+set(CMAKE_CXX_FLAGS_INIT "\"-B${sok_macos_sdk}/bin\" -D_LIBCPP_REMOVE_TRANSITIVE_INCLUDES")
 set(CMAKE_EXE_LINKER_FLAGS_INIT -fuse-ld=lld)
 set(CMAKE_MODULE_LINKER_FLAGS_INIT -fuse-ld=lld)
 set(CMAKE_SHARED_LINKER_FLAGS_INIT -fuse-ld=lld)
 
 # Object files for two architectures make a library for each: libtool's work, which ar does not know.
 set(CMAKE_CXX_CREATE_STATIC_LIBRARY "llvm-libtool-darwin-19 -static -o <TARGET> <OBJECTS>")
-foreach(tool AR RANLIB NM OTOOL STRIP LIPO INSTALL_NAME_TOOL)
+set(CMAKE_RANLIB "" CACHE INTERNAL "libtool has done it")
+foreach(tool AR NM OTOOL STRIP LIPO INSTALL_NAME_TOOL)
   string(TOLOWER "llvm-${tool}-19" program)
   string(REPLACE "_" "-" program "${program}")
   find_program(CMAKE_${tool} ${program} REQUIRED)
