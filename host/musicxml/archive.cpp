@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <ctime>
 #include <memory>
 #include <pugixml.hpp>
+#include <sstream>
 #include <stdexcept>
 
 namespace sok {
@@ -110,6 +112,31 @@ zip_uint64_t Locate(zip_t* archive, const std::string& name) {
   return static_cast<zip_uint64_t>(index);
 }
 
+// The bytes of an archive that was closed.
+std::string Written(zip_source_t* source) {
+  zip_stat_t whole;
+  zip_stat_init(&whole);
+  if (zip_source_stat(source, &whole) != 0 || zip_source_open(source) != 0) {
+    throw std::runtime_error("the zip cannot be written");
+  }
+  std::string bytes(whole.size, '\0');
+  const zip_int64_t size = zip_source_read(source, bytes.data(), bytes.size());
+  zip_source_close(source);
+  if (size != static_cast<zip_int64_t>(bytes.size())) throw std::runtime_error("the zip cannot be written");
+  return bytes;
+}
+
+void AddMember(zip_t* archive, const std::string& name, std::string_view bytes) {
+  constexpr std::time_t kNoTime = 315619200;  // 1980-01-02, in every time zone a time that zips can say
+  zip_source_t* const source = zip_source_buffer(archive, bytes.data(), bytes.size(), 0);
+  const zip_int64_t index = source == nullptr ? -1 : zip_file_add(archive, name.c_str(), source, ZIP_FL_ENC_UTF_8);
+  if (index < 0) {
+    zip_source_free(source);
+    throw std::runtime_error("the zip cannot be written");
+  }
+  zip_file_set_mtime(archive, static_cast<zip_uint64_t>(index), kNoTime, 0);
+}
+
 // The new archive must differ in nothing but the score.
 void CheckArchive(std::string_view before, std::string_view after, const PackedScore& score) {
   const Archive old_archive = Open(before);
@@ -159,17 +186,33 @@ std::string RepackScore(std::string_view bytes, const PackedScore& score) {
   }
   static_cast<void>(archive.release());  // closing it was its end
 
-  zip_stat_t whole;
-  zip_stat_init(&whole);
-  if (zip_source_stat(kept.get(), &whole) != 0 || zip_source_open(kept.get()) != 0) {
-    throw std::runtime_error("the zip cannot be written");
-  }
-  std::string result(whole.size, '\0');
-  const zip_int64_t size = zip_source_read(kept.get(), result.data(), result.size());
-  zip_source_close(kept.get());
-  if (size != static_cast<zip_int64_t>(result.size())) throw std::runtime_error("the zip cannot be written");
+  std::string result = Written(kept.get());
   CheckArchive(bytes, result, score);
   return result;
+}
+
+std::string PackScore(const PackedScore& score) {
+  zip_error_t error;
+  zip_error_init(&error);
+  const Source source(zip_source_buffer_create(nullptr, 0, 0, &error));
+  if (source == nullptr) Fail("the zip cannot be written", &error);
+  Archive archive(zip_open_from_source(source.get(), ZIP_CREATE | ZIP_TRUNCATE, &error));
+  if (archive == nullptr) Fail("the zip cannot be written", &error);
+  zip_source_keep(source.get());
+
+  pugi::xml_document container;
+  container.append_child("container").append_child("rootfiles").append_child("rootfile").append_attribute("full-path") =
+      score.member.c_str();
+  std::ostringstream container_text;
+  container.save(container_text);
+  const std::string container_bytes = container_text.str();
+  AddMember(archive.get(), kContainer, container_bytes);
+  AddMember(archive.get(), score.member, score.bytes);
+  if (zip_close(archive.get()) != 0) {
+    throw std::runtime_error(std::string("the zip cannot be written: ") + zip_strerror(archive.get()));
+  }
+  static_cast<void>(archive.release());  // closing it was its end
+  return Written(source.get());
 }
 
 }  // namespace sok

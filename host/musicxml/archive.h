@@ -21,4 +21,7 @@ PackedScore UnpackScore(std::string_view archive);
 // they are. Throws std::runtime_error, also when the result read again holds anything else.
 std::string RepackScore(std::string_view archive, const PackedScore& score);
 
+// A new archive of one score; the same bytes whenever it is made. Throws std::runtime_error.
+std::string PackScore(const PackedScore& score);
+
 }  // namespace sok

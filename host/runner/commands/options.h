@@ -40,13 +40,16 @@ struct RunOptions {
 
   // What is said about it.
   bool quiet = false;
+  bool verbose = false;
   bool only_changed = false;
   bool json = false;
-  std::string html;   // the page's file; empty: none
-  int pictures = 24;  // the most systems that are drawn on it for one score
+  bool batch = false;  // there are several scores
+  std::string html;    // the page's file; empty: none
+  int pictures = 24;   // the most systems that are drawn on it for one score
 
-  // Whether anybody reads about staff-measures that were left as they are.
-  bool WantsCells() const { return json || !html.empty() || !quiet; }
+  // Whether anybody reads why staff-measures were left as they are, and which.
+  bool WantsReasons() const { return (json || !html.empty() || !quiet) && !only_changed; }
+  bool WantsKept() const { return verbose || (!html.empty() && !only_changed); }
 };
 
 }  // namespace sok

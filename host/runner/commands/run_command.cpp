@@ -5,18 +5,15 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <optional>
 #include <thread>
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
-#include "host/runner/files/output_file.h"
-#include "host/runner/report/html_report.h"
+#include "host/runner/files/outputs.h"
+#include "host/runner/report/collector.h"
 #include "host/runner/report/progress.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
@@ -26,8 +23,6 @@
 
 namespace sok {
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kHostFunctions[] = {
 #define SX_ENTRY(result, name, parameters, arguments, fallback) #name,
@@ -86,125 +81,24 @@ void Understand(const RawOptions& raw, RunOptions& options) {
   if (options.jobs == 0) options.jobs = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
 }
 
-// A page goes where no score is.
-void CheckPage(const RunOptions& options, const std::vector<Input>& inputs, const std::vector<std::string>& outputs) {
-  if (options.html == kStream) throw UsageError("--html: the page needs a file; stdout is for the report");
-  for (std::size_t i = 0; i < inputs.size(); ++i) {
-    std::error_code absent;
-    const bool is_score = options.html == outputs[i] || fs::equivalent(options.html, inputs[i].path, absent);
-    if (is_score && !options.html.empty()) throw UsageError("--html: " + options.html + " is one of the scores");
-  }
-}
-
-// Where each input's result goes; empty texts where it goes nowhere.
-std::vector<std::string> PlanOutputs(const RunOptions& options, const std::vector<Input>& inputs) {
-  const bool many = inputs.size() > 1;
-  if (many && std::any_of(inputs.begin(), inputs.end(), [](const Input& input) { return input.path == kStream; })) {
-    throw UsageError("stdin cannot be one of several inputs");
-  }
-  const bool stream = !many && inputs.front().path == kStream;
-  if (stream && options.in_place) throw UsageError("--in-place: stdin is no file");
-  if (stream && !options.output_folder.empty()) throw UsageError("--output-dir: stdin has no name; use -o");
-  if (!options.output.empty()) {
-    if (many) throw UsageError("-o is for one score; use --output-dir or --in-place for several");
-    return {options.output};
-  }
-  std::vector<std::string> outputs;
-  std::map<std::string, std::string> taken;  // by output
-  for (const Input& input : inputs) {
-    std::string output;
-    if (options.in_place) output = input.path;
-    if (!options.output_folder.empty()) output = (fs::path(options.output_folder) / input.relative).string();
-    std::error_code absent;
-    if (!options.in_place && fs::equivalent(output, input.path, absent)) {
-      throw UsageError("--output-dir: " + input.path + " would be written over itself; --in-place does that");
-    }
-    if (!output.empty()) {
-      const auto [other, is_new] = taken.emplace(output, input.path);
-      if (!is_new) throw UsageError(input.path + " and " + other->second + " would both be written to " + output);
-    }
-    outputs.push_back(output);
-  }
-  const bool nowhere = options.dry_run || options.check;
-  if (outputs.front().empty() && stream && !nowhere) return {kStream};
-  if (outputs.front().empty() && !nowhere) {
-    throw UsageError(
-        "say where the result goes: -o, --in-place or --output-dir; or look first with --dry-run or --check");
-  }
-  return outputs;
-}
-
-void MakeOutputFolders(const RunOptions& options, const std::vector<std::string>& outputs) {
-  if (options.output_folder.empty()) return;
-  for (const std::string& output : outputs) {
-    std::error_code error;
-    const fs::path folder = fs::path(output).parent_path();
-    fs::create_directories(folder, error);
-    if (error) throw InputError(folder.string() + ": cannot be made: " + error.message());
-  }
-}
-
-// Puts the results of all files together as they come.
-class Collector {
- public:
-  Collector(const RunOptions& options, bool stdout_taken) : options_(options), stdout_taken_(stdout_taken) {}
-
-  void Add(const FileResult& result) {
-    std::cerr << result.err << std::flush;
-    // The bytes of a difference are for programs; a terminal gets them shown.
-    if (!options_.json) std::cout << (isatty(STDOUT_FILENO) != 0 ? ShownLines(result.out) : result.out) << std::flush;
-    if (options_.json) json_ += (json_.empty() ? "" : ",\n") + result.json;
-    html_ += result.html;
-    ++files_;
-    failed_ += result.exit_code != 0;
-    changed_ += result.changed;
-    rests_in_ += result.rests_in;
-    rests_out_ += result.rests_out;
-    if (exit_code_ == 0) exit_code_ = result.exit_code;
-  }
-
-  int Finish() {
-    const std::string summary = Counted(files_, "file") + ": " + std::to_string(changed_) + " changed, " +
-                                std::to_string(files_ - changed_ - failed_) + " unchanged, " + std::to_string(failed_) +
-                                " failed; " + Counted(rests_in_, "rest") + " in, " + Counted(rests_out_, "rest") +
-                                " out";
-    if (!options_.html.empty()) WriteFile(options_.html, HtmlPage(options_.purpose, summary, html_));
-    std::ostream& out = stdout_taken_ ? std::cerr : std::cout;
-    if (options_.json) {
-      out << "{\"version\":1,\"command\":{\"plugin\":" << JsonString(options_.plugin)
-          << ",\"number\":" << options_.command << "},\n\"files\":[\n"
-          << json_ << "\n],\n\"summary\":{\"files\":" << files_ << ",\"changed\":" << changed_
-          << ",\"unchanged\":" << files_ - changed_ - failed_ << ",\"failed\":" << failed_
-          << ",\"rests_in\":" << rests_in_ << ",\"rests_out\":" << rests_out_ << "}}\n";
-    } else if (files_ > 1 && !options_.quiet) {
-      out << summary << '\n';
-    }
-    if (exit_code_ == 0 && options_.check && changed_ > 0) return kExitWouldChange;
-    return exit_code_;
-  }
-
- private:
-  const RunOptions& options_;
-  const bool stdout_taken_;
-  std::string json_, html_;
-  long files_ = 0, failed_ = 0, changed_ = 0, rests_in_ = 0, rests_out_ = 0;
-  int exit_code_ = 0;
-};
-
-int RunFiles(const RunOptions& options) {
+int RunFiles(RunOptions& options) {
   HideFunctions(options.without);
-  const std::vector<Input> inputs = FindInputs(options.inputs);
+  const FoundInputs found = FindInputs(options.inputs, options.output_folder);
+  const std::vector<Input>& inputs = found.inputs;
+  options.batch = inputs.size() > 1;
   const std::vector<std::string> outputs = PlanOutputs(options, inputs);
-  CheckPage(options, inputs, outputs);
   MakeOutputFolders(options, outputs);
-  Collector collector(options, options.dry_run || outputs.front() == kStream);
-  Progress progress(inputs.size(), inputs.size() > 1 && isatty(STDERR_FILENO) != 0 && !options.quiet);
+  for (const std::string& message : found.messages) {
+    if (!options.quiet) std::cerr << message << '\n';
+  }
+  Collector collector(options, outputs.front() == kStream || (options.dry_run && !options.json));
+  Progress progress(inputs.size(), options.batch && isatty(STDERR_FILENO) != 0 && !options.quiet);
   const auto done = [&](std::size_t i, const std::string& answer, std::string failure) {
     std::optional<FileResult> result = failure.empty() ? FileResult::Deserialize(answer) : std::nullopt;
     if (failure.empty()) failure = "the process that ran the extension gave an answer that makes no sense";
-    if (!result) result = Failure(options, inputs[i], kExitBadInput, DisplayName(inputs[i].path) + ": " + failure);
+    if (!result) result = Failure(inputs[i], kExitBadInput, DisplayName(inputs[i].path) + ": " + failure);
     progress.Clear();
-    collector.Add(*result);
+    collector.Add(std::move(*result));
   };
   RunInProcesses(inputs.size(), {.jobs = options.jobs},
                  {[&](std::size_t i) { return RunOnFile(options, inputs[i], outputs[i]).Serialize(); }, done,
@@ -295,9 +189,13 @@ void AddReportOptions(CLI::App& command, RunOptions& options) {
   constexpr const char* kGroup = "Report";
   CLI::Option* const quiet =
       command.add_flag("-q,--quiet", options.quiet, "Say nothing but errors and alerts")->group(kGroup);
-  CLI::Option* const json = command.add_flag("--json", options.json, "Report as JSON")->excludes(quiet)->group(kGroup);
-  command.get_option("--dry-run")->excludes(json);
-  command.add_flag("--only-changed", options.only_changed, "Leave staff-measures that were kept out of the report")
+  command.add_flag("--json", options.json, "Report as JSON")->group(kGroup);
+  CLI::Option* const verbose =
+      command.add_flag("-v,--verbose", options.verbose, "Report every staff-measure, and why it was kept")
+          ->excludes(quiet)
+          ->group(kGroup);
+  command.add_flag("--only-changed", options.only_changed, "Report nothing of what stays as it is, on the page, too")
+      ->excludes(verbose)
       ->group(kGroup);
   CLI::Option* const html = command.add_option("--html", options.html, "Also write the report as a page to look at")
                                 ->option_text("FILE")

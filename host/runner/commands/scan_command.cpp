@@ -104,7 +104,7 @@ void Print(const std::string& file, const Score& score, const std::vector<Found>
 int ScanFiles(const ScanOptions& options) {
   int exit_code = kExitSuccess;
   Json files = Json::array();
-  for (const Input& input : FindInputs(options.inputs)) {
+  for (const Input& input : FindInputs(options.inputs).inputs) {
     const std::string file = DisplayName(input.path);
     try {
       const std::unique_ptr<Score> score = ReadScore(input.path, options.read);

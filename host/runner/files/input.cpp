@@ -8,8 +8,10 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/files/kind.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/memory.h"
 
@@ -48,23 +50,60 @@ std::string ReadAll(int file, const std::string& path) {
   return bytes;
 }
 
-void FindScores(const fs::path& folder, std::vector<Input>& inputs) {
-  const std::size_t before = inputs.size();
-  std::error_code error;
-  for (fs::recursive_directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-    const std::string name = it->path().filename().string();
+// Reads the start and the end of a file; what cannot be read is left to whoever opens it in earnest.
+bool MayHoldScore(const std::string& path) {
+  constexpr std::streamoff kPiece = 65536;
+  std::ifstream file(path, std::ios::binary | std::ios::ate);
+  const std::streamoff size = file.tellg();
+  if (size < 0) return true;
+  const auto read = [&](std::streamoff from) {
+    std::string bytes(static_cast<std::size_t>(std::min(size - from, kPiece)), '\0');
+    file.seekg(from).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
+  };
+  const std::string start = read(0), end = read(std::max<std::streamoff>(size - kPiece, 0));
+  return !file || LooksLikeScore(start, end);
+}
+
+// The scores of a folder.
+class FolderSearch {
+ public:
+  FolderSearch(const std::string& folder, const std::string& left_out) : folder_(folder), left_out_(left_out) {}
+
+  void AddTo(FoundInputs& found) {
+    std::error_code error;
+    for (fs::recursive_directory_iterator it(folder_, error), end; !error && it != end; it.increment(error)) Visit(it);
+    std::ranges::sort(scores_, {}, &Input::path);
+    std::string trouble = error ? error.message() : std::string();
+    if (!error && scores_.empty()) trouble = "no scores (.musicxml, .xml, .mxl) in this folder";
+    if (!trouble.empty()) scores_.push_back({folder_.string(), {}, folder_.string() + ": " + trouble});
+    found.inputs.insert(found.inputs.end(), scores_.begin(), scores_.end());
+    if (passed_over_ == 0) return;
+    found.messages.push_back(folder_.string() + ": " + Counted(passed_over_, "file") +
+                             (passed_over_ == 1 ? " is no MusicXML score" : " are no MusicXML scores") +
+                             " and passed over");
+  }
+
+ private:
+  void Visit(fs::recursive_directory_iterator& it) {
     std::error_code ignored;
-    if (name.starts_with('.')) {
+    const std::string name = it->path().filename().string();
+    if (name.starts_with('.') || fs::equivalent(it->path(), left_out_, ignored)) {
       if (it->is_directory(ignored)) it.disable_recursion_pending();
-    } else if (IsScoreName(name) && it->is_regular_file(ignored)) {
-      inputs.push_back({it->path().string(), it->path().lexically_relative(folder).string()});
+    } else if (!IsScoreName(name) || !it->is_regular_file(ignored)) {
+      return;
+    } else if (MayHoldScore(it->path().string())) {
+      scores_.push_back({it->path().string(), it->path().lexically_relative(folder_).string()});
+    } else {
+      ++passed_over_;
     }
   }
-  if (error) Fail(folder.string(), error.message());
-  if (inputs.size() == before) Fail(folder.string(), "no scores (.musicxml, .xml, .mxl) in this folder");
-  std::sort(inputs.begin() + static_cast<std::ptrdiff_t>(before), inputs.end(),
-            [](const Input& left, const Input& right) { return left.path < right.path; });
-}
+
+  const fs::path folder_;
+  const fs::path left_out_;
+  std::vector<Input> scores_;
+  long passed_over_ = 0;
+};
 
 }  // namespace
 
@@ -84,26 +123,30 @@ std::string ReadBytes(const std::string& path) {
 
 std::string DisplayName(const std::string& path) { return path == kStream ? "stdin" : path; }
 
-std::vector<Input> FindInputs(const std::vector<std::string>& paths) {
-  std::vector<Input> inputs;
+FoundInputs FindInputs(const std::vector<std::string>& paths, const std::string& left_out) {
+  FoundInputs found;
   for (const std::string& path : paths) {
     std::error_code error;
-    if (path == kStream) {
-      inputs.push_back({path, path});
-    } else if (fs::is_directory(path, error)) {
-      FindScores(path, inputs);
-    } else if (fs::exists(path, error)) {
-      inputs.push_back({path, fs::path(path).filename().string()});
-    } else {
-      Fail(path, error ? error.message() : std::strerror(ENOENT));
+    if (path != kStream && fs::is_directory(path, error)) {
+      FolderSearch(path, left_out).AddTo(found);
+      continue;
     }
+    Input input{path, fs::path(path).filename().string()};
+    if (path != kStream && !fs::exists(path, error)) {
+      input.error = path + ": " + (error ? error.message() : std::strerror(ENOENT));
+    }
+    found.inputs.push_back(std::move(input));
   }
-  return inputs;
+  return found;
 }
 
 std::unique_ptr<Score> ReadScore(const std::string& path, const ReadOptions& options) {
   NameWork(DisplayName(path));
-  return Score::Read(ReadBytes(path), DisplayName(path), options);
+  std::string bytes = ReadBytes(path);
+  if (const std::string_view kind = ForeignKind(bytes, path); !kind.empty()) {
+    Fail(path, "this is " + std::string(kind) + "; export the score as MusicXML (.musicxml or .mxl) and take that");
+  }
+  return Score::Read(std::move(bytes), DisplayName(path), options);
 }
 
 }  // namespace sok

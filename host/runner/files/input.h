@@ -17,12 +17,19 @@ std::string DisplayName(const std::string& path);
 // One score to work on.
 struct Input {
   std::string path;
-  std::string relative;  // below the folder that was named, or the file's name alone; for --output-dir
+  std::string relative;    // below the folder that was named, or the file's name alone; for --output-dir
+  std::string error = {};  // why there is nothing to work on; empty when there is
+};
+
+struct FoundInputs {
+  std::vector<Input> inputs;
+  std::vector<std::string> messages;  // of files that were passed over
 };
 
 // Replaces folders by the scores in them and below (.musicxml, .xml, .mxl), in order of their paths. Hidden files and
-// folders are passed over, links to folders are not followed. Throws InputError for a path that is not there and for a
-// folder without scores.
-std::vector<Input> FindInputs(const std::vector<std::string>& paths);
+// folders are passed over, and so are files that hold no score; links to folders are not followed. `left_out` is a
+// folder that is not looked into, unless it is itself named; empty: none. A path that is not there and a folder without
+// scores are inputs with an error.
+FoundInputs FindInputs(const std::vector<std::string>& paths, const std::string& left_out = {});
 
 }  // namespace sok

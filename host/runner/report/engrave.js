@@ -1,7 +1,7 @@
 // Draws the systems of a score that a run changed, before and after, with Verovio. Reads a JSON object from stdin:
 //   modules   folders that may hold the package verovio
-//   before, after   the score's text
-//   marks   [{measure, staff, voice, added}]: rests that came (voice "") or went, positions from 1
+//   before, after   the score's text; notes to be marked have the ids sok-went-N and sok-came-N
+//   measures   those that changed, positions from 1
 //   limit   the most systems to draw
 // Prints {version, systems: [{first, last, before, after}], left: systems not drawn}, or {error}.
 'use strict';
@@ -46,35 +46,21 @@ function systems(toolkit) {
   return ranges;
 }
 
-// Marks rests in the picture of a range by a class: the text is walked from tag to tag, with what each <g> opens.
-function mark(svg, first, marks, name) {
-  const wanted = new Map();
-  for (const {measure, staff, voice} of marks) wanted.set(`${measure - first + 1} ${staff}`, voice);
-  let measure = 0, staff = '', layer = '';
-  return svg.replace(/<g( id="[^"]*")? class="(measure|staff|layer|mRest|rest)"([^>]*)>/g, (tag, id, kind, rest) => {
-    const number = (rest.match(/data-n="([^"]*)"/) || [, ''])[1];
-    if (kind === 'measure') ++measure;
-    if (kind === 'staff') staff = number;
-    if (kind === 'layer') layer = number;
-    if (kind !== 'mRest' && kind !== 'rest') return tag;
-    const voice = wanted.get(`${measure} ${staff}`);
-    return voice === undefined || (voice !== '' && voice !== layer) ? tag : `<g class="${kind} ${name}"${rest}>`;
-  });
-}
+// Named notes get a class, and all ids go: several pictures share a page.
+const marked = svg => svg.replace(/ id="sok-(came|went)-\d+" class="([^"]*)"/g, ' class="$2 $1"')
+    .replace(/<g id="[^"]*" class/g, '<g class').replace(/\n\s*/g, '\n').replace(/<desc>[^<]*<\/desc>\n/, '');
 
-function draw(toolkit, ranges, marks, added) {
+function draw(toolkit, ranges) {
   toolkit.setOptions(kOneLine);
   return ranges.map(({first, last}) => {
     toolkit.select({measureRange: `${first}-${last}`});
     toolkit.redoLayout();
-    const inside = marks.filter(m => m.added === added && m.measure >= first && m.measure <= last);
-    return mark(toolkit.renderToSVG(1), first, inside, added ? 'rest-in' : 'rest-out')
-        .replace(/<g id="[^"]*" class/g, '<g class').replace(/\n\s*/g, '\n').replace(/<desc>[^<]*<\/desc>\n/, '');
+    return marked(toolkit.renderToSVG(1));
   });
 }
 
 function main() {
-  const {modules, before, after, marks, limit} = JSON.parse(fs.readFileSync(0, 'utf8'));
+  const {modules, before, after, measures, limit} = JSON.parse(fs.readFileSync(0, 'utf8'));
   const verovio = loadVerovio(modules);
   if (verovio === null) return answer({error: 'the npm package verovio is not installed'});
   const start = () => {
@@ -83,12 +69,12 @@ function main() {
     toolkit.setOptions(kSystems);
     if (!toolkit.loadData(before)) return answer({error: 'Verovio cannot read the score'});
     const changed = systems(toolkit).filter(
-        ({first, last}) => marks.some(({measure}) => measure >= first && measure <= last));
+        ({first, last}) => measures.some(measure => measure >= first && measure <= last));
     const drawn = changed.slice(0, limit);
-    const old = draw(toolkit, drawn, marks, false);
+    const old = draw(toolkit, drawn);
     toolkit.select({});
     if (!toolkit.loadData(after)) return answer({error: 'Verovio cannot read the changed score'});
-    const fresh = draw(toolkit, drawn, marks, true);
+    const fresh = draw(toolkit, drawn);
     answer({
       version: toolkit.getVersion().replace(/-.*/, ''), left: changed.length - drawn.length,
       systems: drawn.map((range, i) => ({...range, before: old[i], after: fresh[i]})),

@@ -9,19 +9,16 @@
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
-#include <map>
-#include <nlohmann/json.hpp>
-#include <pugixml.hpp>
-#include <sstream>
+#include <set>
 
 #include "host/runner/files/output_file.h"
 #include "host/runner/report/embedded.h"
+#include "host/runner/report/json.h"
+#include "host/runner/report/picture_text.h"
 #include "host/runner/report/text.h"
 
 namespace sok {
 namespace {
-
-using Json = nlohmann::json;
 
 std::vector<std::string> ModuleFolders() {
   std::vector<std::string> folders;
@@ -38,33 +35,6 @@ std::vector<std::string> ModuleFolders() {
     folders.push_back(std::string(home) + "/.local/share/sokrun/node_modules");
   }
   return folders;
-}
-
-// Verovio reads scores by parts only: turns measures of parts into parts of measures.
-std::string ByParts(const std::string& text) {
-  pugi::xml_document timewise, partwise;
-  if (!timewise.load_string(text.c_str())) return text;
-  pugi::xml_node root = partwise.append_child("score-partwise");
-  std::map<std::string, pugi::xml_node> parts;
-  for (const pugi::xml_node child : timewise.child("score-timewise")) {
-    if (std::string_view(child.name()) != "measure") {
-      root.append_copy(child);
-      continue;
-    }
-    for (const pugi::xml_node part : child.children("part")) {
-      pugi::xml_node& target = parts[part.attribute("id").value()];
-      if (!target) {
-        target = root.append_child("part");
-        target.append_copy(part.attribute("id"));
-      }
-      pugi::xml_node measure = target.append_child("measure");
-      for (const pugi::xml_attribute attribute : child.attributes()) measure.append_copy(attribute);
-      for (const pugi::xml_node music : part) measure.append_copy(music);
-    }
-  }
-  std::ostringstream out;
-  partwise.save(out, "", pugi::format_raw);
-  return out.str();
 }
 
 // Runs Node on a script with `input` on its stdin; what it prints, empty when it cannot be run. The script reads all
@@ -106,32 +76,18 @@ std::string RunNode(const char* script, const std::string& input) {
   return output;
 }
 
-// Without what names a way of coding the characters: Verovio gets UTF-8 whatever the file was in.
-std::string WithoutDeclaration(const std::string& text) {
-  const std::size_t start = text.starts_with("\xEF\xBB\xBF") ? 3 : 0;
-  if (text.compare(start, 5, "<?xml") != 0) return text.substr(start);
-  const std::size_t end = text.find("?>");
-  return end == std::string::npos ? text : text.substr(end + 2);
-}
-
 }  // namespace
 
 Engraving Engrave(const Score& score, const std::string& text_after, const std::vector<Change>& changes, int limit) {
-  Json marks = Json::array();
-  for (const Change& change : changes) {
-    const bool added = change.kind != ChangeKind::kCleared;
-    const std::string voice = added ? "" : score.Facts(change.slot, change.measure, change.layer).voice;
-    marks.push_back({{"measure", change.measure}, {"staff", change.slot}, {"voice", voice}, {"added", added}});
-  }
-  const auto readable = [&score](const std::string& text) {
-    return score.form() == "score-timewise" ? ByParts(text) : WithoutDeclaration(text);
-  };
+  const PictureTexts texts = NameChangedNotes(score, text_after, changes);
+  std::set<short> measures;
+  for (const Change& change : changes) measures.insert(change.measure);
   const Json request = {{"modules", ModuleFolders()},
-                        {"before", readable(score.Text())},
-                        {"after", readable(text_after)},
-                        {"marks", marks},
+                        {"before", texts.before},
+                        {"after", texts.after},
+                        {"measures", measures},
                         {"limit", limit}};
-  const std::string output = RunNode(kEngraveScript, request.dump(-1, ' ', false, Json::error_handler_t::replace));
+  const std::string output = RunNode(kEngraveScript, Dump(request, -1));
 
   Engraving engraving;
   const Json answer = Json::parse(output, nullptr, false);

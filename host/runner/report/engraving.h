@@ -14,8 +14,8 @@ namespace sok {
 
 struct SystemPicture {
   NumberRange measures;
-  std::string before;  // SVG; rests that went have the class rest-out
-  std::string after;   // SVG; rests that came have the class rest-in
+  std::string before;  // SVG; notes and rests that went have the class went
+  std::string after;   // SVG; those that came have the class came
 };
 
 struct Engraving {

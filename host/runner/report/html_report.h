@@ -1,5 +1,6 @@
-// The report as one page that needs nothing else: for every score a grid of measures by staves coloured by what
-// happened, the reasons, and engraved pictures of the changed systems where Verovio is there.
+// The report as one page that needs nothing else: for every score that changed a grid of measures by staves coloured by
+// what happened, the reasons, and engraved pictures of the changed systems where Verovio is there. Scores that did not
+// change are a folded list.
 #pragma once
 
 #include <string>
@@ -10,13 +11,10 @@
 
 namespace sok {
 
-// The section of one score. Draws it, too, which takes a while.
-std::string HtmlSection(const Score& score, const ScoreReport& report, const RunOptions& options);
+// What the page says of one score. Draws it, too, which takes a while.
+Json PageData(const Score& score, const ScoreReport& report, const RunOptions& options);
 
-// The section of a score that failed.
-std::string HtmlFailure(const std::string& file, const std::string& error);
-
-// The page around the sections.
-std::string HtmlPage(Purpose purpose, const std::string& summary, const std::string& sections);
+// The page of all scores: `files` holds what PageData or FailureJson made of each, in order.
+std::string ReportPage(const RunOptions& options, const std::string& summary, const Json& files);
 
 }  // namespace sok

@@ -1,9 +1,8 @@
 #include "host/runner/report/report.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstddef>
-#include <map>
-#include <nlohmann/json.hpp>
 
 #include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
@@ -11,29 +10,19 @@
 namespace sok {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 long Count(const std::vector<Change>& changes, ChangeKind kind) {
   return std::count_if(changes.begin(), changes.end(), [kind](const Change& change) { return change.kind == kind; });
 }
 
-std::string Dump(const Json& json) { return ShownJson(json.dump(-1, ' ', false, Json::error_handler_t::replace)); }
-
 const Staff& StaffOf(const Score& score, short slot) { return score.staves()[static_cast<std::size_t>(slot - 1)]; }
-const Measure& MeasureOf(const Score& score, short measure) {
-  return score.measures()[static_cast<std::size_t>(measure - 1)];
+const std::string& PrintedNumber(const Score& score, short measure) {
+  return score.measures()[static_cast<std::size_t>(measure - 1)].number;
 }
 
-// "160 music, 14 whole rest": the reasons of what was kept, the most frequent first.
-std::string KeptReasons(const ScoreReport& report) {
-  std::map<Reason, long> counts;
-  for (const ReportCell& cell : report.cells) {
-    if (cell.verdict.outcome == Outcome::kKept) ++counts[cell.verdict.reason];
-  }
-  std::vector<std::pair<Reason, long>> sorted(counts.begin(), counts.end());
-  std::stable_sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) { return a.second > b.second; });
+// "160 music, 14 whole rest".
+std::string KeptText(const ScoreReport& report) {
   std::string text;
-  for (const auto& [reason, count] : sorted) {
+  for (const auto& [reason, count] : KeptReasons(report)) {
     std::string code(Code(reason));
     std::replace(code.begin(), code.end(), '-', ' ');
     text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + code;
@@ -41,15 +30,70 @@ std::string KeptReasons(const ScoreReport& report) {
   return text;
 }
 
-std::string Summary(const ScoreReport& report) {
+std::string Summary(const ScoreReport& report, Detail detail) {
   std::string text = Counted(report.RestsIn(), "rest") + " in, " + Counted(report.RestsOut(), "rest") + " out; ";
   const long kept = report.selected - report.changed;
   text += std::to_string(kept) + " of " + Counted(report.selected, "staff-measure") + " kept";
-  const std::string reasons = KeptReasons(report);
+  const std::string reasons = detail == Detail::kChanged ? "" : KeptText(report);
   if (!reasons.empty()) text += " (" + reasons + ")";
   if (!report.written.empty()) text += " -> " + (report.written == "-" ? "stdout" : report.written);
   if (!report.error.empty()) text += "; not written";
   return text;
+}
+
+// What one line of the report tells: a staff, its measures, what happened to them.
+struct ReportLine {
+  short slot = 0;
+  std::vector<short> measures;
+  std::string sentence;
+};
+
+bool Tells(Detail detail, const ReportCell& cell) { return detail == Detail::kAll || !cell.Kept(); }
+
+std::vector<ReportLine> MakeLines(const ScoreReport& report, Detail detail) {
+  std::vector<ReportLine> lines;
+  std::map<std::pair<short, std::string>, std::size_t> known;  // lines by staff and sentence
+  for (const ReportCell& cell : report.cells) {
+    if (!Tells(detail, cell)) continue;
+    std::string sentence = Sentence(cell, report.purpose);
+    const auto [line, is_new] = known.try_emplace({cell.slot, sentence}, lines.size());
+    if (is_new || detail == Detail::kAll) {
+      lines.push_back({cell.slot, {cell.measure}, std::move(sentence)});
+    } else {
+      lines[line->second].measures.push_back(cell.measure);
+    }
+  }
+  if (detail != Detail::kAll) std::ranges::stable_sort(lines, {}, &ReportLine::slot);
+  return lines;
+}
+
+// Digits as one sign each run, so that texts of one kind are the same.
+std::string WithoutNumbers(const std::string& text) {
+  std::string kind;
+  for (const char letter : text) {
+    const bool digit = std::isdigit(static_cast<unsigned char>(letter)) != 0;
+    if (!digit || kind.empty() || kind.back() != '#') kind += digit ? '#' : letter;
+  }
+  return kind;
+}
+
+Json CellJson(const Score& score, const ReportCell& cell, Purpose purpose) {
+  const Verdict& verdict = cell.verdict;
+  Json row = {{"measure", cell.measure},
+              {"number", PrintedNumber(score, cell.measure)},
+              {"staff", cell.slot},
+              {"outcome", Name(verdict.outcome)},
+              {"reason", Code(verdict.reason)},
+              {"layer", verdict.layer < 0 ? Json() : Json(verdict.layer + 1)}};
+  if (verdict.layer >= 0) row["layer_shown"] = verdict.layer_shown;
+  row["text"] = Text(verdict, purpose);
+  if (!cell.notes.empty()) row["notes"] = cell.notes;
+  return row;
+}
+
+std::string_view Status(const ScoreReport& report) {
+  if (!report.error.empty()) return "failed";
+  return report.changed > 0 ? "changed" : "unchanged";
 }
 
 }  // namespace
@@ -65,80 +109,95 @@ std::string MeasureLabel(const Score& score, short measure) {
   return MeasureLabel(score.measures(), static_cast<std::size_t>(measure));
 }
 
-std::string ReportText(const Score& score, const ScoreReport& report) {
-  std::size_t measure_width = 0, staff_width = 0;
-  for (const ReportCell& cell : report.cells) {
-    measure_width = std::max(measure_width, DisplayWidth(ShownText(MeasureLabel(score, cell.measure))));
-    staff_width = std::max(staff_width, DisplayWidth(ShownText(StaffLabel(StaffOf(score, cell.slot)))));
+std::string MeasuresLabel(const Score& score, const std::vector<short>& measures) {
+  if (measures.size() == 1) return MeasureLabel(score, measures.front());
+  std::string positions, printed;
+  bool differ = false;
+  for (std::size_t i = 0; i < measures.size();) {
+    std::size_t end = i;
+    while (end + 1 < measures.size() && measures[end + 1] == measures[end] + 1) ++end;
+    const char* const comma = i == 0 ? "" : ", ";
+    const std::string first = PrintedNumber(score, measures[i]), last = PrintedNumber(score, measures[end]);
+    const std::string range = RangeText(measures[i], measures[end]);
+    const std::string names = i == end ? first : first + "-" + last;
+    positions += comma + range;
+    printed += comma + names;
+    differ = differ || (!first.empty() && !last.empty() && names != range);
+    i = end + 1;
   }
-  std::vector<std::string> staff_labels;
-  for (const Staff& staff : score.staves()) staff_labels.push_back(Padded(ShownText(StaffLabel(staff)), staff_width));
-
-  std::string text = ShownText(report.file + ": " + report.title) + "\n";
-  std::string measure_label;
-  short labelled = 0;
-  for (const ReportCell& cell : report.cells) {
-    if (cell.measure != labelled) measure_label = Padded(ShownText(MeasureLabel(score, cell.measure)), measure_width);
-    labelled = cell.measure;
-    text += measure_label + "  " + staff_labels[static_cast<std::size_t>(cell.slot - 1)] + "  ";
-    text += Name(cell.verdict.outcome);
-    text += ": " + Text(cell.verdict, report.purpose);
-    for (const std::string& note : cell.notes) text += "; " + ShownText(note);
-    text += '\n';
-  }
-  return text + ShownText(Summary(report)) + "\n";
+  return "measures " + positions + (differ ? " (printed " + printed + ")" : "");
 }
 
-std::string JsonString(const std::string& text) { return Dump(Json(text)); }
+std::string Sentence(const ReportCell& cell, Purpose purpose) {
+  std::string text(Name(cell.verdict.outcome));
+  text += ": " + Text(cell.verdict, purpose);
+  for (const std::string& note : cell.notes) text += "; " + note;
+  return text;
+}
 
-std::string ReportJson(const Score& score, const ScoreReport& report) {
-  Json head;
-  head["file"] = report.file;
-  head["status"] = !report.error.empty() ? "failed" : report.changed > 0 ? "changed" : "unchanged";
-  if (!report.error.empty()) head["error"] = report.error;
-  head["written"] = report.written.empty() ? Json() : Json(report.written);
-  head["measures"] = score.measures().size();
-  for (const Staff& staff : score.staves()) {
-    head["staves"].push_back({{"part", staff.part_name}, {"part_id", staff.part_id}, {"staff", staff.staff}});
+std::vector<std::pair<Reason, long>> KeptReasons(const ScoreReport& report) {
+  std::vector<std::pair<Reason, long>> sorted(report.kept.begin(), report.kept.end());
+  std::ranges::stable_sort(sorted, std::greater(), &std::pair<Reason, long>::second);
+  return sorted;
+}
+
+std::string ReportText(const Score& score, const ScoreReport& report, Detail detail) {
+  const std::vector<ReportLine> lines = MakeLines(report, detail);
+  std::size_t staff_width = 0;
+  for (const ReportLine& line : lines) {
+    staff_width = std::max(staff_width, DisplayWidth(StaffLabel(StaffOf(score, line.slot))));
   }
-  head["rests_in"] = report.RestsIn();
-  head["rests_out"] = report.RestsOut();
-  head["selected"] = report.selected;
-  head["kept"] = report.selected - report.changed;
-  head["warnings"] = report.warnings;
-  head["alerts"] = report.alerts;
+  std::string text = report.file + ": " + report.title + "\n";
+  for (const ReportLine& line : lines) {
+    text += Padded(StaffLabel(StaffOf(score, line.slot)), staff_width) + "  " + MeasuresLabel(score, line.measures) +
+            "  " + line.sentence + "\n";
+  }
+  return text + Summary(report, detail) + "\n";
+}
+
+std::vector<std::string> Folded(const std::vector<std::string>& warnings) {
+  std::vector<std::string> folded;
+  for (std::size_t i = 0; i < warnings.size();) {
+    std::size_t end = i + 1;
+    while (end < warnings.size() && WithoutNumbers(warnings[end]) == WithoutNumbers(warnings[i])) ++end;
+    const auto more = static_cast<long>(end - i - 1);
+    folded.push_back(warnings[i] + (more > 0 ? " (and " + std::to_string(more) + " more like this)" : ""));
+    i = end;
+  }
+  return folded;
+}
+
+Json ReportJson(const Score& score, const ScoreReport& report, Detail detail) {
+  Json json = {{"file", report.file}, {"status", Status(report)}};
+  if (!report.error.empty()) json["error"] = report.error;
+  json["written"] = report.written.empty() ? Json() : Json(report.written);
+  json["measures"] = score.measures().size();
+  json["staves"] = Json::array();
+  for (const Staff& staff : score.staves()) {
+    json["staves"].push_back({{"part", staff.part_name}, {"part_id", staff.part_id}, {"staff", staff.staff}});
+  }
+  json["rests_in"] = report.RestsIn();
+  json["rests_out"] = report.RestsOut();
+  json["selected"] = report.selected;
+  json["kept"] = report.selected - report.changed;
+  json["kept_reasons"] = Json::object();
+  for (const auto& [reason, count] : KeptReasons(report)) json["kept_reasons"][std::string(Code(reason))] = count;
+  json["warnings"] = report.warnings;
+  json["alerts"] = report.alerts;
   for (const RecordChanges& records : report.records) {
-    head["records"].push_back(
+    json["records"].push_back(
         {{"kind", records.kind}, {"changed", records.changed}, {"added", records.added}, {"removed", records.removed}});
   }
-  // Cell by cell, so that a large score need not stand in memory as a tree.
-  std::string text = Dump(head);
-  text.back() = ',';
-  text += "\"cells\":[";
+  json["cells"] = Json::array();
   for (const ReportCell& cell : report.cells) {
-    const Verdict& verdict = cell.verdict;
-    Json row;
-    row["measure"] = cell.measure;
-    row["number"] = MeasureOf(score, cell.measure).number;
-    row["staff"] = cell.slot;
-    row["outcome"] = Name(verdict.outcome);
-    row["reason"] = Code(verdict.reason);
-    row["layer"] = verdict.layer < 0 ? Json() : Json(verdict.layer + 1);
-    if (verdict.layer >= 0) row["layer_shown"] = verdict.layer_shown;
-    row["text"] = Text(verdict, report.purpose);
-    if (!cell.notes.empty()) row["notes"] = cell.notes;
-    if (text.back() != '[') text += ',';
-    text += Dump(row);
+    if (Tells(detail, cell)) json["cells"].push_back(CellJson(score, cell, report.purpose));
   }
-  return text + "]}";
+  if (!report.diff.empty()) json["diff"] = report.diff;
+  return json;
 }
 
-std::string FailureJson(const std::string& file, const std::string& error) {
-  Json json;
-  json["file"] = file;
-  json["status"] = "failed";
-  json["error"] = error;
-  return Dump(json);
+Json FailureJson(const std::string& file, const std::string& error) {
+  return {{"file", file}, {"status", "failed"}, {"error", error}};
 }
 
 }  // namespace sok

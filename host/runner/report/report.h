@@ -1,10 +1,12 @@
 // What a run did to one score, and its forms: lines for people, JSON for programs (docs/sokrun-json.md).
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
 #include "host/runner/report/explain.h"
+#include "host/runner/report/json.h"
 #include "host/runner/run/record_changes.h"
 
 namespace sok {
@@ -15,6 +17,8 @@ struct ReportCell {
   short measure = 0;
   Verdict verdict;
   std::vector<std::string> notes;
+
+  bool Kept() const { return verdict.outcome == Outcome::kKept; }
 };
 
 struct ScoreReport {
@@ -25,28 +29,47 @@ struct ScoreReport {
   Purpose purpose = Purpose::kOther;
   std::vector<Change> changes;
   std::vector<RecordChanges> records;
-  std::vector<ReportCell> cells;  // by measure, then staff; all of the selection, or the changed ones
+  std::vector<ReportCell> cells;  // by measure, then staff: those that changed; the kept ones where they are wanted
+  std::map<Reason, long> kept;    // how many staff-measures were kept for a reason
   long selected = 0;              // staff-measures in the selection
   long changed = 0;               // staff-measures that changed
   std::vector<std::string> warnings;
   std::vector<std::string> alerts;  // what the extension showed
+  std::string diff;                 // what would change in the text, with --dry-run
 
   long RestsIn() const;
   long RestsOut() const;
+};
+
+// How much a report tells.
+enum class Detail {
+  kChanged,  // what changed
+  kSummary,  // the same, and the reasons of what was kept, counted
+  kAll,      // every staff-measure of the selection
 };
 
 // Names of a staff and a measure as users know them: "Piano, staff 2", "measure 12 (printed 11)".
 std::string StaffLabel(const Staff& staff);
 std::string MeasureLabel(const Score& score, short measure);
 
-// The lines: title, staff-measures, summary.
-std::string ReportText(const Score& score, const ScoreReport& report);
+// Measures in rising order: "measures 2, 5-9 (printed 1, 4-8)".
+std::string MeasuresLabel(const Score& score, const std::vector<short>& measures);
 
-// One object of the list of files, as text.
-std::string ReportJson(const Score& score, const ScoreReport& report);
-std::string FailureJson(const std::string& file, const std::string& error);
+// "filled: no layer holds music; inside slash notation".
+std::string Sentence(const ReportCell& cell, Purpose purpose);
 
-// Text as a JSON string, quotation marks included. Bytes that are no UTF-8 become U+FFFD.
-std::string JsonString(const std::string& text);
+// The reasons of what was kept, the most frequent first.
+std::vector<std::pair<Reason, long>> KeptReasons(const ScoreReport& report);
+
+// The lines: title, what changed, summary. What happened to a staff in several measures is one line, unless all is
+// told.
+std::string ReportText(const Score& score, const ScoreReport& report, Detail detail);
+
+// Warnings that differ in nothing but numbers, one after the other, as one line.
+std::vector<std::string> Folded(const std::vector<std::string>& warnings);
+
+// One object of the list of files.
+Json ReportJson(const Score& score, const ScoreReport& report, Detail detail);
+Json FailureJson(const std::string& file, const std::string& error);
 
 }  // namespace sok

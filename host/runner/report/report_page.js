@@ -6,7 +6,8 @@ for (const grid of document.querySelectorAll('.grid')) {
     if (!cell) return;
     grid.querySelector('.chosen')?.classList.remove('chosen');
     cell.classList.add('chosen');
-    told.textContent = cell.title;
+    const column = grid.querySelectorAll('thead th')[cell.cellIndex];
+    told.textContent = `${column.title}, ${cell.parentElement.cells[0].textContent} \u2013 ${cell.title}`;
   };
   grid.addEventListener('click', show);
   grid.addEventListener('mouseover', show);

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <set>
 
 #include "SokExtShared/SokEDK/Source/host_types.h"
@@ -12,6 +11,7 @@
 #include "host/musicxml/score.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/output_file.h"
+#include "host/runner/files/outputs.h"
 #include "host/runner/report/diff.h"
 #include "host/runner/report/html_report.h"
 #include "host/runner/report/report.h"
@@ -100,11 +100,13 @@ void FillCells(const RunOptions& options, const Score& score, const std::vector<
     }
     ++report.selected;
     if (!changes.empty()) ++report.changed;
-    if (!options.WantsCells() || (options.only_changed && options.html.empty() && changes.empty())) return;
+    if (changes.empty() && !options.WantsReasons()) return;
     Settings settings{options.purpose, {}, {}};
     std::copy(std::begin(invocation.layer_shown), std::end(invocation.layer_shown), settings.layer_shown);
     std::copy(std::begin(options.count_hidden), std::end(options.count_hidden), settings.count_hidden);
     ReportCell cell{slot, measure, Explain(score, slot, measure, changes, settings), {}};
+    if (changes.empty()) ++report.kept[cell.verdict.reason];
+    if (changes.empty() && !options.WantsKept()) return;
     if (!changes.empty()) cell.notes = Notes(score, changes, options.write.keep_fermatas);
     report.cells.push_back(std::move(cell));
   };
@@ -123,27 +125,29 @@ void FillCells(const RunOptions& options, const Score& score, const std::vector<
   }
 }
 
-// Writes the result, or prints the difference; what stdout gets before the report.
-std::string Deliver(const RunOptions& options, const Input& input, const std::string& output, const Score& score,
-                    ScoreReport& report) {
+// Writes the result, or finds the difference.
+void Deliver(const RunOptions& options, const Input& input, const std::string& output, const Score& score,
+             ScoreReport& report) {
   if (options.dry_run) {
     const std::string label(score.member().empty() ? "" : "/" + std::string(score.member()));
-    const std::string name = ShownText(DisplayName(input.path) + label);
-    return UnifiedDiff(score.Text(), score.WriteText(options.write), name, name);
+    const std::string name = DisplayName(input.path) + label;
+    report.diff = UnifiedDiff(score.Text(), score.WriteText(options.write), name, name);
+    return;
   }
-  if (options.check || output.empty()) {
+  if (output.empty()) {
     if (report.changed > 0) score.WriteText(options.write);  // says what could not be written
-    return {};
+    return;
   }
-  if (report.changed == 0 && output == input.path && output != kStream) return {};  // nothing to do to the file
-  const std::string bytes = score.Write(options.write);
+  const bool over_itself = output != kStream && SameFile(output, input.path);
+  if (over_itself && report.changed == 0) return;  // nothing to do to the file
+  std::string bytes = score.Write(options.write);
+  if (!over_itself) bytes = InFormOf(output, std::move(bytes));
   if (options.backup) {
     report.warnings.push_back("the original is kept as " + WriteFileWithBackup(output, bytes));
   } else {
     WriteFile(output, bytes);
   }
   report.written = output;
-  return {};
 }
 
 std::string Lines(const std::string& prefix, const std::vector<std::string>& texts) {
@@ -152,21 +156,64 @@ std::string Lines(const std::string& prefix, const std::vector<std::string>& tex
   return lines;
 }
 
-FileResult Run(const RunOptions& options, const Input& input, const std::string& output) {
-  ScoreReport report;
-  report.file = DisplayName(input.path);
-  report.purpose = options.purpose;
-  const std::unique_ptr<Score> score = ReadScore(input.path, options.read);
+std::unique_ptr<Score> Read(const RunOptions& options, const Input& input, ScoreReport& report) {
+  std::unique_ptr<Score> score = ReadScore(input.path, options.read);
   for (const Warning& warning : score->warnings()) {
     report.warnings.push_back((warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "") + warning.text);
   }
   WarnOfHiddenLayers(options, report.warnings);
-  std::vector<Invocation> invocations;
+  return score;
+}
+
+std::vector<Invocation> Plan(const RunOptions& options, const Score& score, ScoreReport& report) {
   try {
-    invocations = PlanInvocations(*score, options.selection, report.warnings);
+    return PlanInvocations(score, options.selection, report.warnings);
   } catch (const InputError& error) {
     throw InputError(report.file + ": " + error.what());
+  } catch (const UsageError& error) {
+    throw UsageError(report.file + ": " + error.what());
   }
+}
+
+Detail DetailOf(const RunOptions& options) {
+  if (options.verbose) return Detail::kAll;
+  return options.only_changed ? Detail::kChanged : Detail::kSummary;
+}
+
+// A score without changes is no news where only changes are.
+bool IsTold(const RunOptions& options, const ScoreReport& report) {
+  if (options.quiet || options.json) return false;
+  return !(options.only_changed && options.batch) || report.changed > 0 || !report.error.empty();
+}
+
+// Where the score or the difference takes stdout, the report makes room.
+FileResult Tell(const RunOptions& options, const std::string& output, const Score& score, const ScoreReport& report) {
+  FileResult result;
+  result.exit_code = report.error.empty() ? 0 : kExitBadInput;
+  result.changed = report.changed > 0;
+  result.rests_in = report.RestsIn();
+  result.rests_out = report.RestsOut();
+  result.err = Lines(report.file + ": alert: ", report.alerts);
+  if (!options.quiet) {
+    result.err += Lines(report.file + ": ", options.verbose ? report.warnings : Folded(report.warnings));
+  }
+  const std::string text = IsTold(options, report) ? ReportText(score, report, DetailOf(options)) : std::string();
+  const bool stdout_taken = options.dry_run || output == kStream;
+  (stdout_taken ? result.err : result.out) += text;
+  if (!options.json) result.out += report.diff;
+  if (!report.error.empty()) result.err += "sokrun: " + report.error + "\n";
+  if (options.json) result.report = ReportJson(score, report, DetailOf(options));
+  if (!options.html.empty()) result.page = PageData(score, report, options);
+  return result;
+}
+
+FileResult Run(const RunOptions& options, const Input& input, const std::string& output) {
+  if (!input.error.empty()) throw InputError(input.error);
+  ScoreReport report;
+  report.file = DisplayName(input.path);
+  report.purpose = options.purpose;
+  const std::unique_ptr<Score> score = Read(options, input, report);
+  const std::vector<Invocation> invocations = Plan(options, *score, report);
   SetLayerPreferences(score->document(), options);
   const RecordStore records = score->document().records;
   report.title = Invoke(options, *score, invocations, report);
@@ -175,57 +222,39 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   report.records = FindRecordChanges(records, *score, report.changes);
   for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
   FillCells(options, *score, invocations, report);
-
-  FileResult result;
-  std::string diff;
   try {
-    diff = Deliver(options, input, output, *score, report);
+    Deliver(options, input, output, *score, report);
   } catch (const ScoreError& error) {
     report.error = error.what();  // the report still says what the extension did
-    result.exit_code = kExitBadInput;
   }
-  result.changed = report.changed > 0;
-  result.rests_in = report.RestsIn();
-  result.rests_out = report.RestsOut();
-  result.err = Lines(report.file + ": alert: ", report.alerts);
-  if (!options.quiet) result.err += Lines(report.file + ": ", report.warnings);
-  if (!options.html.empty()) result.html = HtmlSection(*score, report, options);
-  if (options.only_changed) {
-    std::erase_if(report.cells, [](const ReportCell& cell) { return cell.verdict.outcome == Outcome::kKept; });
-  }
-  if (options.json) result.json = ReportJson(*score, report);
-  const std::string text = options.quiet || options.json ? std::string() : ReportText(*score, report);
-  // Where the score or the difference takes stdout, the report makes room.
-  const bool stdout_taken = options.dry_run || output == kStream;
-  result.out = stdout_taken ? diff : text;
-  if (stdout_taken) result.err += text;
-  if (!report.error.empty()) result.err += "sokrun: " + ShownText(report.error) + "\n";
-  return result;
+  return Tell(options, output, *score, report);
 }
 
 }  // namespace
 
 std::string FileResult::Serialize() const {
   std::string bytes;
-  nlohmann::json::to_msgpack({exit_code, changed, rests_in, rests_out, out, err, json, html}, bytes);
+  Json::to_msgpack({exit_code, changed, rests_in, rests_out, out, err, report, page}, bytes);
   return bytes;
 }
 
 std::optional<FileResult> FileResult::Deserialize(const std::string& bytes) try {
-  const nlohmann::json all = nlohmann::json::from_msgpack(bytes);
+  const Json all = Json::from_msgpack(bytes);
   if (all.size() != 8) return std::nullopt;
+  for (const Json& file : {all.at(6), all.at(7)}) {
+    if (!file.is_null() && !file.at("status").is_string()) return std::nullopt;
+  }
   return FileResult{all.at(0), all.at(1), all.at(2), all.at(3), all.at(4), all.at(5), all.at(6), all.at(7)};
-} catch (const nlohmann::json::exception&) {
+} catch (const Json::exception&) {
   return std::nullopt;
 }
 
-FileResult Failure(const RunOptions& options, const Input& input, int exit_code, const std::string& message) {
+FileResult Failure(const Input& input, int exit_code, const std::string& message) {
   FileResult result;
   result.exit_code = exit_code;
   result.err = "sokrun: " + ShownText(message) + "\n";
   const std::string file = DisplayName(input.path);
-  if (options.json) result.json = FailureJson(file, message);
-  if (!options.html.empty()) result.html = HtmlFailure(file, message);
+  result.report = result.page = FailureJson(file, message);
   return result;
 }
 
@@ -233,11 +262,11 @@ FileResult RunOnFile(const RunOptions& options, const Input& input, const std::s
   try {
     return Run(options, input, output);
   } catch (const UsageError& error) {
-    return Failure(options, input, kExitUsage, error.what());
+    return Failure(input, kExitUsage, error.what());
   } catch (const std::exception& error) {
-    return Failure(options, input, kExitBadInput, error.what());
+    return Failure(input, kExitBadInput, error.what());
   } catch (...) {
-    return Failure(options, input, kExitBadInput,
+    return Failure(input, kExitBadInput,
                    DisplayName(input.path) + ": the extension throws something that is no exception");
   }
 }

@@ -6,6 +6,7 @@
 
 #include "host/runner/commands/options.h"
 #include "host/runner/files/input.h"
+#include "host/runner/report/json.h"
 
 namespace sok {
 
@@ -15,10 +16,10 @@ struct FileResult {
   bool changed = false;
   long rests_in = 0;
   long rests_out = 0;
-  std::string out;   // for stdout
-  std::string err;   // for stderr
-  std::string json;  // an object
-  std::string html;  // a section of the page
+  std::string out;  // for stdout
+  std::string err;  // for stderr
+  Json report;      // for the JSON report
+  Json page;        // for the page
 
   std::string Serialize() const;
   static std::optional<FileResult> Deserialize(const std::string& bytes);  // nothing where that makes no sense
@@ -28,6 +29,6 @@ struct FileResult {
 FileResult RunOnFile(const RunOptions& options, const Input& input, const std::string& output);
 
 // A file that failed with a message.
-FileResult Failure(const RunOptions& options, const Input& input, int exit_code, const std::string& message);
+FileResult Failure(const Input& input, int exit_code, const std::string& message);
 
 }  // namespace sok
