@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr const char* kVersion = "sokrun " SOKRUN_VERSION;
+
 constexpr const char* kExamples =
     "Examples:\n"
     "  sokrun fill song.musicxml -o filled.musicxml      whole-measure rests into empty measures\n"
@@ -36,7 +38,7 @@ int Run(int count, char** arguments) {
   int exit_code = sok::kExitSuccess;
   CLI::App app("Runs extension bundles on MusicXML scores: fills empty measures with rests, or clears them.", "sokrun");
   sok::SetUpHelp(app);
-  app.set_version_flag("--version", "sokrun " SOKRUN_VERSION, "Print the version and exit");
+  app.set_version_flag("-V,--version", kVersion, "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(1);
   app.footer(kExamples);
@@ -49,6 +51,8 @@ int Run(int count, char** arguments) {
   sok::AddTextsCommand(app, exit_code);
   sok::AddShapesCommand(app, exit_code);
   sok::AddValidateCommand(app, exit_code);
+  sok::AddHelpCommands(app, kVersion);
+  sok::RefuseEmptyValues(app);
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {

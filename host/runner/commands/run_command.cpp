@@ -8,9 +8,9 @@
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <thread>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/commands/selection_options.h"
 #include "host/runner/files/input.h"
 #include "host/runner/files/outputs.h"
 #include "host/runner/report/collector.h"
@@ -32,9 +32,6 @@ constexpr const char* kHostFunctions[] = {
 
 // What the options leave as text until all of them are known.
 struct RawOptions {
-  std::string measures;
-  std::vector<std::string> numbers;
-  std::string staves;
   std::vector<std::string> hide_layers;
   std::vector<std::string> allow_hidden;
   std::string hidden_rests = "entry";
@@ -64,11 +61,6 @@ void HideFunctions(const std::vector<std::string>& names) {
 }
 
 void Understand(const RawOptions& raw, RunOptions& options) {
-  if (!raw.measures.empty()) options.selection.measures = ParseRanges(raw.measures, "--measures");
-  for (const std::string& numbers : raw.numbers) {
-    for (const std::string_view number : Split(numbers, ',')) options.selection.numbers.emplace_back(Trimmed(number));
-  }
-  if (!raw.staves.empty()) options.selection.staves = ParseRanges(raw.staves, "--staves");
   for (const std::string& hidden : raw.hide_layers) options.selection.hidden_layers.push_back(ParseHiddenLayer(hidden));
   for (const std::string& layers : raw.allow_hidden) {
     for (const std::string_view layer : Split(layers, ','))
@@ -78,7 +70,6 @@ void Understand(const RawOptions& raw, RunOptions& options) {
   options.read.cross_staff_drawn = raw.cross_staff == "drawn";
   options.read.document_data = options.purpose == Purpose::kOther;
   options.trace = raw.trace_changed ? TraceMode::kChanged : raw.trace ? TraceMode::kAll : TraceMode::kOff;
-  if (options.jobs == 0) options.jobs = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
 }
 
 int RunFiles(RunOptions& options) {
@@ -107,32 +98,17 @@ int RunFiles(RunOptions& options) {
   return collector.Finish();
 }
 
-void AddSelectionOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
-  constexpr const char* kGroup = "Selection";
-  command.add_option("--measures", raw.measures, "Measures by position from 1: 3-8,12,20-")
-      ->option_text("LIST")
-      ->group(kGroup);
-  command.add_option("--numbers", raw.numbers, "Measures by printed number: 3-8,X1; may be repeated")
-      ->option_text("LIST")
-      ->group(kGroup)
-      ->allow_extra_args(false);
-  command.add_option("--staves", raw.staves, "Staves from the top of the score: 1,3-4")
-      ->option_text("LIST")
-      ->group(kGroup);
-  command.add_option("--parts", options.selection.parts, "Parts by name, abbreviation or id; may be repeated")
-      ->option_text("NAME")
-      ->group(kGroup)
-      ->allow_extra_args(false);
+void AddLayerOptions(CLI::App& command, RawOptions& raw) {
   command
       .add_option("--hide-layer", raw.hide_layers,
                   "Layer N (1-4) is hidden, on these staves or on all; may be repeated")
       ->option_text("N[:STAVES]")
-      ->group(kGroup)
+      ->group(kSelectionGroup)
       ->allow_extra_args(false);
   command
       .add_option("--allow-hidden", raw.allow_hidden, "Layers (1-4) whose music does not count while they are hidden")
       ->option_text("LIST")
-      ->group(kGroup)
+      ->group(kSelectionGroup)
       ->allow_extra_args(false);
 }
 
@@ -178,11 +154,8 @@ void AddOutputOptions(CLI::App& command, RunOptions& options) {
   folder->excludes(output);
   for (CLI::Option* const nothing_written : {dry_run, check})
     nothing_written->excludes(output)->excludes(in_place)->excludes(folder);
-  command.add_option("-j,--jobs", options.jobs, "Work on this many files at a time; 0: one a processor")
-      ->option_text("N")
-      ->check(CLI::Range(0, 1024))
-      ->capture_default_str()
-      ->group(kGroup);
+  AddJobsOption(command, options.jobs);
+  command.get_option("--jobs")->group(kGroup);
 }
 
 void AddReportOptions(CLI::App& command, RunOptions& options) {
@@ -235,7 +208,8 @@ void AddCommand(CLI::App& app, int& exit_code, const std::string& name, const st
         ->check(CLI::Range(0, 32767));
   }
   command.add_option("IN", options->inputs, "Scores, folders of scores, or - for stdin")->required();
-  AddSelectionOptions(command, *raw, *options);
+  AddSelectionOptions(command, options->selection);
+  AddLayerOptions(command, *raw);
   AddReadingOptions(command, *raw, *options);
   AddOutputOptions(command, *options);
   AddReportOptions(command, *options);

@@ -1,20 +1,24 @@
 // scan: an audit of scores, without changes and without an extension.
+#include <algorithm>
 #include <cstddef>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 
 #include "host/engine/document.h"
 #include "host/runner/commands/commands.h"
+#include "host/runner/commands/selection_options.h"
 #include "host/runner/files/input.h"
+#include "host/runner/files/output_file.h"
+#include "host/runner/files/outputs.h"
+#include "host/runner/report/embedded.h"
+#include "host/runner/report/page.h"
 #include "host/runner/report/report.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
+#include "host/runner/run/batch.h"
 
 namespace sok {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 enum Finding { kEmpty, kBarRest, kLookAlike, kHiddenRest, kSurplusVoices, kFindings };
 
@@ -22,114 +26,218 @@ struct FindingText {
   const char* code;
   const char* text;
   const char* noun;  // in the line of counts
+  bool sound;        // found in every good score; does not make it worse
 };
 
 constexpr FindingText kTexts[kFindings] = {
-    {"empty", "empty measure", "empty measure"},
-    {"bar-rest", "lone bar rest", "lone bar rest"},
-    {"look-alike", "look-alike rest: a real rest as long as the measure", "look-alike rest"},
-    {"hidden-rest", "hidden rest: a bar rest that is not printed", "hidden rest"},
-    {"surplus-voices", "surplus voices: more than there are layers", "surplus voice"},
-};
-
-struct Found {
-  short slot, measure, layer;  // layer -1: the whole staff-measure
-  Finding finding;
+    {"empty", "empty measure", "empty measure", false},
+    {"bar-rest", "lone bar rest", "lone bar rest", true},
+    {"look-alike", "look-alike rest: a real rest as long as the measure", "look-alike rest", false},
+    {"hidden-rest", "hidden rest: a bar rest that is not printed", "hidden rest", false},
+    {"surplus-voices", "surplus voices: more than there are layers", "surplus voice", false},
 };
 
 struct ScanOptions {
   std::vector<std::string> inputs;
+  Selection selection;
+  std::vector<std::string> kinds;  // those that are looked for, and that --check exits for; empty: all
+  std::string html;
   bool json = false;
   bool quiet = false;
-  ReadOptions read;
+  int jobs = 1;
+
+  bool Wants(const char* code) const {
+    return kinds.empty() || std::ranges::find(kinds, std::string_view(code)) != kinds.end();
+  }
 };
 
-std::vector<Found> Scan(const Score& score) {
-  std::vector<Found> all;
-  for (std::size_t m = 1; m <= score.measures().size(); ++m) {
-    for (std::size_t s = 1; s <= score.staves().size(); ++s) {
-      const auto measure = static_cast<short>(m), slot = static_cast<short>(s);
-      if (!score.Exists(slot, measure)) continue;
-      bool empty = true;
-      for (short layer = 0; layer < kLayers; ++layer) {
-        const LayerFacts facts = score.Facts(slot, measure, layer);
-        const auto add = [&](Finding finding) { all.push_back({slot, measure, layer, finding}); };
-        if (facts.hidden_rest)
-          add(kHiddenRest);
-        else if (facts.whole_rest)
-          add(kBarRest);
-        if (facts.looks_whole) add(kLookAlike);
-        if (facts.surplus) add(kSurplusVoices);
-        empty = empty && facts.entries == 0 && !facts.hidden_rest;
+// What is found goes to `add(finding, layer)`, with layer -1 for the whole staff-measure.
+template <typename Add>
+void ScanStaffMeasure(const Score& score, short slot, short measure, const Add& add) {
+  bool empty = !score.Around(slot, measure).visited;
+  for (short layer = 0; layer < kLayers; ++layer) {
+    const LayerFacts facts = score.Facts(slot, measure, layer);
+    if (facts.hidden_rest || facts.whole_rest) add(facts.hidden_rest ? kHiddenRest : kBarRest, layer);
+    if (facts.looks_whole) add(kLookAlike, layer);
+    if (facts.surplus) add(kSurplusVoices, layer);
+    empty = empty && facts.entries == 0 && !facts.hidden_rest;
+  }
+  if (empty) add(kEmpty, -1);
+}
+
+Json FindingJson(const Score& score, short slot, short measure, Finding finding, int layer) {
+  return {{"measure", measure},
+          {"number", score.measures()[static_cast<std::size_t>(measure - 1)].number},
+          {"staff", slot},
+          {"layer", layer < 0 ? Json() : Json(layer + 1)},
+          {"finding", kTexts[finding].code}};
+}
+
+std::string FindingLine(const std::string& file, const Score& score, short slot, short measure, Finding finding,
+                        int layer) {
+  return file + ": " + MeasureLabel(score, measure) + ", " +
+         StaffLabel(score.staves()[static_cast<std::size_t>(slot - 1)]) +
+         (layer >= 0 ? ", layer " + std::to_string(layer + 1) : "") + ": " + kTexts[finding].text + "\n";
+}
+
+// "2 empty measures, 1 lone bar rest".
+std::string CountsText(const Json& counts) {
+  std::string text;
+  for (const FindingText& finding : kTexts) {
+    if (!counts.contains(finding.code)) continue;
+    text += (text.empty() ? "" : ", ") + Counted(counts[finding.code].get<long>(), finding.noun);
+  }
+  return text;
+}
+
+// Visits the staff-measures of a selection that are there.
+template <typename Visit>
+void ForEachStaffMeasure(const Score& score, const std::vector<Invocation>& blocks, const Visit& visit) {
+  for (const Invocation& block : blocks) {
+    for (int measure = block.measures.first; measure <= block.measures.last; ++measure) {
+      for (int slot = block.slots.first; slot <= block.slots.last; ++slot) {
+        const auto m = static_cast<short>(measure), s = static_cast<short>(slot);
+        if (score.Exists(s, m)) visit(s, m);
       }
-      if (empty) all.push_back({slot, measure, -1, kEmpty});
     }
   }
-  return all;
 }
 
-Json ToJson(const std::string& file, const Score& score, const std::vector<Found>& all,
-            const long (&counts)[kFindings]) {
-  Json json = {{"file", file}, {"measures", score.measures().size()}, {"staves", score.staves().size()}};
-  for (int i = 0; i < kFindings; ++i) json["counts"][kTexts[i].code] = counts[i];
-  json["findings"] = Json::array();
-  for (const Found& found : all) {
-    json["findings"].push_back({{"measure", found.measure},
-                                {"number", score.measures()[static_cast<std::size_t>(found.measure - 1)].number},
-                                {"staff", found.slot},
-                                {"layer", found.layer < 0 ? Json() : Json(found.layer + 1)},
-                                {"finding", kTexts[found.finding].code}});
+// One file's part of the JSON report, and the lines that are printed of it.
+Json Scan(const ScanOptions& options, const Input& input) {
+  if (!input.error.empty()) throw InputError(input.error);
+  const std::string file = DisplayName(input.path);
+  const std::unique_ptr<Score> score = ReadScore(input.path, {});
+  std::vector<std::string> warnings;
+  const std::vector<Invocation> blocks = PlanInvocations(*score, options.selection, warnings);
+  Json report = {{"file", file}, {"measures", score->measures().size()}, {"staves", score->staves().size()}};
+  for (const FindingText& finding : kTexts) {
+    if (options.Wants(finding.code)) report["counts"][finding.code] = 0;
   }
-  for (const Warning& warning : score.warnings())
-    json["warnings"].push_back({{"line", warning.line}, {"text", warning.text}});
-  return json;
+  report["findings"] = Json::array();
+  std::string out, err;
+  ForEachStaffMeasure(*score, blocks, [&](short slot, short measure) {
+    ScanStaffMeasure(*score, slot, measure, [&](Finding finding, int layer) {
+      const char* const code = kTexts[finding].code;
+      if (!options.Wants(code)) return;
+      report["counts"][code] = report["counts"][code].get<long>() + 1;
+      if (options.json) report["findings"].push_back(FindingJson(*score, slot, measure, finding, layer));
+      if (!options.quiet) out += FindingLine(file, *score, slot, measure, finding, layer);
+    });
+  });
+  for (const Warning& warning : score->warnings()) {
+    report["warnings"].push_back({{"line", warning.line}, {"text", warning.text}});
+    warnings.push_back((warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "") + warning.text);
+  }
+  for (const std::string& warning : Folded(warnings)) err += options.quiet ? "" : file + ": " + warning + "\n";
+  out += file + ": " + Counted(static_cast<long>(score->measures().size()), "measure") + ", " +
+         Counted(static_cast<long>(score->staves().size()), "staff") + ": " + CountsText(report["counts"]) + "\n";
+  return {{"report", report}, {"out", out}, {"err", err}};
 }
 
-void Print(const std::string& file, const Score& score, const std::vector<Found>& all, const long (&counts)[kFindings],
-           bool quiet) {
-  std::string text;
-  for (std::size_t i = 0; i < all.size() && !quiet; ++i) {
-    const Found& found = all[i];
-    text += ShownText(file + ": " + MeasureLabel(score, found.measure) + ", " +
-                      StaffLabel(score.staves()[static_cast<std::size_t>(found.slot - 1)]));
-    if (found.layer >= 0) text += ", layer " + std::to_string(found.layer + 1);
-    text += std::string(": ") + kTexts[found.finding].text + "\n";
-  }
-  text += ShownText(file) + ": " + Counted(static_cast<long>(score.measures().size()), "measure") + ", " +
-          Counted(static_cast<long>(score.staves().size()), "staff");
-  for (int i = 0; i < kFindings; ++i) text += std::string(i == 0 ? ": " : ", ") + Counted(counts[i], kTexts[i].noun);
-  std::cout << text << '\n';
+Json Failed(const std::string& file, const std::string& error) {
+  return {{"report", {{"file", file}, {"error", error}}}, {"out", ""}, {"err", "sokrun: " + error + "\n"}};
 }
+
+Json ScanOrFail(const ScanOptions& options, const Input& input) {
+  try {
+    return Scan(options, input);
+  } catch (const std::exception& error) {
+    return Failed(DisplayName(input.path), error.what());
+  }
+}
+
+long Worse(const Json& file) {
+  long count = 0;
+  for (const FindingText& finding : kTexts) {
+    if (file.contains("counts") && !finding.sound) count += file["counts"].value(finding.code, 0L);
+  }
+  return count;
+}
+
+// An index of all scores, those that could not be read and the worst first.
+std::string ScanPage(const ScanOptions& options, const std::string& summary, const Json& files) {
+  Json data = {{"title", "What there is to do"}, {"summary", summary}, {"files", Json::array()}};
+  for (const FindingText& finding : kTexts) {
+    if (options.Wants(finding.code)) data["kinds"].push_back({{"code", finding.noun}, {"text", finding.text}});
+  }
+  std::vector<Json> sorted(files.begin(), files.end());
+  std::ranges::stable_sort(sorted, std::greater(),
+                           [](const Json& file) { return std::pair(file.contains("error"), Worse(file)); });
+  for (Json& file : sorted) {
+    const Json counts = file.value("counts", Json::object());
+    file.erase("findings");
+    file["error"] = file.value("error", Json(false));
+    file["cells"] = Json::array();
+    for (const Json& count : counts) file["cells"].push_back({{"count", count}, {"zero", count == 0}});
+    data["files"].push_back(std::move(file));
+  }
+  return Page("What there is to do", kScanTemplate, data);
+}
+
+// Puts the answers of all files together.
+class ScanResults {
+ public:
+  explicit ScanResults(const ScanOptions& options) : options_(options) {
+    for (const FindingText& finding : kTexts) {
+      if (options_.Wants(finding.code)) totals_[finding.code] = 0;
+    }
+  }
+
+  void Add(const Json& answer) {
+    std::cerr << answer["err"].get<std::string>() << std::flush;
+    if (!options_.json) std::cout << answer["out"].get<std::string>() << std::flush;
+    const Json& report = answer["report"];
+    failed_ += report.contains("error");
+    for (auto& [code, total] : totals_.items()) {
+      total = total.get<long>() + report.value("counts", Json::object()).value(code, 0L);
+    }
+    files_.push_back(report);
+  }
+
+  int Finish(bool check) {
+    const std::string summary = Counted(static_cast<long>(files_.size()), "file") + ": " + CountsText(totals_) +
+                                (failed_ > 0 ? ", " + std::to_string(failed_) + " failed" : "");
+    if (!options_.html.empty()) WriteFile(options_.html, ScanPage(options_, summary, files_));
+    const bool found = std::ranges::any_of(totals_, [](const Json& total) { return total != 0; });
+    if (options_.json) {
+      const Json numbers = {{"files", files_.size()}, {"failed", failed_}, {"counts", totals_}};
+      std::cout << Dump({{"version", 2}, {"files", std::move(files_)}, {"summary", numbers}}) << '\n';
+    } else if (files_.size() > 1) {
+      std::cout << summary << '\n';
+    }
+    if (failed_ > 0) return kExitBadInput;
+    return check && found ? kExitWouldChange : kExitSuccess;
+  }
+
+ private:
+  const ScanOptions& options_;
+  Json files_ = Json::array(), totals_ = Json::object();
+  long failed_ = 0;
+};
 
 int ScanFiles(const ScanOptions& options) {
-  int exit_code = kExitSuccess;
-  Json files = Json::array();
-  for (const Input& input : FindInputs(options.inputs).inputs) {
-    const std::string file = DisplayName(input.path);
-    try {
-      const std::unique_ptr<Score> score = ReadScore(input.path, options.read);
-      const std::vector<Found> all = Scan(*score);
-      long counts[kFindings] = {};
-      for (const Found& found : all) ++counts[found.finding];
-      for (const Warning& warning : score->warnings()) {
-        if (options.quiet) continue;
-        const std::string line = warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "";
-        std::cerr << ShownText(file + ": " + line + warning.text) << '\n';
-      }
-      if (options.json)
-        files.push_back(ToJson(file, *score, all, counts));
-      else
-        Print(file, *score, all, counts, options.quiet);
-    } catch (const std::runtime_error& error) {
-      std::cerr << "sokrun: " << ShownText(error.what()) << '\n';
-      if (options.json) files.push_back({{"file", file}, {"error", error.what()}});
-      exit_code = kExitBadInput;
-    }
+  const FoundInputs found = FindInputs(options.inputs);
+  for (const Input& input : found.inputs) {
+    if (options.html.empty()) break;
+    if (options.html == kStream) throw UsageError("--html: the page needs a file; stdout is for the report");
+    if (SameFile(options.html, input.path)) throw UsageError("--html: " + options.html + " is one of the scores");
   }
-  if (options.json)
-    std::cout << ShownJson(Json{{"version", 1}, {"files", files}}.dump(1, ' ', false, Json::error_handler_t::replace))
-              << '\n';
-  return exit_code;
+  for (const std::string& message : found.messages) {
+    if (!options.quiet) std::cerr << message << '\n';
+  }
+  ScanResults results(options);
+  const auto work = [&](std::size_t i) {
+    std::string bytes;
+    Json::to_msgpack(ScanOrFail(options, found.inputs[i]), bytes);
+    return bytes;
+  };
+  const auto done = [&](std::size_t i, const std::string& answer, const std::string& failure) {
+    const std::string file = DisplayName(found.inputs[i].path);
+    results.Add(failure.empty() ? Json::from_msgpack(answer) : Failed(file, file + ": " + failure));
+  };
+  RunInProcesses(found.inputs.size(), {.jobs = options.jobs}, {work, done});
+  return results.Finish(!options.kinds.empty());
 }
 
 }  // namespace
@@ -138,19 +246,26 @@ void AddScanCommand(CLI::App& app, int& exit_code) {
   CLI::App& command =
       *app.add_subcommand("scan", "Look for empty measures, bar rests, look-alikes, hidden rests, surplus voices");
   const auto options = std::make_shared<ScanOptions>();
-  const auto cross_staff = std::make_shared<std::string>("home");
+  std::vector<std::string> kinds;
+  for (const FindingText& finding : kTexts) kinds.emplace_back(finding.code);
   command.add_option("IN", options->inputs, "Scores, folders of scores, or - for stdin")->required();
-  command.add_option("--cross-staff", *cross_staff, "The staff notes live on: their voice's, or where they stand")
-      ->option_text("home|drawn")
-      ->check(CLI::IsMember({"home", "drawn"}))
-      ->capture_default_str();
-  command.add_flag("--json", options->json, "As JSON");
+  AddSelectionOptions(command, options->selection);
+  command
+      .add_option(
+          "--check", options->kinds,
+          "Look for this kind alone and exit 3 when there is one; may be repeated: empty, bar-rest, look-alike, "
+          "hidden-rest, surplus-voices")
+      ->option_text("KIND")
+      ->check(CLI::IsMember(kinds))
+      ->allow_extra_args(false);
+  AddJobsOption(command, options->jobs);
   command.add_flag("-q,--quiet", options->quiet, "Only a line of counts for every score");
-  command.footer("Examples:\n  sokrun scan song.mxl\n  sokrun scan scores/ --quiet");
-  command.callback([options, cross_staff, &exit_code] {
-    options->read.cross_staff_drawn = *cross_staff == "drawn";
-    exit_code = ScanFiles(*options);
-  });
+  command.add_flag("--json", options->json, "As JSON");
+  command.add_option("--html", options->html, "Also write a page: all scores, the worst first")->option_text("FILE");
+  command.footer(
+      "Examples:\n  sokrun scan song.mxl\n  sokrun scan scores/ --quiet -j 0 --html edition.html\n"
+      "  sokrun scan scores/ --check empty --check look-alike");
+  command.callback([options, &exit_code] { exit_code = ScanFiles(*options); });
 }
 
 }  // namespace sok

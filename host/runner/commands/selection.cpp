@@ -117,6 +117,18 @@ bool HiddenOn(const HiddenLayer& hidden, short slot) {
                      [slot](const NumberRange& range) { return range.first <= slot && slot <= range.last; });
 }
 
+void CheckHiddenLayers(const Score& score, const Selection& selection) {
+  for (const HiddenLayer& hidden : selection.hidden_layers) {
+    bool found = false;
+    for (std::size_t slot = 1; slot <= score.staves().size(); ++slot) {
+      found = found || HiddenOn(hidden, static_cast<short>(slot));
+    }
+    if (found) continue;
+    throw UsageError("--hide-layer " + std::to_string(hidden.layer + 1) + ": the score has " +
+                     Counted(static_cast<long>(score.staves().size()), "staff") + ", and none of those that are named");
+  }
+}
+
 // The runs of chosen numbers; a run also ends where `joined(number, number + 1)` says no.
 template <typename Joined>
 std::vector<NumberRange> Runs(const Chosen& chosen, const Joined& joined) {
@@ -172,6 +184,9 @@ EREGION Invocation::Region(const Document& document) const {
 
 std::vector<Invocation> PlanInvocations(const Score& score, const Selection& selection,
                                         std::vector<std::string>& warnings) {
+  if (score.staves().empty() || score.measures().empty()) throw InputError("the score has no measures");
+  CheckHiddenLayers(score, selection);
+  const std::size_t known = warnings.size();
   const bool all_measures = selection.measures.empty() && selection.numbers.empty();
   Chosen measures(score.measures().size(), all_measures);
   Choose(measures, selection.measures, "measure", warnings);
@@ -197,9 +212,10 @@ std::vector<Invocation> PlanInvocations(const Score& score, const Selection& sel
       invocations.push_back(invocation);
     }
   }
-  if (score.staves().empty() || score.measures().empty()) throw InputError("the score has no measures");
-  if (invocations.empty()) throw InputError("nothing is selected" + (warnings.empty() ? "" : ": " + warnings.front()));
-  return invocations;
+  if (!invocations.empty()) return invocations;
+  std::string reasons;  // what was left out; other warnings have nothing to do with it
+  for (std::size_t i = known; i < warnings.size(); ++i) reasons += (i == known ? ": " : "; ") + warnings[i];
+  throw InputError("nothing is selected" + reasons);
 }
 
 }  // namespace sok

@@ -75,6 +75,12 @@ int Run(const Command& command) {
   return failed == 0 ? kExitSuccess : kExitBadInput;
 }
 
+std::vector<std::string> KindNames() {
+  std::vector<std::string> names;
+  for (const CheckKind& kind : CheckKinds()) names.emplace_back(kind.name);
+  return names;
+}
+
 std::string KindsHelp() {
   std::string help = "Checks:\n";
   for (const CheckKind& kind : CheckKinds()) {
@@ -96,6 +102,7 @@ void AddValidateCommand(CLI::App& app, int& exit_code) {
   validate.add_option("BUNDLE", options.plugin, "The extension bundle")->required();
   validate.add_option("--check", options.kinds, "Only checks of this kind; may be repeated")
       ->option_text("KIND")
+      ->check(CLI::IsMember(KindNames()))
       ->allow_extra_args(false);
   validate.add_option("--score", command->score, "The score that commands run on, instead of a built-in one")
       ->option_text("FILE");

@@ -239,12 +239,13 @@ std::string FileResult::Serialize() const {
 }
 
 std::optional<FileResult> FileResult::Deserialize(const std::string& bytes) try {
-  const Json all = Json::from_msgpack(bytes);
+  Json all = Json::from_msgpack(bytes);
   if (all.size() != 8) return std::nullopt;
-  for (const Json& file : {all.at(6), all.at(7)}) {
-    if (!file.is_null() && !file.at("status").is_string()) return std::nullopt;
+  for (const std::size_t file : {6u, 7u}) {
+    if (!all.at(file).is_null() && !all.at(file).at("status").is_string()) return std::nullopt;
   }
-  return FileResult{all.at(0), all.at(1), all.at(2), all.at(3), all.at(4), all.at(5), all.at(6), all.at(7)};
+  return FileResult{all.at(0),           all.at(1), all.at(2), all.at(3), all.at(4), all.at(5), std::move(all.at(6)),
+                    std::move(all.at(7))};
 } catch (const Json::exception&) {
   return std::nullopt;
 }
