@@ -43,6 +43,9 @@ class Parser {
  public:
   explicit Parser(std::u16string_view text) : text_(text) {}
 
+  // Where the outermost entry or value that is read last begins.
+  size_t last() const { return last_; }
+
   Value ParseFile() {
     SkipBlanks();
     if (AtEnd()) return Make<Dictionary>();
@@ -98,6 +101,7 @@ class Parser {
   Value ParseEntries(int depth) {
     Ref<Dictionary> dictionary = Make<Dictionary>();
     for (SkipBlanks(); !AtEnd() && BeginsText(text_[at_]); SkipBlanks()) {
+      if (depth <= 1) last_ = at_;
       std::optional<std::u16string> key = ParseText();
       if (!key) return {};
       SkipBlanks();
@@ -205,11 +209,16 @@ class Parser {
   }
 
   const std::u16string_view text_;
-  size_t at_ = 0;
+  size_t at_ = 0, last_ = 0;
 };
 
 }  // namespace
 
-Value ParseOldStyleList(std::u16string_view text) { return Parser(text).ParseFile(); }
+Value ParseOldStyleList(std::u16string_view text, size_t& place) {
+  Parser parser(text);
+  Value list = parser.ParseFile();
+  place = parser.last();
+  return list;
+}
 
 }  // namespace sok

@@ -88,6 +88,9 @@ class Parser {
  public:
   explicit Parser(std::u16string_view text) : text_(text) {}
 
+  // How far it has come.
+  size_t place() const { return at_; }
+
   Value ParseDocument() {
     const std::optional<Tag> tag = NextTag();
     if (!tag || tag->is_end) return {};
@@ -258,6 +261,11 @@ class Parser {
 
 }  // namespace
 
-Value ParseXmlList(std::u16string_view text) { return Parser(text).ParseDocument(); }
+Value ParseXmlList(std::u16string_view text, size_t& place) {
+  Parser parser(text);
+  Value list = parser.ParseDocument();
+  place = parser.place();
+  return list;
+}
 
 }  // namespace sok
