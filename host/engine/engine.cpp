@@ -1,7 +1,11 @@
 #include "host/engine/engine.h"
 
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <iterator>
 #include <limits>
+#include <new>
 #include <numeric>
 #include <utility>
 
@@ -19,6 +23,25 @@ bool IsNote(const EXENTRY& entry) { return (entry.flags & kEntryIsNote) != 0; }
 
 unsigned short Word(short number) { return static_cast<unsigned short>(number); }
 
+constexpr std::size_t kGuardedSize = 4096;  // at least a page, where pages are of the usual size
+
+// An empty frame, and its end. A guarded one's address is never used again.
+EXTGF2005a* NewFrame(bool guarded) {
+  if (!guarded) return new EXTGF2005a{};
+  void* const page = mmap(nullptr, kGuardedSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (page == MAP_FAILED) throw std::bad_alloc();
+  return new (page) EXTGF2005a{};
+}
+
+void DeleteFrame(const EXTGF2005a* frame, bool guarded) {
+  if (!guarded) {
+    delete frame;
+    return;
+  }
+  frame->~EXTGF2005a();
+  mmap(const_cast<EXTGF2005a*>(frame), kGuardedSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
+}
+
 }  // namespace
 
 FramePlace PlaceOf(const EXTGF2005a& frame) {
@@ -26,10 +49,11 @@ FramePlace PlaceOf(const EXTGF2005a& frame) {
 }
 
 void Engine::Attach(Session* session) {
-  for (const auto& frame : frames_) delete frame.first;
+  for (const auto& frame : frames_) DeleteFrame(frame.first, guard_frames_);
   frames_.clear();
   before_edits_.clear();
   session_ = session;
+  guard_frames_ = session != nullptr && session->guard_frames;
   if (session == nullptr) return;
   session->frames_held = 0;
   session->edits_open = 0;
@@ -40,7 +64,7 @@ EXTGF2005a* Engine::LoadFrame(unsigned short list, short slot, short measure, sh
   const Document& document = *session_->document;
   const FramePlace place = {document.SlotToInst(slot, list), measure, layer};
   if (!document.Exists(place)) return nullptr;
-  auto* const frame = new EXTGF2005a{};
+  EXTGF2005a* const frame = NewFrame(guard_frames_);
   const unsigned short key[] = {Word(place.instrument), Word(measure), Word(layer), list, Word(slot), Word(option)};
   std::copy(std::begin(key), std::end(key), frame->key);
   if (const short count = document.EntryCount(place); count > 0) {
@@ -55,7 +79,7 @@ EXTGF2005a* Engine::LoadFrame(unsigned short list, short slot, short measure, sh
 
 bool Engine::FreeFrame(EXTGF2005a* frame) {
   if (frames_.erase(frame) == 0) return false;
-  delete frame;
+  DeleteFrame(frame, guard_frames_);
   --session_->frames_held;
   return true;
 }

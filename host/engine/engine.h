@@ -54,6 +54,7 @@ class Engine {
   };
 
   Session* session_ = nullptr;
+  bool guard_frames_ = false;
   std::unordered_map<const EXTGF2005a*, EntryArray> frames_;
   std::vector<Document> before_edits_;
 };

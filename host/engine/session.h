@@ -45,6 +45,7 @@ struct Session {
   int frames_held = 0;              // handed out and not yet freed
   int edits_open = 0;
   int mass_edits_open = 0;
+  bool guard_frames = false;  // each frame on a page of its own, which nobody can touch once it is freed
 };
 
 // Whether a call carries the interface version that it has to: kInterfaceVersion, or 0x0E000000 where the kit loads and
