@@ -110,11 +110,10 @@ class Parser {
     return true;
   }
 
-  // Past a document type, whose declarations in brackets may hold further angle brackets.
+  // Past a document type; one with declarations of its own, in brackets, is refused.
   bool SkipDocumentType() {
-    at_ = text_.find_first_of(u"[>", at_);
-    if (at_ >= text_.size()) return false;
-    return text_[at_] == u'>' ? SkipPast(u">") : SkipPast(u"]") && SkipPast(u">");
+    at_ = std::min(text_.find_first_of(u"[>", at_), text_.size());
+    return text_.substr(at_).starts_with(u">") && SkipPast(u">");
   }
 
   // The next tag, past blanks, comments, instructions and the document type; nothing when something else stands there.

@@ -4,6 +4,7 @@
 #   asan      g++, everything, under the address and undefined-behaviour sanitizers (leaks are errors)
 #   tsan      g++, the look-up of host entry points and bundles from many threads
 #   libcxx    clang++ with libc++: the platform layer, the kit, the extension, the engine
+#   macos     clang++ for macOS, where scripts/install-macos-tools.sh was run: compiles, links, asks for what is there
 #   analysis  cppcheck and clang-tidy
 # Usage: scripts/test.sh [--quick]     --quick runs the release stage alone
 set -euo pipefail
@@ -30,13 +31,26 @@ run_stage() {  # preset, then the targets to build and how ctest picks the tests
   run ctest --preset "$preset" $tests
 }
 
+skipped=()
+skip() {  # what, and why
+  skipped+=("$1 ($2)")
+  echo "test.sh: skipped: ${skipped[-1]}" >&2
+}
+
 scripts/install-dependencies.sh
-scripts/install-musicxml-schema.sh || echo "test.sh: without the schema, its test is skipped" >&2
+scripts/install-musicxml-schema.sh || skip "the test by the MusicXML schema" "scripts/install-musicxml-schema.sh failed"
 run_stage release
 [ "${1:-}" = --quick ] && exit 0
 run_stage asan
 run_stage tsan "binding_test platform_bundle_test" '-R ^(Binding|Bundle)\.'
 run_stage libcxx unit_tests "-L unit"
+stage macos
+if missing=$(scripts/install-macos-tools.sh --check); then
+  run scripts/check-macos.sh
+else
+  skip macos "$missing; scripts/install-macos-tools.sh installs it"
+fi
 stage analysis
 run scripts/analyse.sh
-stage "all stages passed"
+stage "all stages passed${skipped[*]:+, but for what was skipped:}"
+for what in "${skipped[@]}"; do echo "     $what"; done

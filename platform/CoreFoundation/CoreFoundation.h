@@ -2,6 +2,19 @@
 // include path only there; elsewhere <CoreFoundation/CoreFoundation.h> finds the framework's own header, and the same
 // callers compile against it.
 //
+// It is never looser than the framework: what is an error or ends the process there does so here. Where they differ:
+// - Languages. Here a bundle's texts come in the user's languages (LANGUAGE, LC_ALL, LC_MESSAGES, LANG), as if the
+//   program ran in them. There the languages that the main program offers decide, English where it has none: a German
+//   sees the English texts of an extension unless the program itself runs in German.
+// - What this project does not call is not declared, and options are few: three types of number, no options to compare
+//   or format with, one allocator.
+// - Encodings are Mac Roman, ASCII, UTF-8, UTF-16 and UTF-32. The application's own (Carbon) is always Mac Roman here.
+// - Property lists and string tables are XML or old-style texts, never binary. CFSTR takes ASCII.
+// - Bundles have their parts in Contents, and no file is chosen by a suffix of the platform (name-macos.txt).
+// - The framework's headers bring names of their own, some of them macros (`pascal`, `nil`, `Point`, `Style`), and the
+// C
+//   library's mark functions as deprecated (`sprintf`): cmake/macos/apple_names.h has those that every build looks for.
+//
 // Ownership follows the framework: a function with Create or Copy in its name hands over one reference, which the
 // caller gives back with CFRelease; one with Get lends an object that lives as long as its owner. Functions that make
 // an object answer null when memory runs out. Strings are UTF-16; lengths, positions and ranges count code units.
@@ -51,9 +64,9 @@ CF_EXPORT const CFAllocatorRef kCFAllocatorDefault;
 
 // Objects of every kind.
 
-// Adds a reference and returns the object.
+// Adds a reference and returns the object. Null ends the process.
 CF_EXPORT CFTypeRef CFRetain(CFTypeRef object);
-// Gives one reference back; the last one frees the object. Null is ignored.
+// Gives one reference back; the last one frees the object. Null ends the process.
 CF_EXPORT void CFRelease(CFTypeRef object);
 // The number of the object's kind, to compare with the functions below.
 CF_EXPORT CFTypeID CFGetTypeID(CFTypeRef object);
@@ -62,8 +75,7 @@ CF_EXPORT CFTypeID CFStringGetTypeID(void);
 // Values of property lists.
 
 // What a number is made from.
-enum { kCFNumberSInt32Type = 3, kCFNumberSInt64Type = 4, kCFNumberDoubleType = 13 };
-typedef CFIndex CFNumberType;
+enum CFNumberType : CFIndex { kCFNumberSInt32Type = 3, kCFNumberSInt64Type = 4, kCFNumberDoubleType = 13 };
 
 // The only ones of their kinds.
 CF_EXPORT const CFBooleanRef kCFBooleanTrue;

@@ -110,7 +110,9 @@ TEST_F(Dispatch, EnumerationFollowsTheLowBits) {
   EXPECT_TRUE(host.session.alerts.empty());
 }
 
-TEST_F(Dispatch, TextsSpeakTheUsersLanguage) {
+// Of the two ways to choose a language this is the stand-in's: the user's own. On macOS the languages of the program
+// decide, and this test program has none, so that the text would be the English one.
+TEST_F(Dispatch, TextsSpeakTheUsersLanguageOnTheWorkbench) {
   setenv("LANGUAGE", "de", 1);
   EMENUCOMMAND record;
   extension.Get<unsigned short(void*, int, EMENUCOMMAND*)>("SonkelExtensionEnumerate_UTF16")(nullptr, 0, &record);

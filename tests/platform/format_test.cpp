@@ -49,6 +49,8 @@ TEST(Format, EightBitText) {
   for (int i = 0; i < 3; ++i) CFRelease(constant);
   EXPECT_EQ(CFSTR("once"), constant);
   EXPECT_EQ(Units(constant), u"once");
+  EXPECT_DEATH(CFRelease(nullptr), "CFRelease was called with null");
+  EXPECT_DEATH(CFRetain(nullptr), "CFRetain was called with null");
 }
 
 }  // namespace

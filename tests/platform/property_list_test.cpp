@@ -17,9 +17,10 @@ void Check(std::initializer_list<ListCase> cases) {
   }
 }
 
-std::string Xml(const std::string& value) {
-  return "<?xml version=\"1.0\"?>\n<!DOCTYPE plist [<!ENTITY x \"y>\">]>\n<plist version=\"1.0\"><dict><key>k</key>" +
-         value + "</dict></plist>";
+std::string Xml(const std::string& value,
+                const std::string& type = "PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"x.dtd\"") {
+  return "<?xml version=\"1.0\"?>\n<!DOCTYPE plist " + type + ">\n<plist version=\"1.0\"><dict><key>k</key>" + value +
+         "</dict></plist>";
 }
 
 std::string Nested(int depth) {
@@ -42,6 +43,7 @@ TEST(PropertyList, Xml) {
       {"the last of two", Xml("<string>a</string><key>k</key><string>b</string>"), "b"},
       {"no plist element", "<dict><key>k</key><string>v</string></dict>", "v"},
       {"byte order mark", "\xEF\xBB\xBF" + Xml("<string>v</string>"), "v"},
+      {"a document type of its own", Xml("<string>v</string>", "[<!ENTITY x \"y\">]"), "(null)"},
       {"not a number", Xml("<integer>4x</integer>"), "(null)"},
       {"unknown element", Xml("<what>v</what>"), "(null)"},
       {"unknown entity", Xml("<string>&x;</string>"), "(null)"},
