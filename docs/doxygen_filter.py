@@ -45,6 +45,8 @@ def entry_points(table):
 
 def filtered(path):
     lines = path.read_text(encoding="utf-8").splitlines()
+    if lines[0] == "/// @file":  # written for Doxygen
+        return "\n".join(lines) + "\n"
     out = ["/// @file"]
     while lines and lines[0].startswith("//"):
         out.append("///" + escaped(lines.pop(0)[2:]))

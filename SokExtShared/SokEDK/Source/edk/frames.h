@@ -1,8 +1,9 @@
-// Frames that free themselves, and loops over the music of a region.
-//
-// A *cell* is one staff in one measure; the music of one of its layers is a *frame*. Every load is one SX_LoadTGF with
-// option 1, and every frame goes back with one SX_FreeTGF when its object ends. Measures and slots count from 1, layers
-// from 0; both ends of a region are inside of it.
+/// @file
+/// Frames that free themselves, and loops over the music of a region.
+///
+/// A *cell* is one staff in one measure; the music of one of its layers is a *frame*. Every load is one SX_LoadTGF with
+/// option 1, and every frame goes back with one SX_FreeTGF when its object ends. Measures and slots count from 1,
+/// layers from 0; both ends of a region are inside of it.
 #pragma once
 
 #include <algorithm>
@@ -15,46 +16,51 @@
 
 namespace edk {
 
-// One staff in one measure.
+/// One staff in one measure.
 struct Cell {
-  unsigned short stafflist = 0;  // the staff list that `slot` counts in; 0 is the document's global list
-  short slot = 1;
-  short measure = 1;
+  unsigned short stafflist = 0;  ///< the staff list that `slot` counts in; 0 is the document's global list
+  short slot = 1;                ///< from 1
+  short measure = 1;             ///< from 1
 
-  // The number of the staff's instrument (SX_SlotToInst); 0 when there is no such staff.
+  /// The number of the staff's instrument (SX_SlotToInst); 0 when there is no such staff.
   short Instrument() const { return SX_SlotToInst(slot, stafflist, kInterfaceVersion); }
 };
 
-// The music of one layer of a cell, on loan from the host. Moved, not copied.
+/// The music of one layer of a cell, on loan from the host. Moved, not copied.
 class Frame {
  public:
-  // Loads nothing, or a layer. Without such a layer, staff or measure the object holds no frame: ask it first.
+  /// Loads nothing, or a layer. Without such a layer, staff or measure the object holds no frame: ask it first.
+  ///@{
   Frame() = default;
   Frame(const Cell& cell, short layer)
       : frame_(SX_LoadTGF(cell.stafflist, cell.slot, cell.measure, layer, 1, kInterfaceVersion)),
         cell_(cell),
         layer_(layer) {}
   explicit operator bool() const { return frame_ != nullptr; }
+  ///@}
 
-  // Where it stands in the score.
+  /// Where it stands in the score.
+  ///@{
   const Cell& Place() const { return cell_; }
   short Layer() const { return layer_; }
+  ///@}
 
   // What follows needs a frame.
 
-  // Whether there is no entry at all.
+  /// Whether there is no entry at all.
   bool IsEmpty() const { return frame_->count == 0; }
 
-  // The entries, until the next insertion or removal.
+  /// The entries, until the next insertion or removal.
   EntryViews Entries() const {
     const short count = frame_->count;
     return {frame_->entries, frame_->entries == nullptr ? 0 : std::max<int>(count, 0)};
   }
 
-  // Its length in duration units (SX_GetTGFDuration).
+  /// Its length in duration units (SX_GetTGFDuration).
   int Duration() const { return SX_GetTGFDuration(frame_.get(), kInterfaceVersion); }
 
-  // Hand the frame to the host; false when it refuses. A change is kept when it has been saved.
+  /// Hand the frame to the host; false when it refuses. A change is kept when it has been saved.
+  ///@{
   bool Save() const { return SX_SaveTGF(frame_.get(), kInterfaceVersion) != 0; }
   bool Insert(int index, int count = 1) const {
     return SX_InsertEXENTRY(frame_.get(), static_cast<short>(index), static_cast<short>(count), kInterfaceVersion) != 0;
@@ -62,22 +68,23 @@ class Frame {
   bool Remove(int index, int count = 1) const {
     return SX_DeleteEXENTRY(frame_.get(), static_cast<short>(index), static_cast<short>(count), kInterfaceVersion) != 0;
   }
+  ///@}
 
-  // Saves a frame without entries in its place. The frame in hand stays as it is.
+  /// Saves a frame without entries in its place. The frame in hand stays as it is.
   bool SaveEmpty() const {
     EXTGF2005a empty{};
     std::copy(std::begin(frame_->key), std::end(frame_->key), empty.key);
     return SX_SaveTGF(&empty, kInterfaceVersion) != 0;
   }
 
-  // Each frame takes the other's place with all that it holds, once both are saved.
+  /// Each frame takes the other's place with all that it holds, once both are saved.
   void SwapPlaces(Frame& other) {
     std::swap_ranges(std::begin(frame_->key), std::end(frame_->key), other.frame_->key);
     std::swap(cell_, other.cell_);
     std::swap(layer_, other.layer_);
   }
 
-  // The host's frame.
+  /// The host's frame.
   EXTGF2005a* Raw() const { return frame_.get(); }
 
  private:
@@ -89,7 +96,7 @@ class Frame {
   short layer_ = 0;
 };
 
-// Numbers from the first to the last, for loops. Counts wider than 16 bits: a range up to the last number ends, too.
+/// Numbers from the first to the last, for loops. Counts wider than 16 bits: a range up to the last number ends, too.
 class Numbers {
  public:
   class Iterator {
@@ -109,20 +116,26 @@ class Numbers {
     int at_;
   };
 
+  /// Both ends are inside; none when the last is below the first.
   Numbers(short first, short last) : first_(first), last_(last) {}
+  /// For range-based loops.
+  ///@{
   Iterator begin() const { return Iterator(first_); }
   Iterator end() const { return Iterator(std::max<int>(first_, last_ + 1)); }
+  ///@}
 
  private:
   int first_;
   int last_;
 };
 
-// The slots and the measures of a region.
+/// The slots and the measures of a region.
+///@{
 inline Numbers Slots(const EREGION& region) { return {region.start.slot, region.end.slot}; }
 inline Numbers Measures(const EREGION& region) { return {region.start.measure, region.end.measure}; }
+///@}
 
-// The cells of a region: measure by measure, and in a measure slot by slot. The start point's staff list counts.
+/// The cells of a region: measure by measure, and in a measure slot by slot. The start point's staff list counts.
 class Cells {
  public:
   class Iterator {
@@ -146,26 +159,28 @@ class Cells {
     int measure_;
   };
 
+  /// Of a whole region, of one of its slots, of one cell.
+  ///@{
   explicit Cells(const EREGION& region)
       : stafflist_(region.start.stafflist),
         first_slot_(region.start.slot),
         last_slot_(region.end.slot),
         first_measure_(region.start.measure),
         last_measure_(region.end.measure) {}
-
-  // Of one slot alone.
   Cells(const EREGION& region, short slot) : Cells(region) { first_slot_ = last_slot_ = slot; }
-
-  // One cell.
   explicit Cells(const Cell& cell)
       : stafflist_(cell.stafflist),
         first_slot_(cell.slot),
         last_slot_(cell.slot),
         first_measure_(cell.measure),
         last_measure_(cell.measure) {}
+  ///@}
 
+  /// For range-based loops.
+  ///@{
   Iterator begin() const { return Iterator(*this); }
   std::default_sentinel_t end() const { return {}; }
+  ///@}
 
  private:
   unsigned short stafflist_;
@@ -175,8 +190,8 @@ class Cells {
   int last_measure_;
 };
 
-// The frames of cells: cell by cell, and in a cell layer by layer, from 0 to below `layers`. Layers that the host has
-// no frame for are passed over. A frame is freed before the next one is loaded, unless the loop moves it out.
+/// The frames of cells: cell by cell, and in a cell layer by layer, from 0 to below `layers`. Layers that the host has
+/// no frame for are passed over. A frame is freed before the next one is loaded, unless the loop moves it out.
 class Frames {
  public:
   class Iterator {
@@ -205,12 +220,18 @@ class Frames {
     Frame frame_;
   };
 
+  /// Of cells, of a region, of one cell. `layers` is what the command was given.
+  ///@{
   Frames(const Cells& cells, short layers) : cells_(cells), layers_(layers) {}
   Frames(const EREGION& region, short layers) : Frames(Cells(region), layers) {}
   Frames(const Cell& cell, short layers) : Frames(Cells(cell), layers) {}
+  ///@}
 
+  /// For range-based loops.
+  ///@{
   Iterator begin() const { return {cells_, layers_}; }
   std::default_sentinel_t end() const { return {}; }
+  ///@}
 
  private:
   Cells cells_;

@@ -1,4 +1,5 @@
-// The records that are known: their tags, the views of their keys, and what their fields mean where that is known.
+/// @file
+/// The records that are known: their tags, the views of their keys, and what their fields mean where that is known.
 #pragma once
 
 #include "SokExtShared/LIB/notation/definition_records.h"
@@ -13,28 +14,28 @@
 
 namespace edk {
 
-// An instrument: a staff's name and where its rests stand.
+/// An instrument: a staff's name and where its rests stand.
 struct InstrumentDefinition {
-  unsigned char host0[24];
-  short restPlacement;  // its high byte, signed, says where whole-measure rests stand
-  unsigned char host26[4];
-  short fullName;         // number of a text block
-  short abbreviatedName;  // number of a text block
-  unsigned char host34[102];
+  unsigned char host0[24];    ///< the host\'s
+  short restPlacement;        ///< its high byte, signed, says where whole-measure rests stand
+  unsigned char host26[4];    ///< the host\'s
+  short fullName;             ///< number of a text block
+  short abbreviatedName;      ///< number of a text block
+  unsigned char host34[102];  ///< the host\'s
 
-  // Where a whole-measure rest stands, as the first word of its note says it.
+  /// Where a whole-measure rest stands, as the first word of its note says it.
   short WholeMeasureRestPlacement() const { return static_cast<short>((restPlacement >> 8) + 10); }
 };
 static_assert(sizeof(InstrumentDefinition) == 136 && offsetof(InstrumentDefinition, restPlacement) == 24);
 static_assert(offsetof(InstrumentDefinition, fullName) == 30);
 
-// An articulation on an entry.
+/// An articulation on an entry.
 struct ArticulationAssignment {
-  short definition;  // number of its definition
-  short first;       // the two values that AddArticulation takes
-  unsigned char host4[2];
-  short second;
-  unsigned char host8[4];
+  short definition;        ///< number of its definition
+  short first;             ///< one of the two values that AddArticulation takes
+  unsigned char host4[2];  ///< the host\'s
+  short second;            ///< the other value
+  unsigned char host8[4];  ///< the host\'s
 };
 static_assert(sizeof(ArticulationAssignment) == 12 && offsetof(ArticulationAssignment, second) == 6);
 

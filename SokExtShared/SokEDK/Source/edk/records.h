@@ -1,11 +1,12 @@
-// Records by their type: load, save, create, delete, and loops.
-//
-//     if (const auto name = edk::Load<edk::InstrumentDefinition>({instrument})) …
-//     for (const auto& [key, mark] : edk::RecordsOf<EDTSmartShapeMeasMark>({measure})) …
-//
-// A record type names its tag and the view of its key in a RecordType; those of the kit's records stand in
-// record_kinds.h, and one more line makes an extension's own struct a record. Every function makes the one call of the
-// host that it names, with the record's size and the interface version; key fields that a type has no use for are 0.
+/// @file
+/// Records by their type: load, save, create, delete, and loops.
+///
+///     if (const auto name = edk::Load<edk::InstrumentDefinition>({instrument})) …
+///     for (const auto& [key, mark] : edk::RecordsOf<EDTSmartShapeMeasMark>({measure})) …
+///
+/// A record type names its tag and the view of its key in a RecordType; those of the kit's records stand in
+/// record_kinds.h, and one more line makes an extension's own struct a record. Every function makes the one call of the
+/// host that it names, with the record's size and the interface version; key fields that a type has no use for are 0.
 #pragma once
 
 #include <iterator>
@@ -15,29 +16,36 @@
 
 namespace edk {
 
-// The views of a key, as plain numbers; each is cut to the width of its field. 0xFFFF in a create lets the host choose.
-inline constexpr int kHostChooses = 0xFFFF;
+/// The views of a key, as plain numbers; each is cut to the width of its field.
+inline constexpr int kHostChooses = 0xFFFF;  ///< in a create: the number that the host finds free
 
-// `other`: a number, and the record's place among those under it, from 0.
+/// `other`: a number, and the record's place among those under it, from 0.
 struct OtherKey {
-  int cmper = 0;
-  int subIndex = 0;
+  int cmper = 0;     ///< the number
+  int subIndex = 0;  ///< the place, from 0
 
+  /// As the host's record calls take it, and back.
+  ///@{
   EDataID Id() const {
     EDataID id{};
     id.other = {static_cast<unsigned short>(cmper), static_cast<short>(subIndex)};
     return id;
   }
   static OtherKey Of(const EDataID& id) { return {id.other.cmper, id.other.subIndex}; }
+  ///@}
+
+  /// Equal in every field.
   friend bool operator==(const OtherKey&, const OtherKey&) = default;
 };
 
-// `detail`: two numbers and a place.
+/// `detail`: two numbers and a place.
 struct DetailKey {
-  int cmper = 0;
-  int secondCmper = 0;
-  int subIndex = 0;
+  int cmper = 0;        ///< the first number
+  int secondCmper = 0;  ///< the second number
+  int subIndex = 0;     ///< the place, from 0
 
+  /// As the host's record calls take it, and back.
+  ///@{
   EDataID Id() const {
     EDataID id{};
     id.detail.cmper = static_cast<unsigned short>(cmper);
@@ -46,15 +54,19 @@ struct DetailKey {
     return id;
   }
   static DetailKey Of(const EDataID& id) { return {id.detail.cmper, id.detail.secondCmper, id.detail.subIndex}; }
+  ///@}
+
+  /// Equal in every field.
   friend bool operator==(const DetailKey&, const DetailKey&) = default;
 };
 
-// `detail` of the staff spec in force at a point.
+/// `detail` of the staff spec in force at a point.
 struct PointKey {
-  int cmper = 0;
-  int secondCmper = 0;
-  int extraValue = 0;
+  int cmper = 0;        ///< the staff
+  int secondCmper = 0;  ///< the measure
+  int extraValue = 0;   ///< the position in it
 
+  /// As the host's record calls take it.
   EDataID Id() const {
     EDataID id{};
     id.detail.cmper = static_cast<unsigned short>(cmper);
@@ -64,11 +76,13 @@ struct PointKey {
   }
 };
 
-// `entryDetail`: an entry by its number, and a place.
+/// `entryDetail`: an entry by its number, and a place.
 struct EntryDetailKey {
-  int entry = 0;
-  int subIndex = 0;
+  int entry = 0;     ///< the entry's number
+  int subIndex = 0;  ///< the place, from 0
 
+  /// As the host's record calls take it, and back.
+  ///@{
   EDataID Id() const {
     EDataID id{};
     id.entryDetail.entryNum = entry;
@@ -76,26 +90,35 @@ struct EntryDetailKey {
     return id;
   }
   static EntryDetailKey Of(const EDataID& id) { return {id.entryDetail.entryNum, id.entryDetail.subIndex}; }
+  ///@}
+
+  /// Equal in every field.
   friend bool operator==(const EntryDetailKey&, const EntryDetailKey&) = default;
 };
 
-// `entry`: an entry by its number.
+/// `entry`: an entry by its number.
 struct EntryKey {
-  int entry = 0;
+  int entry = 0;  ///< the entry's number
 
+  /// As the host's record calls take it, and back.
+  ///@{
   EDataID Id() const {
     EDataID id{};
     id.entry.entryNum = entry;
     return id;
   }
   static EntryKey Of(const EDataID& id) { return {id.entry.entryNum}; }
+  ///@}
+
+  /// Equal in every field.
   friend bool operator==(const EntryKey&, const EntryKey&) = default;
 };
 
-// `global`: which one of a preference.
+/// `global`: which one of a preference.
 struct GlobalKey {
-  int instance = 0;
+  int instance = 0;  ///< from 0 or 1, as the preference has it
 
+  /// As the host's record calls take it.
   EDataID Id() const {
     EDataID id{};
     id.global.instance = static_cast<short>(instance);
@@ -103,20 +126,21 @@ struct GlobalKey {
   }
 };
 
-// What a record is to the host. Derive the RecordType of a struct of your own from this one:
-//     template <> struct edk::RecordType<MyRecord> : edk::Stored<FourCharacterTag("otMy"), edk::OtherKey> {};
+/// What a record is to the host. Derive the RecordType of a struct of your own from this one:
+///     template <> struct edk::RecordType<MyRecord> : edk::Stored<FourCharacterTag("otMy"), edk::OtherKey> {};
 template <unsigned int kTheTag, typename TheKey, unsigned int kTheVersion = kInterfaceVersion>
 struct Stored {
   static constexpr unsigned int kTag = kTheTag;
-  static constexpr unsigned int kVersion = kTheVersion;  // of the interface, which decides the record's layout
+  static constexpr unsigned int kVersion = kTheVersion;  ///< of the interface, which decides the record's layout
   using Key = TheKey;
 };
 template <typename Record>
 struct RecordType;
+/// The key of a record type.
 template <typename Record>
 using KeyOf = typename RecordType<Record>::Key;
 
-// The record under a key (SX_LoadEData), or nothing.
+/// The record under a key (SX_LoadEData), or nothing.
 template <typename Record>
 std::optional<Record> Load(const KeyOf<Record>& key) {
   std::optional<Record> record(std::in_place);
@@ -126,7 +150,7 @@ std::optional<Record> Load(const KeyOf<Record>& key) {
   return record;
 }
 
-// The record under a key, all zero where the host writes nothing.
+/// The record under a key, all zero where the host writes nothing.
 template <typename Record>
 Record LoadOrZero(const KeyOf<Record>& key) {
   Record record{};
@@ -136,14 +160,14 @@ Record LoadOrZero(const KeyOf<Record>& key) {
   return record;
 }
 
-// Stores the record under a key (SX_SaveEData); false when the host refuses it.
+/// Stores the record under a key (SX_SaveEData); false when the host refuses it.
 template <typename Record>
 bool Save(const KeyOf<Record>& key, const Record& record) {
   const EDataID id = key.Id();
   return SX_SaveEData(RecordType<Record>::kTag, &id, &record, sizeof(Record), RecordType<Record>::kVersion) != 0;
 }
 
-// Adds a record (SX_CreateEData). Returns its key, in which the host has put the numbers that it chose, or nothing.
+/// Adds a record (SX_CreateEData). Returns its key, in which the host has put the numbers that it chose, or nothing.
 template <typename Record>
 std::optional<KeyOf<Record>> Create(const KeyOf<Record>& key, const Record& record) {
   EDataID id = key.Id();
@@ -153,21 +177,21 @@ std::optional<KeyOf<Record>> Create(const KeyOf<Record>& key, const Record& reco
   return KeyOf<Record>::Of(id);
 }
 
-// Removes the record under a key (SX_DeleteEData); later ones under the same number move down by one place.
+/// Removes the record under a key (SX_DeleteEData); later ones under the same number move down by one place.
 template <typename Record>
 bool Delete(const KeyOf<Record>& key) {
   const EDataID id = key.Id();
   return SX_DeleteEData(RecordType<Record>::kTag, &id, RecordType<Record>::kVersion) != 0;
 }
 
-// A record with its key.
+/// A record with its key.
 template <typename Record>
 struct Keyed {
-  KeyOf<Record> key;
-  Record record;
+  KeyOf<Record> key;  ///< where it is
+  Record record;      ///< what it holds
 };
 
-// Loops over records; `Step` finds the first one and the next.
+/// Loops over records; `Step` finds the first one and the next.
 template <typename Record, typename Step>
 class RecordLoop {
  public:
@@ -188,15 +212,20 @@ class RecordLoop {
     std::optional<Keyed<Record>> at_;
   };
 
+  /// From this key on.
   explicit RecordLoop(const KeyOf<Record>& first) : first_(first) {}
+
+  /// For range-based loops.
+  ///@{
   Iterator begin() const { return Iterator(first_); }
   std::default_sentinel_t end() const { return {}; }
+  ///@}
 
  private:
   KeyOf<Record> first_;
 };
 
-// Every record of a type in the order of its keys: the first key there can be, then SX_NextEData.
+// The first key there can be, then SX_NextEData.
 template <typename Record>
 struct InKeyOrder {
   static std::optional<Keyed<Record>> First(const KeyOf<Record>& key) {
@@ -213,13 +242,13 @@ struct InKeyOrder {
     return next;
   }
 };
+/// Every record of a type in the order of its keys.
 template <typename Record>
 RecordLoop<Record, InKeyOrder<Record>> EachRecord() {
   return RecordLoop<Record, InKeyOrder<Record>>(KeyOf<Record>{});
 }
 
-// The records under one number or entry: from the key's `subIndex` on, until one does not load. To remove some, do not
-// delete in the loop: the later ones move down.
+// Places one after the other.
 template <typename Record>
 struct InPlaceOrder {
   static std::optional<Keyed<Record>> First(const KeyOf<Record>& key) {
@@ -231,6 +260,8 @@ struct InPlaceOrder {
     return First(key);
   }
 };
+/// The records under one number or entry, from the key's `subIndex` on until one does not load. Do not delete in the
+/// loop: later ones move down.
 template <typename Record>
 RecordLoop<Record, InPlaceOrder<Record>> RecordsOf(const KeyOf<Record>& first) {
   return RecordLoop<Record, InPlaceOrder<Record>>(first);
