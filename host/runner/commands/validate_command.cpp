@@ -1,6 +1,13 @@
 // validate: checks an extension bundle against what the host relies on.
+#include <unistd.h>
+
 #include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -8,68 +15,176 @@
 #include <thread>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/files/input.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
+#include "host/runner/run/bundle_session.h"
+#include "host/runner/run/exports.h"
 #include "host/runner/validate/validate.h"
 #include "host/runner/validate/validate_score.h"
 
 namespace sok {
 namespace {
 
+constexpr const char* kSanitized = "SOKRUN_SANITIZED";  // set once this program began with the sanitizers
+
 struct Command {
   ValidateOptions options;
   std::string score;
+  std::string only;
+  bool sanitize = false;
   bool json = false;
   bool only_failed = false;
 };
 
-void PrintJson(const Command& command, const std::vector<CheckResult>& results, long failed) {
-  nlohmann::ordered_json checks = nlohmann::ordered_json::array();
-  for (const CheckResult& result : results) {
+using Results = std::vector<CheckResult>;
+
+std::string FailureText(const CheckResult& result) {
+  return result.failure + (result.last_call.empty() ? "" : "; " + result.last_call);
+}
+
+void PrintJson(const Command& command, const ValidationReport& report, long failed) {
+  nlohmann::ordered_json checks = nlohmann::ordered_json::array(), skipped = nlohmann::ordered_json::array();
+  for (const CheckResult& result : report.results) {
     if (command.only_failed && result.failure.empty()) continue;
     nlohmann::ordered_json row = {{"check", result.kind}, {"name", result.name}, {"passed", result.failure.empty()}};
-    if (!result.failure.empty()) row["failure"] = result.failure;
+    if (!result.failure.empty()) row["failure"] = FailureText(result);
+    row["number"] = result.number;
     checks.push_back(row);
   }
-  const nlohmann::ordered_json report = {{"bundle", command.options.plugin},
-                                         {"seed", command.options.seed},
-                                         {"passed", failed == 0 && !results.empty()},
-                                         {"run", results.size()},
-                                         {"failed", failed},
-                                         {"checks", checks}};
-  const std::string text = report.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  for (const SkippedChecks& checks_left : report.skipped) {
+    skipped.push_back({{"check", checks_left.kind}, {"why", checks_left.why}});
+  }
+  const nlohmann::ordered_json all = {{"bundle", command.options.plugin},
+                                      {"seed", command.options.seed},
+                                      {"passed", failed == 0 && !report.results.empty()},
+                                      {"run", report.results.size()},
+                                      {"failed", failed},
+                                      {"checks", checks},
+                                      {"skipped", skipped}};
+  const std::string text = all.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
   std::printf("%s\n", ShownJson(text).c_str());
 }
 
-void PrintText(const Command& command, const std::vector<CheckResult>& results, long failed) {
-  std::printf("%s, seed %u\n", ShownText(command.options.plugin).c_str(), command.options.seed);
+std::string CaseName(const CheckResult& result) { return result.kind + " " + std::to_string(result.number); }
+
+// Equal failures of a kind stand once, under the first of them.
+void PrintFailures(const Results& results, std::string_view kind) {
+  std::vector<std::vector<const CheckResult*>> groups;
+  for (const CheckResult& result : results) {
+    if (result.kind != kind || result.failure.empty()) continue;
+    const auto group = std::ranges::find(groups, result.failure, [](const auto& all) { return all[0]->failure; });
+    if (group == groups.end()) {
+      groups.push_back({&result});
+    } else {
+      group->push_back(&result);
+    }
+  }
+  constexpr std::size_t kNamed = 12;
+  for (const auto& group : groups) {
+    std::printf("             %s, %s: %s\n", CaseName(*group[0]).c_str(), ShownText(group[0]->name).c_str(),
+                ShownText(FailureText(*group[0])).c_str());
+    if (group.size() == 1) continue;
+    std::string others;
+    for (std::size_t i = 1; i < std::min(group.size(), kNamed); ++i) others += " " + std::to_string(group[i]->number);
+    std::printf("               the same in %zu more:%s%s\n", group.size() - 1, others.c_str(),
+                group.size() > kNamed ? " …" : "");
+  }
+}
+
+void PrintText(const Command& command, const ValidationReport& report, long failed) {
+  const auto& [results, skipped] = report;
+  std::printf("%s, seed %u, %s\n", ShownText(command.options.plugin).c_str(), command.options.seed,
+              command.score.empty() ? "built-in score" : ShownText(command.score).c_str());
   for (const CheckKind& kind : CheckKinds()) {
     long run = 0, bad = 0;
     for (const CheckResult& result : results) {
       if (result.kind == kind.name) ++run, bad += !result.failure.empty();
     }
-    if (run == 0 || (command.only_failed && bad == 0)) continue;
-    std::printf("%-6s %4ld  %-16.*s  %.*s\n", bad != 0 ? "FAILED" : "ok", run, static_cast<int>(kind.name.size()),
-                kind.name.data(), static_cast<int>(kind.what.size()), kind.what.data());
-    for (const CheckResult& result : results) {
-      if (result.kind != kind.name || result.failure.empty()) continue;
-      std::printf("             %s: %s\n", ShownText(result.name).c_str(), ShownText(result.failure).c_str());
+    const auto name = static_cast<int>(kind.name.size()), what = static_cast<int>(kind.what.size());
+    if (run != 0 && (!command.only_failed || bad != 0)) {
+      std::printf("%-7s %4ld  %-16.*s  %.*s\n", bad != 0 ? "FAILED" : "ok", run, name, kind.name.data(), what,
+                  kind.what.data());
+    }
+    PrintFailures(results, kind.name);
+    for (const SkippedChecks& left : skipped) {
+      if (left.kind == kind.name) std::printf("%-7s       %-16s  %s\n", "skipped", left.kind.c_str(), left.why.c_str());
     }
   }
   std::printf("%s, %ld failed\n", Counted(static_cast<long>(results.size()), "check").c_str(), failed);
+  const auto bad = std::ranges::find_if(results, [](const CheckResult& result) { return !result.failure.empty(); });
+  if (bad == results.end()) return;
+  std::printf("One case in a debugger: gdb --args sokrun validate \"%s\" --seed %u%s --in-process --only \"%s\"\n",
+              ShownText(command.options.plugin).c_str(), command.options.seed,
+              command.score.empty() ? "" : (" --score \"" + ShownText(command.score) + "\"").c_str(),
+              CaseName(*bad).c_str());
 }
 
-int Run(const Command& command) {
-  if (!std::filesystem::exists(command.options.plugin)) throw InputError(command.options.plugin + ": no such bundle");
+std::vector<std::string> KindNames() {
+  std::vector<std::string> names;
+  for (const CheckKind& kind : CheckKinds()) names.emplace_back(kind.name);
+  return names;
+}
+
+// "failing 5", or "failing" for the first one.
+CheckCase ParseCase(const std::string& text) {
+  const std::vector<std::string_view> words = Split(text, ' ');
+  const std::vector<std::string> kinds = KindNames();
+  int number = 0;
+  const std::string_view digits = words.size() == 2 ? words[1] : "0";
+  const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (words.size() > 2 || parsed.ec != std::errc() || parsed.ptr != digits.data() + digits.size() ||
+      std::ranges::find(kinds, words[0]) == kinds.end()) {
+    throw UsageError("--only: " + text + " is no case; write \"failing 5\", as the report does");
+  }
+  return {std::string(words[0]), number};
+}
+
+// The sanitizers' libraries that the extension needs, which a program has to begin with.
+std::string SanitizerLibraries(const std::string& plugin) {
+  std::string libraries;
+  for (const std::string& library : NeededLibraries(BundleExecutable(plugin))) {
+    const std::string name = std::filesystem::path(library).filename();
+    const bool is_one = std::ranges::any_of(std::array{"libasan", "libubsan", "libtsan", "libclang_rt."},
+                                            [&](const char* start) { return name.starts_with(start); });
+    if (is_one) libraries += (libraries.empty() ? "" : ":") + library;
+  }
+  if (libraries.empty()) {
+    throw UsageError("--sanitize: " + plugin + " has no sanitizer; build it with sok_add_extension(... SANITIZE)");
+  }
+  return libraries;
+}
+
+// Starts this program once more, with the sanitizers that the extension was built with.
+[[noreturn]] void StartWithSanitizers(const std::string& plugin) {
+  setenv("LD_PRELOAD", SanitizerLibraries(plugin).c_str(), 1);
+  setenv("ASAN_OPTIONS", "detect_leaks=0", 0);  // what is left at the end is the other checks' affair
+  setenv("UBSAN_OPTIONS", "print_stacktrace=1", 0);
+  setenv(kSanitized, "1", 1);
+  std::string line = ReadBytes("/proc/self/cmdline");
+  std::vector<char*> arguments;
+  for (std::size_t at = 0; at < line.size(); at = line.find('\0', at) + 1) arguments.push_back(line.data() + at);
+  arguments.push_back(nullptr);
+  execv("/proc/self/exe", arguments.data());
+  throw InputError(std::string("--sanitize: sokrun cannot start itself: ") + std::strerror(errno));
+}
+
+int Run(Command& command) {
+  ValidateOptions& options = command.options;
+  if (!command.only.empty()) options.only = ParseCase(command.only);
+  if (!std::filesystem::exists(options.plugin)) throw InputError(options.plugin + ": no such bundle");
+  if (command.sanitize && std::getenv(kSanitized) == nullptr) StartWithSanitizers(options.plugin);
+  options.guard_frames = !command.sanitize;
   const ReadOptions read = {.document_data = true};
   const auto score =
       command.score.empty() ? Score::Read(kValidationScore, "built-in score", read) : ReadScore(command.score, read);
-  const std::vector<CheckResult> results = Validate(command.options, score->document());
+  const ValidationReport report = Validate(options, score->document());
+  const Results& results = report.results;
   const auto failed = std::ranges::count_if(results, [](const CheckResult& result) { return !result.failure.empty(); });
   if (command.json) {
-    PrintJson(command, results, failed);
+    PrintJson(command, report, failed);
   } else {
-    PrintText(command, results, failed);
+    PrintText(command, report, failed);
   }
   if (results.empty()) throw InputError("no check was run");
   return failed == 0 ? kExitSuccess : kExitBadInput;
@@ -125,6 +240,13 @@ void AddValidateCommand(CLI::App& app, int& exit_code) {
       ->option_text("N")
       ->check(CLI::Range(1, 256))
       ->default_str("one a processor");
+  CLI::Option* const only =
+      validate.add_option("--only", command->only, "One case alone, by the name that a report gives it")
+          ->option_text("\"KIND N\"");
+  validate.add_flag("--in-process", options.in_process, "With --only: in this very process, for a debugger")
+      ->needs(only);
+  validate.add_flag("--sanitize", command->sanitize,
+                    "With the sanitizers that the extension was built with: sok_add_extension(... SANITIZE)");
   validate.add_flag("--only-failed", command->only_failed, "Say nothing about checks that pass");
   validate.add_flag("--json", command->json, "As JSON");
   validate.footer(KindsHelp());

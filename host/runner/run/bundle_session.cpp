@@ -72,6 +72,22 @@ std::string BundleFolder() {
 
 std::string DefaultPlugin() { return BundleFolder() + "/MeasureRests.bundle"; }
 
+std::string BundleExecutable(const std::string& plugin) {
+  const CFBundleRef bundle = OpenBundle(plugin);
+  const CFURLRef url = CFBundleCopyExecutableURL(bundle);
+  if (url == nullptr) {
+    const auto named = static_cast<CFStringRef>(CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleExecutableKey));
+    const std::string name = named != nullptr ? Utf8(named) : fs::path(plugin).stem().string();
+    throw InputError(plugin + ": has no executable; looked for Contents/MacOS/" + name +
+                     (named != nullptr ? ", which its Info.plist names"
+                                       : ", since its Info.plist is missing, broken or has no CFBundleExecutable"));
+  }
+  UInt8 path[PATH_MAX] = {};
+  CFURLGetFileSystemRepresentation(url, true, path, sizeof path);
+  CFRelease(url);
+  return reinterpret_cast<const char*>(path);
+}
+
 BundleSession::BundleSession(const std::string& plugin, Session& session) : plugin_(plugin), session_(session) {
   Engine()(&session_);
   try {
@@ -109,7 +125,8 @@ void BundleSession::Start() {
   const auto main_function = reinterpret_cast<MainFunction>(Address("main"));
   if (main_function == nullptr) {
     const char* const reason = dlerror();
-    throw InputError(plugin_ + ": " + (reason != nullptr ? reason : "cannot be loaded, or does not export main"));
+    const std::string executable = Executable();
+    throw InputError(executable + ": " + (reason != nullptr ? reason : "cannot be loaded, or does not export main"));
   }
   char* arguments[] = {plugin_.data(), nullptr};
   if (main_function(1, arguments) == 0) throw InputError(plugin_ + ": finds no host (main answered 0)");
@@ -135,15 +152,6 @@ void BundleSession::Enumerate() {
 std::string BundleSession::Identifier() const {
   const CFStringRef identifier = CFBundleGetIdentifier(bundle_);
   return identifier != nullptr ? Utf8(identifier) : std::string();
-}
-
-std::string BundleSession::Executable() const {
-  const CFURLRef url = CFBundleCopyExecutableURL(bundle_);
-  if (url == nullptr) return {};
-  UInt8 path[PATH_MAX] = {};
-  CFURLGetFileSystemRepresentation(url, true, path, sizeof path);
-  CFRelease(url);
-  return reinterpret_cast<const char*>(path);
 }
 
 int BundleSession::Invoke(int command, EREGION* region) {

@@ -18,6 +18,10 @@ std::string BundleFolder();
 // The extension that is used when none is named.
 std::string DefaultPlugin();
 
+// The path of a bundle's executable. Throws InputError that says what was looked for when there is no bundle or none in
+// it.
+std::string BundleExecutable(const std::string& plugin);
+
 struct ExtensionMenuItem {
   std::string texts[3];  // the menu item, the change for the undo menu, the description; UTF-8
 };
@@ -34,7 +38,7 @@ class BundleSession {
   BundleSession& operator=(const BundleSession&) = delete;
 
   std::string Identifier() const;  // empty when the bundle has none
-  std::string Executable() const;  // its path
+  std::string Executable() const { return BundleExecutable(plugin_); }
   unsigned int InterfaceVersion() const { return interface_version_; }
   const std::vector<ExtensionMenuItem>& Commands() const { return commands_; }
 

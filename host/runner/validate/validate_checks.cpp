@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <filesystem>
+#include <map>
 
 #include "host/runner/report/text.h"
+#include "host/runner/validate/validate_commands.h"
+#include "platform/SokPlatform.h"
 
 namespace sok {
 namespace {
@@ -18,6 +22,9 @@ constexpr const char* kExportedNames[][2] = {
     {"SonkelExtensionGetMenuStatus", "Ext_getmenustatus"},
 };
 constexpr int kMostCommands = 1000;
+constexpr const char* kTable = "Localizable.strings";
+
+namespace fs = std::filesystem;
 
 using Enumerate = unsigned short (*)(void*, int, EMENUCOMMAND*);
 using InvokeFunction = int (*)(void*, int, EREGION*);
@@ -45,9 +52,28 @@ void Expect(bool holds, const std::string& message) {
 
 std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
-// A text that the string table lacks comes back as its number.
-bool IsResourceNumber(std::string_view text) {
-  return !text.empty() && text.find_first_not_of("0123456789,") == std::string_view::npos;
+std::string ContentsOf(const std::string& plugin) {
+  return fs::is_directory(plugin + "/Contents") ? plugin + "/Contents/" : plugin + "/";
+}
+
+using Texts = std::map<std::string, std::string>;
+
+// The texts in a property list; throws CheckFailure when it cannot be read.
+Texts ReadTexts(const std::string& path) {
+  Texts texts;
+  const auto keep = [](void* all, const char* key, const char* text) { static_cast<Texts*>(all)->emplace(key, text); };
+  const int line = SokPlatformReadTexts(path.c_str(), keep, &texts);
+  Expect(line >= 0, path + ": cannot be read");
+  Expect(line == 0, path + ": line " + std::to_string(line) + " is wrong, so that nothing in the file counts");
+  return texts;
+}
+
+void CheckBundle(CheckHost& host) {
+  const std::string path = ContentsOf(host.plugin) + "Info.plist";
+  const Texts information = ReadTexts(path);
+  for (const char* key : {"CFBundleExecutable", "CFBundleIdentifier"}) {
+    Expect(information.contains(key) && !information.at(key).empty(), path + ": has no " + key);
+  }
 }
 
 void CheckSymbols(CheckHost& host) {
@@ -80,6 +106,15 @@ void CheckVersion(CheckHost& host) {
   }
 }
 
+// An answer that no entry point gives.
+[[gnu::noinline]] int NoAnswer() {
+  volatile int number = 0x5AFE;
+  return number;
+}
+
+// What a function answers; one that answers nothing leaves what the call before it did.
+[[gnu::noinline]] int AnswerOf(int (*function)()) { return NoAnswer() == 0 ? 0 : function(); }
+
 void CheckStart(CheckHost& host) {
   const auto start = host.Named<int (*)(int, char**)>("main");
   char* list[] = {nullptr};
@@ -92,7 +127,8 @@ void CheckStart(CheckHost& host) {
     Expect(word == 0, std::string(name) + " does not set the word to 0");
   }
   for (const char* name : {"SonkelExtensionGetMenuStatus", "Ext_getmenustatus"}) {
-    Expect(host.Named<int (*)()>(name)() == 1, std::string(name) + " does not answer 1");
+    const auto status = host.Named<int (*)()>(name);
+    Expect(AnswerOf(status) == 1, std::string(name) + " does not answer 1");
   }
   for (const char* name : {"SonkelExtensionTerminate", "Ext_terminate"}) host.Named<void (*)()>(name)();
 }
@@ -111,19 +147,39 @@ void CheckText(const unsigned short (&units)[128], const std::string& where) {
   Expect(!IsResourceNumber(text), where + " is missing in the string table: " + Quoted(text));
 }
 
+bool SameText(const unsigned short (&left)[128], const unsigned short (&right)[128]) {
+  return Utf8FromUtf16(left, std::size(left)) == Utf8FromUtf16(right, std::size(right));
+}
+
 void CheckTexts(CheckHost& host) {
   const auto count = static_cast<int>(host.extension.Commands().size());
   Expect(count > 0, "has no command");
   Expect(count < kMostCommands, "has commands without end");
-  for (const char* name : {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"}) {
-    for (int command = 0; command < count; ++command) {
+  for (int command = 0; command < count; ++command) {
+    EMENUCOMMAND first{};
+    for (const char* name : {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"}) {
       const std::string where = std::string(name) + ", command " + std::to_string(command);
       GuardedRecord guarded;
       Expect(host.Named<Enumerate>(name)(&host, command, &guarded.record) == 1, where + ": does not answer 1");
       Expect(guarded.GuardsHold(), where + ": writes beyond the record");
       for (int i = 0; i < 3; ++i) CheckText(guarded.record.text[i], where + ": text " + std::to_string(i));
       Expect(guarded.record.active == 1, where + ": the word behind the texts is not 1");
+      for (int i = 0; i < 3 && first.active == 1; ++i) {
+        Expect(SameText(first.text[i], guarded.record.text[i]),
+               where + ": text " + std::to_string(i) + " is another one");
+      }
+      first = guarded.record;
     }
+  }
+}
+
+// A text of the table that is longer than what the command's record shows of it.
+void CheckRoom(const Texts& texts, const std::string& shown, const std::string& path) {
+  constexpr std::size_t kLikelyCut = 100;  // bytes; no two texts begin alike for so long
+  if (shown.size() < kLikelyCut) return;
+  for (const auto& [key, text] : texts) {
+    Expect(text.size() <= shown.size() || !text.starts_with(shown.substr(0, shown.size() - 3)),
+           path + ": " + key + " has more than the 127 units that a menu text may have: " + Quoted(text));
   }
 }
 
@@ -138,7 +194,7 @@ void CheckUnknownCommands(CheckHost& host) {
     }
     if (command < 0) continue;
     const std::size_t calls = host.watch.calls().size();
-    EREGION region = host.Selection();
+    EREGION region = RegionOf(host.document, Scope::kWholeScore);
     Expect(host.extension.Invoke(command, &region) == 0 && host.watch.calls().size() == calls,
            "invoked as command " + std::to_string(command) + ", which it does not have, does not answer 0 at once");
   }
@@ -155,24 +211,23 @@ void CheckNoSelection(CheckHost& host) {
       Expect(host.watch.calls().size() == calls + 1, where + "does more than show the alert");
       const std::string& alert = host.session.alerts[0];
       Expect(!alert.empty() && !IsResourceNumber(alert), where + "shows the alert " + Quoted(alert));
-      Expect(host.watch.VersionFault().empty(), where + host.watch.VersionFault());
+      for (const auto& [kind, finding] : host.watch.Take()) throw CheckFailure(where + finding);
     }
   }
 }
 
 }  // namespace
 
-CheckHost::CheckHost(const std::string& plugin, const Document& score, const HostFault& fault)
-    : document(score), watch(fault), session{&document, &watch, {}, 0, 0, 0}, extension(plugin, session) {}
-
-EREGION CheckHost::Selection() const {
-  return {{0, 1, 1, 0}, {0, document.StaffCount(), document.MeasureCount(), INT_MAX}};
+bool IsResourceNumber(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789,") == std::string_view::npos;
 }
 
-void CheckHost::RunCommand(int command) {
-  EREGION region = Selection();
-  extension.Invoke(command, &region);
-}
+CheckHost::CheckHost(const std::string& bundle, const Document& score, const HostFault& fault, bool guard_frames)
+    : plugin(bundle),
+      document(score),
+      watch(fault, document),
+      session{.document = &document, .observer = &watch, .alerts = {}, .guard_frames = guard_frames},
+      extension(plugin, session) {}
 
 void* CheckHost::Require(const char* name) const {
   void* const address = extension.Address(name);
@@ -180,8 +235,37 @@ void* CheckHost::Require(const char* name) const {
   return address;
 }
 
+std::vector<std::string> Languages(const std::string& plugin) {
+  std::vector<std::string> languages;
+  std::error_code none;
+  for (const fs::directory_entry& entry : fs::directory_iterator(ContentsOf(plugin) + "Resources", none)) {
+    if (fs::exists(entry.path() / kTable)) languages.push_back(entry.path().stem().string());
+  }
+  std::ranges::sort(languages);
+  return languages;
+}
+
+void CheckLanguage(CheckHost& host, const std::string& language) {
+  const auto path = [&](const std::string& name) {
+    return ContentsOf(host.plugin) + "Resources/" + name + ".lproj/" + kTable;
+  };
+  const Texts texts = ReadTexts(path(language));
+  for (const std::string& other : Languages(host.plugin)) {
+    std::string missing;
+    if (other == language) continue;
+    for (const auto& [key, text] : ReadTexts(path(other))) {
+      if (!texts.contains(key)) missing += (missing.empty() ? "" : ", ") + key;
+    }
+    Expect(missing.empty(), path(language) + ": lacks " + missing + ", which " + other + " has");
+  }
+  for (const ExtensionMenuItem& item : host.extension.Commands()) {
+    for (const std::string& shown : item.texts) CheckRoom(texts, shown, path(language));
+  }
+}
+
 const std::vector<ExtensionCheck>& ExtensionChecks() {
   static const std::vector<ExtensionCheck> checks = {
+      {"bundle", "Info.plist has what hosts look for", CheckBundle},
       {"symbols", "the interface's names are exported", CheckSymbols},
       {"hidden-names", "the host's names are not", CheckHiddenNames},
       {"version", "version handshake, by both names", CheckVersion},

@@ -17,15 +17,14 @@ struct CheckFailure : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// A text that the string table lacks comes back as its number: "20003" or "20000,3".
+bool IsResourceNumber(std::string_view text);
+
 // One process's host with the extension loaded into it.
 class CheckHost {
  public:
   // Throws InputError when the extension cannot be loaded or does not start.
-  CheckHost(const std::string& plugin, const Document& score, const HostFault& fault = {});
-
-  // The whole score, and a command run on it.
-  EREGION Selection() const;
-  void RunCommand(int command);
+  CheckHost(const std::string& plugin, const Document& score, const HostFault& fault = {}, bool guard_frames = true);
 
   // An exported name as a function of its type; throws CheckFailure when it is missing.
   template <typename Function>
@@ -34,6 +33,7 @@ class CheckHost {
   }
   void* Require(const char* name) const;
 
+  const std::string plugin;
   Document document;
   HostWatch watch;
   Session session;
@@ -47,5 +47,10 @@ struct ExtensionCheck {
   void (*run)(CheckHost& host);
 };
 const std::vector<ExtensionCheck>& ExtensionChecks();
+
+// The languages that a bundle has texts in, in alphabetical order; and whether all texts are there and have room in one
+// of them, which is the user's.
+std::vector<std::string> Languages(const std::string& plugin);
+void CheckLanguage(CheckHost& host, const std::string& language);
 
 }  // namespace sok

@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <climits>
-#include <sstream>
+#include <cstdint>
+#include <cstdio>
+#include <span>
 #include <string_view>
 #include <type_traits>
 #include <unordered_map>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
+#include "host/runner/report/text.h"
 #include "platform/SokPlatform.h"
 
 namespace sok {
@@ -39,34 +42,81 @@ bool StartsEdit(std::string_view name) { return name.starts_with("SX_StartSonkel
 bool EndsEdit(std::string_view name) { return name == "SX_EndSonkelEdit" || name == "SX_CancelSonkelEdit"; }
 bool LoadsRecord(std::string_view name) { return name == "SX_LoadEData"; }
 
+bool ChangesFrame(std::string_view name) {
+  return name == "SX_InsertEXENTRY" || name == "SX_DeleteEXENTRY" || name == "SX_ReduceEntries";
+}
+bool ChangesDocument(std::string_view name) {
+  return name == "SX_SaveTGF" || name == "SX_SaveEData" || name == "SX_CreateEData" || name == "SX_DeleteEData";
+}
+
 // Calls whose answer says whether they were done: other answers would be lies about the extension's own memory.
 bool AnswersSuccess(std::string_view name) {
   return name.ends_with("EData") || name.ends_with("EXENTRY") || name.ends_with("TGF") || name.ends_with("Edit") ||
          StartsEdit(name);
 }
 
-std::string VersionText(const HostCall& call) {
-  std::ostringstream text;
-  text << "calls " << call.name << " with the interface version 0x" << std::hex << std::uppercase << call.version
-       << " instead of 0x" << kInterfaceVersion;
-  return text.str();
+FramePlace PlaceOf(const EXTGF2005a& frame) {
+  return {static_cast<short>(frame.key[0]), static_cast<short>(frame.key[1]), static_cast<short>(frame.key[2])};
+}
+
+std::string Hexadecimal(unsigned int number) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08X", number);
+  return text;
+}
+
+// What cannot stand in a score, of the entry at an index; empty when it can. One that lasted 0 may go on doing so.
+std::string EntryFault(std::span<const EXENTRY> entries, std::size_t index, const Document& before, int last_number) {
+  const EXENTRY& entry = entries[index];
+  const int number = entry.number;
+  const auto is_same = [number](const EXENTRY& other) { return other.number == number; };
+  const auto known = before.FindEntry(number);
+  const auto lasted_nothing = [&] {
+    return known && before.Entries(known->place)[static_cast<std::size_t>(known->index)].duration == 0;
+  };
+  if (entry.noteCount < 0 || entry.noteCount > static_cast<short>(std::size(entry.notes))) {
+    return "has " + std::to_string(entry.noteCount) + " notes; 0 to " + std::to_string(std::size(entry.notes)) +
+           " have room";
+  }
+  if (number <= 0) return "has the number " + std::to_string(number) + "; SX_InsertEXENTRY hands numbers out, from 1";
+  if (std::ranges::find_if(entries.first(index), is_same) != entries.begin() + static_cast<std::ptrdiff_t>(index)) {
+    return "has the number " + std::to_string(number) + ", as has one before it; numbers are unique in a score";
+  }
+  if (number > last_number) return "has the number " + std::to_string(number) + ", which was never handed out";
+  if (entry.duration == 0 && !lasted_nothing()) return "lasts 0";
+  return {};
 }
 
 }  // namespace
 
-HostWatch::HostWatch(const HostFault& fault) : fault_(fault), random_(fault.seed.value_or(0)) {
+std::string PlaceText(const FramePlace& place) {
+  return "staff " + std::to_string(place.instrument) + ", measure " + std::to_string(place.measure) + ", layer " +
+         std::to_string(place.layer);
+}
+
+HostWatch::HostWatch(const HostFault& fault, const Document& document)
+    : fault_(fault), document_(document), random_(fault.seed.value_or(0)) {
   gHidden = fault.hidden;
   SokPlatformHideFunctions(IsHidden);
 }
 
 bool HostWatch::Before(HostCall& call) {
+  if (std::this_thread::get_id() != thread_) {
+    foreign_call_ = call.name;  // the books belong to the other thread
+    return false;
+  }
   const auto number = static_cast<long>(calls_.size());
   const std::string_view name = call.name;
   calls_.emplace_back(name);
-  if (name == "SX_FreeTGF" && frames_.erase(call.frame) == 0 && bad_free_.empty()) {
-    bad_free_ = call.frame == nullptr ? "frees a null frame" : "frees a frame that it does not hold";
+  say_("the last host call was number " + std::to_string(number) + ", " + calls_.back() + "(" + call.arguments + ")");
+  trace_ = std::hash<std::string>()(std::to_string(trace_) + call.name + call.arguments);
+  if (!HasKnownVersion(call)) {
+    Find("calls", "calls " + calls_.back() + " with the interface version " + Hexadecimal(call.version) +
+                      " instead of " + Hexadecimal(kInterfaceVersion));
   }
-  if (bad_version_.empty() && !HasKnownVersion(call)) bad_version_ = VersionText(call);
+  BeforeFrameCall(call);
+  if (name == "SX_SaveTGF" && fault_.None()) CheckSaved(call);
+  if (StartsEdit(name) && interrupt_edits_) throw InterruptedEdit();
   if (EndsEdit(name)) ++edits_.closed;
   if (name == "SX_EndMassEdit") ++mass_edits_.closed;
   capacity_ = call.size != nullptr ? *call.size : 0;
@@ -74,36 +124,82 @@ bool HostWatch::Before(HostCall& call) {
   return !fault_.seed || Random(0, 5) != 0;
 }
 
+void HostWatch::BeforeFrameCall(const HostCall& call) {
+  const std::string_view name = call.name;
+  const bool frees = name == "SX_FreeTGF";
+  if (!frees && !ChangesFrame(name)) return;
+  const auto held = frames_.find(call.frame);
+  if (held != frames_.end()) {
+    if (frees) freed_[call.frame] = held->second.words, frames_.erase(held);
+    return;
+  }
+  const auto freed = freed_.find(call.frame);
+  const std::string what = call.frame == nullptr   ? "no frame (a null pointer)"
+                           : freed != freed_.end() ? "the frame of " + freed->second + ", which it has freed"
+                                                   : "a frame that the host has not handed out";
+  Find("frames", "hands " + what + " to " + call.name);
+}
+
 void HostWatch::After(HostCall& call) {
+  if (std::this_thread::get_id() != thread_) return;
   if (fault_.seed) Vary(call);
   const std::string_view name = call.name;
-  if (name == "SX_LoadTGF" && call.result != 0) frames_[call.frame] = call.arguments;
+  AfterFrameCall(call);
+  if (ChangesDocument(name) && call.result != 0) NoteChange(call);
   if (StartsEdit(name)) ++edits_.asked, edits_.opened += call.result != 0;
   if (name == "SX_StartMassEdit") ++mass_edits_.asked, mass_edits_.opened += call.result != 0;
+}
+
+void HostWatch::AfterFrameCall(const HostCall& call) {
+  const std::string_view name = call.name;
+  EXTGF2005a* const frame = call.frame;
+  if (frame == nullptr) return;
+  if (name == "SX_LoadTGF" && call.result != 0) frames_[frame] = {PlaceText(PlaceOf(*frame)), nullptr, 0};
+  const auto held = frames_.find(frame);
+  if (held != frames_.end() && (name == "SX_LoadTGF" || ChangesFrame(name))) {
+    held->second.entries = frame->entries;
+    held->second.count = frame->count;
+  }
+}
+
+// Before the call, because the host puts numbers right.
+void HostWatch::CheckSaved(const HostCall& call) {
+  if (call.frame == nullptr) return Find("frames", "hands no frame (a null pointer) to SX_SaveTGF");
+  const EXTGF2005a& frame = *call.frame;
+  const FramePlace place = PlaceOf(frame);
+  const std::string where = "saves the frame of " + PlaceText(place);
+  const auto held = frames_.find(call.frame);
+  const bool too_long =
+      held != frames_.end() && held->second.entries == frame.entries && frame.count > held->second.count;
+  if (frame.count < 0 || (frame.count > 0 && frame.entries == nullptr) || too_long) {
+    return Find("entries", where + " with a count of " + std::to_string(frame.count) +
+                               (too_long ? "; its array has " + std::to_string(held->second.count) + " entries"
+                                         : "; that many entries it does not have"));
+  }
+  if (!document_.Exists(place)) return Find("entries", where + ", which the score does not have");
+  const std::span entries(static_cast<const EXENTRY*>(frame.entries), static_cast<std::size_t>(frame.count));
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const std::string fault = EntryFault(entries, i, before_, document_.LastEntryNumber());
+    if (!fault.empty()) return Find("entries", where + ": entry " + std::to_string(i) + " " + fault);
+  }
+}
+
+void HostWatch::NoteChange(const HostCall& call) {
+  ++changes_;
+  if (edits_.asked > edits_.closed) {
+    change_inside_ = true;
+  } else if (change_outside_.empty()) {
+    change_outside_ = calls_.back() + "(" + call.arguments + ")";
+  }
 }
 
 void HostWatch::Vary(HostCall& call) {
   const std::string_view name = call.name;
   if (Random(0, 2) != 0) return;
   if (name == "SX_LoadTGF") {
-    EXTGF2005a* const frame = call.frame;
-    if (call.result == 0 || frame == nullptr) return;
-    for (int i = 0; i < frame->count; ++i) {
-      EXENTRY& entry = frame->entries[i];
-      entry.duration = static_cast<unsigned short>(Random(0, USHRT_MAX));
-      entry.flags ^= static_cast<unsigned int>(Random(INT_MIN, INT_MAX));
-      entry.noteCount = static_cast<short>(Random(0, 12));
-    }
-    frame->count = static_cast<short>(Random(Random(0, 3) == 0 ? SHRT_MIN : 0, frame->count));
+    if (call.result != 0 && call.frame != nullptr) VaryFrame(*call.frame);
   } else if (LoadsRecord(name)) {
-    if (call.buffer != nullptr && capacity_ > 0) {
-      auto* const bytes = static_cast<unsigned char*>(call.buffer);
-      // Texts end in a zero unit, hence the last two bytes.
-      std::generate_n(bytes, capacity_, [this] { return static_cast<unsigned char>(Random(0, UCHAR_MAX)); });
-      std::fill(bytes + std::max(capacity_ - 2, 0), bytes + capacity_, static_cast<unsigned char>(0));
-    }
-    if (call.size != nullptr) *call.size = Random(-1, 2 * std::max(capacity_, 0) + 1);
-    call.result = Random(-1, 1);
+    VaryRecord(call);
   } else if (name == "SX_GetMaxLayers") {
     call.result = Random(-1, 8);
   } else if (AnswersSuccess(name)) {
@@ -115,22 +211,66 @@ void HostWatch::Vary(HostCall& call) {
   }
 }
 
-std::string HostWatch::FrameFault() const {
-  if (!bad_free_.empty()) return bad_free_;
-  if (fault_.hidden == "SX_FreeTGF" || frames_.empty()) return {};
-  return "keeps " + std::to_string(frames_.size()) + " of the host's frames; one of them was loaded with (" +
-         frames_.begin()->second + ")";
+void HostWatch::VaryFrame(EXTGF2005a& frame) {
+  for (int i = 0; i < frame.count; ++i) {
+    EXENTRY& entry = frame.entries[i];
+    entry.duration = static_cast<unsigned short>(Random(0, USHRT_MAX));
+    entry.flags ^= static_cast<unsigned int>(Random(INT_MIN, INT_MAX));
+    entry.noteCount = static_cast<short>(Random(0, 12));
+  }
+  frame.count = static_cast<short>(Random(Random(0, 3) == 0 ? SHRT_MIN : 0, frame.count));
+}
+
+void HostWatch::VaryRecord(HostCall& call) {
+  if (call.buffer != nullptr && capacity_ > 0) {
+    auto* const bytes = static_cast<unsigned char*>(call.buffer);
+    // Texts end in a zero unit, hence the last two bytes.
+    std::generate_n(bytes, capacity_, [this] { return static_cast<unsigned char>(Random(0, UCHAR_MAX)); });
+    std::fill(bytes + std::max(capacity_ - 2, 0), bytes + capacity_, static_cast<unsigned char>(0));
+  }
+  if (call.size != nullptr) *call.size = Random(-1, 2 * std::max(capacity_, 0) + 1);
+  call.result = Random(-1, 1);
+}
+
+Findings HostWatch::Take() const {
+  Findings all = findings_;
+  if (const char* const name = foreign_call_) {
+    all.emplace("calls", std::string("calls ") + name + " from a thread of its own; the host serves one thread");
+  }
+  if (!frames_.empty() && fault_.hidden != "SX_FreeTGF") {
+    all.emplace("frames", "keeps " + Counted(static_cast<long>(frames_.size()), "frame") +
+                              " of the host, such as that of " + frames_.begin()->second.words);
+  }
+  if (const std::string edits = EditFault(); !edits.empty()) all.emplace("edits", edits);
+  return all;
 }
 
 std::string HostWatch::EditFault() const {
   const std::string& hidden = fault_.hidden;
   const auto fault = [&](const Edits& edits, const char* what, bool start_hidden, bool end_hidden) -> std::string {
     if ((edits.closed >= edits.opened || end_hidden) && (edits.closed <= edits.asked || start_hidden)) return {};
-    return "opens " + std::to_string(edits.opened) + " " + what + " and closes " + std::to_string(edits.closed);
+    return "opens " + Counted(edits.opened, what) + " and closes " + std::to_string(edits.closed);
   };
-  std::string plain = fault(edits_, "edits", StartsEdit(hidden), EndsEdit(hidden));
+  std::string plain = fault(edits_, "edit", StartsEdit(hidden), EndsEdit(hidden));
   if (!plain.empty()) return plain;
-  return fault(mass_edits_, "mass edits", hidden == "SX_StartMassEdit", hidden == "SX_EndMassEdit");
+  std::string mass = fault(mass_edits_, "mass edit", hidden == "SX_StartMassEdit", hidden == "SX_EndMassEdit");
+  if (!mass.empty() || !fault_.None() || !change_inside_ || change_outside_.empty()) return mass;
+  return "opens an edit, yet changes the score outside of it, too: " + change_outside_ +
+         "; undoing the edit leaves that as it is";
+}
+
+std::string HostWatch::FreedFrameAt(const void* address) const {
+  constexpr std::uintptr_t kPage = 4096;
+  const auto place = [](const void* at) { return reinterpret_cast<std::uintptr_t>(at) / kPage; };
+  for (const auto& [frame, words] : freed_) {
+    if (place(frame) == place(address)) return words;
+  }
+  return {};
+}
+
+void HostWatch::InterruptEdits(bool interrupt) {
+  interrupt_edits_ = interrupt;
+  edits_ = {};
 }
 
 const std::vector<std::string>& EntryPointNames() {

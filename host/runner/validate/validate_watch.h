@@ -1,10 +1,14 @@
 // How `sokrun validate` watches an extension's host calls, and the faults that it puts into them.
 #pragma once
 
+#include <atomic>
+#include <functional>
 #include <map>
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
+#include <thread>
 #include <vector>
 
 #include "host/engine/session.h"
@@ -19,22 +23,44 @@ struct HostFault {
   // Its answers vary at random, in what a host may answer: fewer entries, records of other bytes and sizes, refused
   // calls, other numbers. Memory that it hands out stays sound.
   std::optional<unsigned int> seed = {};
+
+  bool None() const { return hidden.empty() && refused_call < 0 && !seed; }
 };
 
-// Keeps the books of one extension: every call, every frame handed out, every edit opened. One in a process.
+// What is wrong, in words, by the kind of check that finds it; the first of each kind.
+using Findings = std::map<std::string, std::string, std::less<>>;
+
+// Keeps the books of one extension: every call, every frame handed out, every edit opened. One in a process. Calls
+// from other threads than its own are noted and refused.
 class HostWatch : public CallObserver {
  public:
-  explicit HostWatch(const HostFault& fault);
+  // `document` is the one that the calls work on.
+  HostWatch(const HostFault& fault, const Document& document);
 
   // The names of the calls so far, in order, refused ones too.
   const std::vector<std::string>& calls() const { return calls_; }
 
-  // What is wrong with frames, or with edits, once a command has returned; empty when nothing is. A call that the host
-  // refuses counts as made: an extension can do no more.
-  std::string FrameFault() const;
-  std::string EditFault() const;
-  // The first call with a wrong interface version, at any time.
-  const std::string& VersionFault() const { return bad_version_; }
+  // Calls `say` with every call in words, before it is served.
+  void TellCalls(const std::function<void(const std::string&)>& say) { say_ = say; }
+
+  // How many calls changed something, or asked for it and were not refused; and a number that stands for all calls with
+  // their arguments.
+  int changes() const { return changes_; }
+  std::size_t trace() const { return trace_; }
+  int edits_asked() const { return edits_.asked; }
+
+  // What is wrong with calls, frames and edits, once a command has returned. A call that the host refuses counts as
+  // made: an extension can do no more. What only a sound host can tell is left out on others.
+  Findings Take() const;
+
+  // A freed frame that holds this address, in words; empty when there is none.
+  std::string FreedFrameAt(const void* address) const;
+
+  // From now on every start of an edit throws InterruptedEdit through the extension, or no longer; the books begin
+  // anew.
+  struct InterruptedEdit {};
+  void InterruptEdits(bool interrupt);
+  int surplus_ends() const { return edits_.closed - edits_.asked; }
 
  private:
   // Opened for certain, opened or refused, and closed.
@@ -44,21 +70,48 @@ class HostWatch : public CallObserver {
     int closed = 0;
   };
 
+  struct Frame {
+    std::string words;  // where it stands
+    const EXENTRY* entries = nullptr;
+    short count = 0;  // of its array
+  };
+
   bool WantsArguments() const override { return true; }
   bool Before(HostCall& call) override;
   void After(HostCall& call) override;
+  void BeforeFrameCall(const HostCall& call);
+  void AfterFrameCall(const HostCall& call);
+  void CheckSaved(const HostCall& call);
+  void NoteChange(const HostCall& call);
   void Vary(HostCall& call);
+  void VaryFrame(EXTGF2005a& frame);
+  void VaryRecord(HostCall& call);
   int Random(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
+  void Find(const char* kind, const std::string& what) { findings_.emplace(kind, what); }
+  std::string EditFault() const;
 
-  HostFault fault_;
+  const HostFault fault_;
+  const Document& document_;
+  const Document before_ = document_;
+  const std::thread::id thread_ = std::this_thread::get_id();
+  std::atomic<const char*> foreign_call_ = nullptr;  // made by another thread
   std::mt19937 random_;
   std::vector<std::string> calls_;
-  std::map<const EXTGF2005a*, std::string> frames_;  // handed out and not yet freed, with what they were asked for
-  std::string bad_free_;
-  std::string bad_version_;
+  std::function<void(const std::string&)> say_ = [](const std::string&) {};
+  std::map<const EXTGF2005a*, Frame> frames_;  // handed out and not yet freed
+  std::map<const EXTGF2005a*, std::string> freed_;
+  Findings findings_;
   Edits edits_, mass_edits_;
+  int changes_ = 0;
+  std::string change_outside_;  // of an edit
+  bool change_inside_ = false;
+  bool interrupt_edits_ = false;
+  std::size_t trace_ = 0;
   int capacity_ = 0;  // of the buffer of the load that is going on
 };
+
+// "staff 1, measure 2, layer 0": where a frame stands by its key words.
+std::string PlaceText(const FramePlace& place);
 
 // The names of all entry points that a host may have.
 const std::vector<std::string>& EntryPointNames();

@@ -22,7 +22,7 @@ _sokrun() {
     --hidden-rests) COMPREPLY=($(compgen -W "entry empty" -- "$current")) && return ;;
     --cross-staff) COMPREPLY=($(compgen -W "home drawn" -- "$current")) && return ;;
     --check)
-      local kinds="symbols hidden-names version start texts unknown-commands no-selection frames edits call-versions missing failing random"
+      local kinds="bundle symbols hidden-names version start texts unknown-commands no-selection languages runs frames edits calls entries selection answers document alerts aliases missing failing random"
       [[ $command == validate ]] && COMPREPLY=($(compgen -W "$kinds" -- "$current")) && return
       ;;
     --score) _sokrun_scores "$current" && return ;;
