@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/report/shown_text.h"
 
 namespace sok {
 namespace {

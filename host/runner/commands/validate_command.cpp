@@ -190,12 +190,6 @@ int Run(Command& command) {
   return failed == 0 ? kExitSuccess : kExitBadInput;
 }
 
-std::vector<std::string> KindNames() {
-  std::vector<std::string> names;
-  for (const CheckKind& kind : CheckKinds()) names.emplace_back(kind.name);
-  return names;
-}
-
 std::string KindsHelp() {
   std::string help = "Checks:\n";
   for (const CheckKind& kind : CheckKinds()) {
