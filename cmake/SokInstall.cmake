@@ -3,9 +3,12 @@ include(CMakePackageConfigHelpers)
 
 set(sok_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/SokEDK")
 
+# What is not named otherwise is the kit; `sokrun` is the workbench with what it needs, as the package has it.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME kit)
+
 # The kit's libraries and headers.
 set_target_properties(SokPlatform PROPERTIES EXPORT_NAME Platform)
-install(TARGETS SokEDK SokPlatform EXPORT SokEDKTargets)
+install(TARGETS SokEDK SokPlatform EXPORT SokEDKTargets LIBRARY COMPONENT sokrun)
 
 # The public headers are those that the umbrella header includes.
 set(umbrella SokExtShared/SokEDK.h)
@@ -43,6 +46,7 @@ string(REGEX REPLACE "/$" "" sok_pc_prefix "${sok_pc_prefix}")
 configure_file(cmake/SokEDK.pc.in "${PROJECT_BINARY_DIR}/SokEDK.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/SokEDK.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME sokrun)
 sok_install_bundle(MeasureRests)
 if(TARGET SonkelEngine)
   sok_install_bundle(SonkelEngine)
@@ -53,3 +57,19 @@ if(TARGET sokrun)
   install(FILES docs/sokrun.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" OPTIONAL)
   install(FILES docs/sokrun-json.md DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/sokrun")
 endif()
+
+# `scripts/package.sh`: a Debian package of the component sokrun.
+set(CPACK_PACKAGE_NAME sokrun)
+set(CPACK_PACKAGE_VENDOR "The SokExt authors")
+set(CPACK_PACKAGE_CONTACT "The SokExt authors <sokrun@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "fills and clears whole-measure rests in MusicXML scores")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_COMPONENTS_ALL sokrun)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_SOKRUN_PACKAGE_NAME sokrun)
+set(CPACK_DEBIAN_SOKRUN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "nodejs, npm")
+include(CPack)

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Makes sokrun a Debian package, build/package/sokrun_VERSION_ARCHITECTURE.deb: installed with `apt-get install ./FILE`, it
+# runs on a machine without a compiler. Usage: scripts/package.sh [--try]
+#   --try   also installs it in a root of its own (debootstrap, as root) and runs it there
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/install-dependencies.sh
+cmake --preset release >/dev/null
+cmake --build --preset release --target sokrun MeasureRests SonkelEngine
+rm -rf build/package
+cpack --config build/release/CPackConfig.cmake -G DEB -B build/package >/dev/null
+rm -rf build/package/_CPack_Packages
+package=$(echo build/package/sokrun_*.deb)
+echo "$package"
+[ "${1:-}" = --try ] || exit 0
+
+scripts/install-dependencies.sh debootstrap
+root=$(mktemp -d)
+trap 'rm -rf "$root"' EXIT
+mirror=$(sed -n 's/^URIs: *//p; s/^deb \(\[[^]]*\] \)\?\([^ ]*\) .*/\2/p' /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null | head -1)
+debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root" "$mirror" >/dev/null
+cp "$package" examples/scores/demo.musicxml "$root/tmp"
+chroot "$root" sh -ec '
+  apt-get install -y -qq --no-install-recommends /tmp/sokrun_*.deb >/dev/null
+  cd /tmp
+  sokrun --version
+  sokrun fill demo.musicxml -o filled.mxl
+  sokrun scan filled.mxl --quiet
+  sokrun validate /usr/lib/sok/MeasureRests.bundle | tail -1'
