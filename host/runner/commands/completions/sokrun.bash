@@ -15,7 +15,7 @@ _sokrun_bundles() {
 _sokrun() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]}
   if ((COMP_CWORD == 1)); then
-    COMPREPLY=($(compgen -W "fill clear run list info validate scan inspect records texts shapes --help --version" -- "$current"))
+    COMPREPLY=($(compgen -W "fill clear run list info validate scan inspect records texts shapes help version --help --version" -- "$current"))
     return
   fi
   case $previous in
@@ -23,7 +23,8 @@ _sokrun() {
     --cross-staff) COMPREPLY=($(compgen -W "home drawn" -- "$current")) && return ;;
     --check)
       local kinds="bundle symbols hidden-names version start texts unknown-commands no-selection languages runs frames edits calls entries selection answers document alerts aliases missing failing random"
-      [[ $command == validate ]] && COMPREPLY=($(compgen -W "$kinds" -- "$current")) && return
+      [[ $command == scan ]] && kinds="empty bar-rest look-alike hidden-rest surplus-voices"
+      [[ $command == validate || $command == scan ]] && COMPREPLY=($(compgen -W "$kinds" -- "$current")) && return
       ;;
     --score) _sokrun_scores "$current" && return ;;
     --plugin) _sokrun_bundles "$current" && return ;;
@@ -39,6 +40,8 @@ _sokrun() {
   fi
   case $command in
     list | info | validate) _sokrun_bundles "$current" ;;
+    help) COMPREPLY=($(compgen -W "fill clear run list info validate scan inspect records texts shapes" -- "$current")) ;;
+    version) ;;
     inspect)
       _sokrun_scores "$current"
       ((COMP_CWORD > 2)) && COMPREPLY+=($(compgen -W "frames records texts shapes" -- "$current"))

@@ -1,0 +1,112 @@
+scan, inspect, records, texts and shapes: a score as an extension finds it. Nothing is changed.
+
+  $ cp "$TESTDIR/small.musicxml" before; cp before small.musicxml
+  $ sokrun scan small.musicxml
+  small.musicxml: measure 1, Oboe, layer 1: lone bar rest
+  small.musicxml: measure 2, Oboe: empty measure
+  small.musicxml: measure 3, Flute, layer 1: hidden rest: a bar rest that is not printed
+  small.musicxml: measure 3, Oboe, layer 1: look-alike rest: a real rest as long as the measure
+  small.musicxml: 3 measures, 2 staves: 1 empty measure, 1 lone bar rest, 1 look-alike rest, 1 hidden rest, 0 surplus voices
+  $ touch empty.musicxml; sokrun scan empty.musicxml small.musicxml --json
+  sokrun: empty.musicxml: the file is empty
+  {
+   "version": 1,
+   "files": [
+    {
+     "file": "empty.musicxml",
+     "error": "empty.musicxml: the file is empty"
+    },
+    {
+     "file": "small.musicxml",
+     "measures": 3,
+     "staves": 2,
+     "counts": {
+      "empty": 1,
+      "bar-rest": 1,
+      "look-alike": 1,
+      "hidden-rest": 1,
+      "surplus-voices": 0
+     },
+     "findings": [
+      {
+       "measure": 1,
+       "number": "1",
+       "staff": 2,
+       "layer": 1,
+       "finding": "bar-rest"
+      },
+      {
+       "measure": 2,
+       "number": "2",
+       "staff": 2,
+       "layer": null,
+       "finding": "empty"
+      },
+      {
+       "measure": 3,
+       "number": "3",
+       "staff": 1,
+       "layer": 1,
+       "finding": "hidden-rest"
+      },
+      {
+       "measure": 3,
+       "number": "3",
+       "staff": 2,
+       "layer": 1,
+       "finding": "look-alike"
+      }
+     ]
+    }
+   ]
+  }
+  [1]
+  $ sokrun inspect small.musicxml frames
+  measure staff layer index  number duration kind flags     notes (level/displacement words)
+        1     1     1     0       1     1024  note c0000000  7/0
+        1     1     1     1       2     1024  note c0000000  8/0
+        1     2     1     0       5     4096  rest 81000800  6/0
+        2     1     1     0       3     2048  note c0000000  16/0
+        3     1     1     0       4     4096  rest 81000800  6/0
+        3     2     1     0       6     2048  rest 81000000  0/0
+  $ sokrun inspect small.musicxml nothing
+  sokrun: TOPIC: nothing not in {frames,records,texts,shapes}
+  Try `sokrun inspect --help`.
+  [2]
+  $ sokrun records small.musicxml --tag SOM --tag SOIu
+  tag   key               size  bytes
+  SOIu  0,0                 24  01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00
+  SOIu  0,1                 24  02 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00
+  SOMS  1,0                 30  00 00 00 00 02 00 00 04 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00
+  SOMS  2,0                 30  00 00 00 00 02 00 00 04 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00
+  SOMS  3,0                 30  00 00 00 00 02 00 00 04 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00
+  $ sokrun records small.musicxml --tag no-such-tag
+  tag   key               size  bytes
+  small.musicxml: no records of that tag
+  $ sokrun texts - <small.musicxml
+  place                    text                             as stored
+  page 1                   Größe                            ^efx(bold)Größe
+  staff 1, name            Flute                            Flute
+  staff 1, short name      Fl.                              Fl.
+  staff 2, name            Oboe                             Oboe
+  staff 1, measure 1       dolce e lento                    ^efx(italic)dolce\ne lento
+  $ sokrun texts none.musicxml
+  sokrun: none.musicxml: No such file or directory
+  [1]
+  $ sokrun shapes small.musicxml
+  shape  kind         staff   from, in units #entry    to
+  1      crescendo    1       measure 1 +0             measure 1 +2048
+  2      slur         1       measure 1 +0 #1          measure 2 +0 #3
+  3      8va          1       measure 2 +0             measure 2 +2048
+  
+  list   staves
+  1      1
+  2      2
+
+A kind alone, a part of the score, several scores, the worst first.
+
+  $ sokrun scan small.musicxml --check empty --measures 2-3
+  $ letters Flute=nn >sound.musicxml; sokrun scan small.musicxml sound.musicxml --check surplus-voices -q
+  $ sokrun scan sound.musicxml small.musicxml empty.musicxml -q -j 2 --html edition.html
+  $ grep -oE '<th scope="row">[^<]*' edition.html
+  $ cmp small.musicxml before
