@@ -110,7 +110,9 @@ void AddHelpCommands(CLI::App& app, const char* version) {
   help.callback([&app, name] {
     const auto found = app.get_subcommands([&](const CLI::App* command) { return command->get_name() == *name; });
     if (!name->empty() && found.empty()) throw UsageError(NoSuchCommand(app, *name));
-    std::cout << (name->empty() ? app.help() : found.front()->help("sokrun"));
+    // app.help() would be that of the command that was given, this one.
+    std::cout << (name->empty() ? app.get_formatter()->make_help(&app, "", CLI::AppFormatMode::Normal)
+                                : found.front()->help("sokrun"));
   });
   app.add_subcommand("version", "Print the version")->callback([version] { std::cout << version << '\n'; });
 }

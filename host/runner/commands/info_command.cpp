@@ -3,14 +3,13 @@
 #include <memory>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/report/json.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/run/bundle_session.h"
 #include "host/runner/run/description.h"
 
 namespace sok {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 std::string Joined(const Json& names) {
   std::string text;
@@ -49,7 +48,7 @@ void AddInfoCommand(CLI::App& app, int&) {
   command.callback([plugin, json] {
     const Json info = DescribeExtension(plugin->empty() ? DefaultPlugin() : *plugin);
     if (*json) {
-      std::printf("%s\n", ShownJson(info.dump(2)).c_str());
+      std::printf("%s\n", Dump(info, 2).c_str());
     } else {
       Print(info);
     }

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/report/json.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/run/bundle_session.h"
 #include "host/runner/run/description.h"
@@ -10,15 +11,13 @@
 namespace sok {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 void ListCommands(const std::string& plugin, bool json) {
   const Json description = DescribeExtension(plugin);
   for (const auto& alert : description["alerts"]) {
     std::fprintf(stderr, "%s\n", ShownText(plugin + ": alert: " + alert.get<std::string>()).c_str());
   }
   if (json) {
-    std::printf("%s\n", ShownJson(description["commands"].dump(2)).c_str());
+    std::printf("%s\n", Dump(description["commands"], 2).c_str());
     return;
   }
   int number = 0;

@@ -80,7 +80,7 @@ int RunFiles(RunOptions& options) {
   const std::vector<std::string> outputs = PlanOutputs(options, inputs);
   MakeOutputFolders(options, outputs);
   for (const std::string& message : found.messages) {
-    if (!options.quiet) std::cerr << message << '\n';
+    if (!options.quiet) std::cerr << ShownText(message) << '\n';
   }
   Collector collector(options, outputs.front() == kStream || (options.dry_run && !options.json));
   Progress progress(inputs.size(), options.batch && isatty(STDERR_FILENO) != 0 && !options.quiet);

@@ -75,8 +75,8 @@ Json FindingJson(const Score& score, short slot, short measure, Finding finding,
 
 std::string FindingLine(const std::string& file, const Score& score, short slot, short measure, Finding finding,
                         int layer) {
-  return file + ": " + MeasureLabel(score, measure) + ", " +
-         StaffLabel(score.staves()[static_cast<std::size_t>(slot - 1)]) +
+  return ShownText(file + ": " + MeasureLabel(score, measure) + ", " +
+                   StaffLabel(score.staves()[static_cast<std::size_t>(slot - 1)])) +
          (layer >= 0 ? ", layer " + std::to_string(layer + 1) : "") + ": " + kTexts[finding].text + "\n";
 }
 
@@ -129,14 +129,15 @@ Json Scan(const ScanOptions& options, const Input& input) {
     report["warnings"].push_back({{"line", warning.line}, {"text", warning.text}});
     warnings.push_back((warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "") + warning.text);
   }
-  for (const std::string& warning : Folded(warnings)) err += options.quiet ? "" : file + ": " + warning + "\n";
-  out += file + ": " + Counted(static_cast<long>(score->measures().size()), "measure") + ", " +
+  for (const std::string& warning : Folded(warnings))
+    err += options.quiet ? "" : ShownText(file + ": " + warning) + "\n";
+  out += ShownText(file) + ": " + Counted(static_cast<long>(score->measures().size()), "measure") + ", " +
          Counted(static_cast<long>(score->staves().size()), "staff") + ": " + CountsText(report["counts"]) + "\n";
   return {{"report", report}, {"out", out}, {"err", err}};
 }
 
 Json Failed(const std::string& file, const std::string& error) {
-  return {{"report", {{"file", file}, {"error", error}}}, {"out", ""}, {"err", "sokrun: " + error + "\n"}};
+  return {{"report", {{"file", file}, {"error", error}}}, {"out", ""}, {"err", "sokrun: " + ShownText(error) + "\n"}};
 }
 
 Json ScanOrFail(const ScanOptions& options, const Input& input) {
@@ -159,7 +160,8 @@ long Worse(const Json& file) {
 std::string ScanPage(const ScanOptions& options, const std::string& summary, const Json& files) {
   Json data = {{"title", "What there is to do"}, {"summary", summary}, {"files", Json::array()}};
   for (const FindingText& finding : kTexts) {
-    if (options.Wants(finding.code)) data["kinds"].push_back({{"code", finding.noun}, {"text", finding.text}});
+    if (options.Wants(finding.code))
+      data["kinds"].push_back({{"code", std::string(finding.noun) + "s"}, {"text", finding.text}});
   }
   std::vector<Json> sorted(files.begin(), files.end());
   std::ranges::stable_sort(sorted, std::greater(),
@@ -224,7 +226,7 @@ int ScanFiles(const ScanOptions& options) {
     if (SameFile(options.html, input.path)) throw UsageError("--html: " + options.html + " is one of the scores");
   }
   for (const std::string& message : found.messages) {
-    if (!options.quiet) std::cerr << message << '\n';
+    if (!options.quiet) std::cerr << ShownText(message) << '\n';
   }
   ScanResults results(options);
   const auto work = [&](std::size_t i) {

@@ -10,12 +10,12 @@
 #include <cstring>
 #include <filesystem>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <random>
 #include <thread>
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
+#include "host/runner/report/json.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/bundle_session.h"
@@ -44,10 +44,10 @@ std::string FailureText(const CheckResult& result) {
 }
 
 void PrintJson(const Command& command, const ValidationReport& report, long failed) {
-  nlohmann::ordered_json checks = nlohmann::ordered_json::array(), skipped = nlohmann::ordered_json::array();
+  Json checks = Json::array(), skipped = Json::array();
   for (const CheckResult& result : report.results) {
     if (command.only_failed && result.failure.empty()) continue;
-    nlohmann::ordered_json row = {{"check", result.kind}, {"name", result.name}, {"passed", result.failure.empty()}};
+    Json row = {{"check", result.kind}, {"name", result.name}, {"passed", result.failure.empty()}};
     if (!result.failure.empty()) row["failure"] = FailureText(result);
     row["number"] = result.number;
     checks.push_back(row);
@@ -55,15 +55,14 @@ void PrintJson(const Command& command, const ValidationReport& report, long fail
   for (const SkippedChecks& checks_left : report.skipped) {
     skipped.push_back({{"check", checks_left.kind}, {"why", checks_left.why}});
   }
-  const nlohmann::ordered_json all = {{"bundle", command.options.plugin},
-                                      {"seed", command.options.seed},
-                                      {"passed", failed == 0 && !report.results.empty()},
-                                      {"run", report.results.size()},
-                                      {"failed", failed},
-                                      {"checks", checks},
-                                      {"skipped", skipped}};
-  const std::string text = all.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-  std::printf("%s\n", ShownJson(text).c_str());
+  const Json all = {{"bundle", command.options.plugin},
+                    {"seed", command.options.seed},
+                    {"passed", failed == 0 && !report.results.empty()},
+                    {"run", report.results.size()},
+                    {"failed", failed},
+                    {"checks", checks},
+                    {"skipped", skipped}};
+  std::printf("%s\n", Dump(all, 2).c_str());
 }
 
 std::string CaseName(const CheckResult& result) { return result.kind + " " + std::to_string(result.number); }

@@ -79,9 +79,8 @@ class FolderSearch {
     if (!trouble.empty()) scores_.push_back({folder_.string(), {}, folder_.string() + ": " + trouble});
     found.inputs.insert(found.inputs.end(), scores_.begin(), scores_.end());
     if (passed_over_ == 0) return;
-    found.messages.push_back(folder_.string() + ": " + Counted(passed_over_, "file") +
-                             (passed_over_ == 1 ? " is no MusicXML score" : " are no MusicXML scores") +
-                             " and passed over");
+    found.messages.push_back(folder_.string() + ": passed over " + Counted(passed_over_, "file") +
+                             " without a MusicXML score");
   }
 
  private:

@@ -1,11 +1,14 @@
 #include "host/runner/report/collector.h"
 
+#include <unistd.h>
+
 #include <iostream>
 #include <utility>
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/output_file.h"
 #include "host/runner/report/html_report.h"
+#include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 
 namespace sok {
@@ -22,7 +25,8 @@ std::string SummaryText(const Json& summary) {
 
 void Collector::Add(FileResult result) {
   std::cerr << result.err << std::flush;
-  std::cout << result.out << std::flush;
+  // The bytes of a difference are for programs; a terminal gets them shown.
+  std::cout << (isatty(STDOUT_FILENO) != 0 ? ShownLines(result.out) : result.out) << std::flush;
   if (options_.json) files_.push_back(std::move(result.report));
   if (!options_.html.empty()) pages_.push_back(std::move(result.page));
   ++file_count_;

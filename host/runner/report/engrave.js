@@ -16,7 +16,7 @@ function answer(value) {
 function loadVerovio(modules) {
   for (const folder of modules) {
     try {
-      return require(path.join(folder, 'verovio'));
+      return require(path.resolve(folder, 'verovio'));
     } catch (error) {
       if (error.code !== 'MODULE_NOT_FOUND') throw error;
     }

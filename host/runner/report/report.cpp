@@ -145,14 +145,14 @@ std::string ReportText(const Score& score, const ScoreReport& report, Detail det
   const std::vector<ReportLine> lines = MakeLines(report, detail);
   std::size_t staff_width = 0;
   for (const ReportLine& line : lines) {
-    staff_width = std::max(staff_width, DisplayWidth(StaffLabel(StaffOf(score, line.slot))));
+    staff_width = std::max(staff_width, DisplayWidth(ShownText(StaffLabel(StaffOf(score, line.slot)))));
   }
-  std::string text = report.file + ": " + report.title + "\n";
+  std::string text = ShownText(report.file + ": " + report.title) + "\n";
   for (const ReportLine& line : lines) {
-    text += Padded(StaffLabel(StaffOf(score, line.slot)), staff_width) + "  " + MeasuresLabel(score, line.measures) +
-            "  " + line.sentence + "\n";
+    text += Padded(ShownText(StaffLabel(StaffOf(score, line.slot))), staff_width) + "  " +
+            ShownText(MeasuresLabel(score, line.measures) + "  " + line.sentence) + "\n";
   }
-  return text + Summary(report, detail) + "\n";
+  return text + ShownText(Summary(report, detail)) + "\n";
 }
 
 std::vector<std::string> Folded(const std::vector<std::string>& warnings) {

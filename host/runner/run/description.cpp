@@ -14,8 +14,6 @@ namespace sok {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
-
 constexpr const char* kInterfaceNames[] = {
     "SonkelExtensionVersion",
     "SonkelExtensionInit",

@@ -130,7 +130,7 @@ void Deliver(const RunOptions& options, const Input& input, const std::string& o
              ScoreReport& report) {
   if (options.dry_run) {
     const std::string label(score.member().empty() ? "" : "/" + std::string(score.member()));
-    const std::string name = DisplayName(input.path) + label;
+    const std::string name = ShownText(DisplayName(input.path) + label);
     report.diff = UnifiedDiff(score.Text(), score.WriteText(options.write), name, name);
     return;
   }
@@ -201,7 +201,7 @@ FileResult Tell(const RunOptions& options, const std::string& output, const Scor
   const bool stdout_taken = options.dry_run || output == kStream;
   (stdout_taken ? result.err : result.out) += text;
   if (!options.json) result.out += report.diff;
-  if (!report.error.empty()) result.err += "sokrun: " + report.error + "\n";
+  if (!report.error.empty()) result.err += "sokrun: " + ShownText(report.error) + "\n";
   if (options.json) result.report = ReportJson(score, report, DetailOf(options));
   if (!options.html.empty()) result.page = PageData(score, report, options);
   return result;
