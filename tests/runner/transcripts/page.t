@@ -33,8 +33,10 @@ Notes that came or went are marked, and no others.
   $ NODE_PATH="$PWD/node_modules" sokrun fill in.xml --check -q --html page.html
   [3]
   $ grep -oE '<h3>.*</h3>|<svg>.*</svg>|Engraved by.*[0-9]' page.html
-  <h3>Measures 1-3</h3>
-  Engraved by Verovio 6.3.0
+  <h3>Measure 2</h3>
+  <svg><g class="measure">undefined</g></svg>
+  <svg><g class="measure"><g class="mRest came"/></g></svg>
+  Engraved by Verovio 9.9
 
 Of several scores, those without changes are a folded list, or left out.
 

@@ -49,10 +49,9 @@ What makes no sense or cannot be done is said in a line. Exit code 2: the comman
   sokrun: --quiet excludes --verbose
   2
   $ try run 2 in.xml --check | grep -o 'has no command.*'
-  sokrun: /tmp/wt/cli/build/release/lib/sok/MeasureRests.bundle has no command 2; it has 2 commands, from 0
-  2
+  has no command 2; it has 2 commands, from 0
   $ try validate --check nosuch bundle | grep -o 'nosuch not in\|^2$'
-  sokrun: --check: nosuch not in {symbols,hidden-names,version,start,texts,unknown-commands,no-selection,frames,edits,call-versions,missing,failing,random}
+  nosuch not in
   2
   $ try scan --check nosuch in.xml
   sokrun: --check: nosuch not in {empty,bar-rest,look-alike,hidden-rest,surplus-voices}
@@ -126,8 +125,8 @@ Files.
   $ try fill in.xml --check --plugin nothing
   sokrun: nothing: no such bundle
   1
-  $ try fill in.xml --check --plugin / | grep -o 'main$'
-  main
+  $ try fill in.xml --check --plugin / | tail -1
+  1
   $ try fill in.xml -o no/folder/out.xml
   sokrun: no/folder/out.xml: cannot be written: No such file or directory
   1

@@ -2,15 +2,15 @@ scan, inspect, records, texts and shapes: a score as an extension finds it. Noth
 
   $ cp "$TESTDIR/small.musicxml" before; cp before small.musicxml
   $ sokrun scan small.musicxml
-  small.musicxml: measure 1, Oboe, layer 1: lone bar rest
-  small.musicxml: measure 2, Oboe: empty measure
+  small.musicxml: measure 1, Ob\x9boe, layer 1: lone bar rest
+  small.musicxml: measure 2, Ob\x9boe: empty measure
   small.musicxml: measure 3, Flute, layer 1: hidden rest: a bar rest that is not printed
-  small.musicxml: measure 3, Oboe, layer 1: look-alike rest: a real rest as long as the measure
+  small.musicxml: measure 3, Ob\x9boe, layer 1: look-alike rest: a real rest as long as the measure
   small.musicxml: 3 measures, 2 staves: 1 empty measure, 1 lone bar rest, 1 look-alike rest, 1 hidden rest, 0 surplus voices
   $ touch empty.musicxml; sokrun scan empty.musicxml small.musicxml --json
   sokrun: empty.musicxml: the file is empty
   {
-   "version": 1,
+   "version": 2,
    "files": [
     {
      "file": "empty.musicxml",
@@ -58,7 +58,18 @@ scan, inspect, records, texts and shapes: a score as an extension finds it. Noth
       }
      ]
     }
-   ]
+   ],
+   "summary": {
+    "files": 2,
+    "failed": 1,
+    "counts": {
+     "empty": 1,
+     "bar-rest": 1,
+     "look-alike": 1,
+     "hidden-rest": 1,
+     "surplus-voices": 0
+    }
+   }
   }
   [1]
   $ sokrun inspect small.musicxml frames
@@ -88,7 +99,7 @@ scan, inspect, records, texts and shapes: a score as an extension finds it. Noth
   page 1                   Größe                            ^efx(bold)Größe
   staff 1, name            Flute                            Flute
   staff 1, short name      Fl.                              Fl.
-  staff 2, name            Oboe                             Oboe
+  staff 2, name            Ob\x9boe                         Ob\x9boe
   staff 1, measure 1       dolce e lento                    ^efx(italic)dolce\ne lento
   $ sokrun texts none.musicxml
   sokrun: none.musicxml: No such file or directory
@@ -106,7 +117,21 @@ scan, inspect, records, texts and shapes: a score as an extension finds it. Noth
 A kind alone, a part of the score, several scores, the worst first.
 
   $ sokrun scan small.musicxml --check empty --measures 2-3
+  small.musicxml: measure 2, Ob\x9boe: empty measure
+  small.musicxml: 3 measures, 2 staves: 1 empty measure
+  [3]
   $ letters Flute=nn >sound.musicxml; sokrun scan small.musicxml sound.musicxml --check surplus-voices -q
+  small.musicxml: 3 measures, 2 staves: 0 surplus voices
+  sound.musicxml: 2 measures, 1 staff: 0 surplus voices
+  2 files: 0 surplus voices
   $ sokrun scan sound.musicxml small.musicxml empty.musicxml -q -j 2 --html edition.html
+  sound.musicxml: 2 measures, 1 staff: 0 empty measures, 0 lone bar rests, 0 look-alike rests, 0 hidden rests, 0 surplus voices
+  small.musicxml: 3 measures, 2 staves: 1 empty measure, 1 lone bar rest, 1 look-alike rest, 1 hidden rest, 0 surplus voices
+  sokrun: empty.musicxml: the file is empty
+  3 files: 1 empty measure, 1 lone bar rest, 1 look-alike rest, 1 hidden rest, 0 surplus voices, 1 failed
+  [1]
   $ grep -oE '<th scope="row">[^<]*' edition.html
+  <th scope="row">empty.musicxml
+  <th scope="row">small.musicxml
+  <th scope="row">sound.musicxml
   $ cmp small.musicxml before
