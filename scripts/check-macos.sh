@@ -66,7 +66,7 @@ check_layout() {  # a bundle
   diff -r -x Info.plist entry/resources "$1/Contents/Resources" >&2 || fail "$1 has other string tables"
 }
 
-# The kit as it is installed, and an extension built with what pkg-config says alone.
+# The kit as it is installed; extensions built with what find_package and pkg-config say of it.
 check_installed() {
   local prefix=$work/prefix by_hand=$work/ByHand
   cmake --install build/macos-Release --prefix "$prefix" >/dev/null
@@ -79,6 +79,12 @@ check_installed() {
     examples/minimal/minimal.cpp $(pkg-config --cflags --libs SokEDK) \
     "-Wl,-exported_symbols_list,$(pkg-config --variable=exports SokEDK)" || fail "what pkg-config says does not build"
   check_symbols "$by_hand" arm64
+  scripts/new-extension.sh Outside "$work/outside" >/dev/null
+  { cmake -S "$work/outside" -B "$work/outside/build" --toolchain "$PWD/cmake/macos/toolchain.cmake" \
+      -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_OSX_ARCHITECTURES="arm64;x86_64" -DCMAKE_OSX_DEPLOYMENT_TARGET=11.0 &&
+    cmake --build "$work/outside/build"; } >"$work/log" 2>&1 || { cat "$work/log"; fail "an extension outside of the tree"; }
+  [ ! -d "$work/outside/build/SokEDK" ] || fail "the project did not find the installed kit"
+  check_executable "$work/outside/build/Outside.bundle/Contents/MacOS/Outside"
 }
 
 for type in Release Debug; do
@@ -95,4 +101,4 @@ for type in Release Debug; do
   passed "$type: exports, imports, form, layout"
 done
 check_installed
-passed "the installed kit"
+passed "the installed kit, by find_package and by pkg-config"

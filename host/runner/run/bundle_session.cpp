@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <filesystem>
+#include <new>
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
@@ -36,6 +37,7 @@ CFBundleRef OpenBundle(const std::string& path) {
 
 void* FindFunction(CFBundleRef bundle, const char* name) {
   const CFStringRef key = CFStringCreateWithCString(nullptr, name, kCFStringEncodingUTF8);
+  if (key == nullptr) throw std::bad_alloc();  // names are ASCII: there is no memory
   void* const address = CFBundleGetFunctionPointerForName(bundle, key);
   CFRelease(key);
   return address;
