@@ -73,7 +73,10 @@ check_installed() {
   check_layout "$prefix/lib/sok/MeasureRests.bundle"
   [ ! -e "$prefix/include/sokplatform" ] || fail "the platform's stand-in is installed"
   export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
-  [ -f "$(pkg-config --variable=exports SokEDK)" ] || fail "the list of exports is not where pkg-config says"
+  for place in "$(pkg-config --variable=exports SokEDK)" $(pkg-config --cflags-only-I SokEDK | sed 's/-I//g'); do
+    [ -e "$place" ] || fail "pkg-config names $place, which is not there"
+  done
+  [[ $(pkg-config --libs SokEDK) == *"-framework CoreFoundation -framework Carbon"* ]] || fail "pkg-config lacks frameworks"
   # shellcheck disable=SC2046
   clang++-19 --target=arm64-apple-macos11 -isysroot .cache/macos-sdk -fuse-ld=lld -std=c++20 -bundle -o "$by_hand" \
     examples/minimal/minimal.cpp $(pkg-config --cflags --libs SokEDK) \
@@ -87,6 +90,13 @@ check_installed() {
   check_executable "$work/outside/build/Outside.bundle/Contents/MacOS/Outside"
 }
 
+# The tests that need no host, as far as they can be looked at here.
+check_tests_configure() {
+  cmake --preset macos --toolchain cmake/macos/toolchain.cmake -B "$work/tests" -DSOK_BUILD_TESTS=ON \
+    -DGTest_DIR="$(echo /usr/lib/*/cmake/GTest)" >"$work/log" 2>&1 || { cat "$work/log"; fail "the tests do not configure"; }
+}
+
+check_tests_configure
 for type in Release Debug; do
   scripts/build-macos.sh "$type" SokEDK >"$work/log" 2>&1 || { cat "$work/log"; fail "$type"; }
   passed "$type, arm64 and x86_64"
