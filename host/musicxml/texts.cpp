@@ -155,15 +155,18 @@ class TextWriter {
 
   // The number of a new text block, 0 for an empty text or when there is none left.
   unsigned short AddBlock(const std::string& text) {
-    if (text.empty()) return 0;
+    if (text.empty() || full_) return 0;
     std::string units = EncodeText(text, "UTF-16LE");
     units.append(2, '\0');
     const unsigned short number = Create(kRawTextTag, 0xFFFF, 0, units.data(), units.size());
-    if (number == 0) return 0;
+    full_ = number == 0;
+    if (full_) return 0;
     std::array<unsigned char, 26> block{};
     Put(block, 0, number);
     Put(block, kTextKind, kOrdinaryKind);
-    return Create(kTextBlockTag, 0xFFFF, 0, block.data(), block.size());
+    const unsigned short made = Create(kTextBlockTag, 0xFFFF, 0, block.data(), block.size());
+    full_ = made == 0;
+    return made;
   }
 
   void AddTitle(pugi::xml_node element) {
@@ -180,6 +183,8 @@ class TextWriter {
   }
 
   void AddMeasureText(short instrument, short measure, const std::string& text) {
+    const std::pair place(instrument, measure);
+    if (place == full_place_) return;
     std::array<unsigned char, 10> record{};
     const unsigned short block = AddBlock(text);
     if (block == 0) return;
@@ -188,7 +193,7 @@ class TextWriter {
     id.detail.cmper = static_cast<unsigned short>(instrument);
     id.detail.secondCmper = static_cast<unsigned short>(measure);
     id.detail.subIndex = -1;
-    records_.Create(kMeasureTextTag, id, record.data(), static_cast<int>(record.size()));
+    if (!records_.Create(kMeasureTextTag, id, record.data(), static_cast<int>(record.size()))) full_place_ = place;
   }
 
   // The record's number, 0 when it could not be added.
@@ -201,6 +206,8 @@ class TextWriter {
 
   const ReaderContext& context_;
   RecordStore& records_;
+  bool full_ = false;                   // there is no number left for another text
+  std::pair<short, short> full_place_;  // a staff and measure without an index left
 };
 
 }  // namespace

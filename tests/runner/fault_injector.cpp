@@ -1,6 +1,7 @@
 // Preloaded into sokrun: makes one moment of its run go wrong. The environment variable FAULT says what and when:
 //   "9 4"        the process gets signal 9 in the middle of its fourth call that changes files
 //   "full 4"     that call fails, as on a full disk
+//   "touch 4"    somebody else adds a line to the file TOUCHED just before that call
 //   "memory 40"  the fortieth allocation after the start of main() fails; "dry 40": and all that follow
 // "(fault)" on stderr tells that the moment was met.
 #include <dlfcn.h>
@@ -44,6 +45,12 @@ void Tell() {
 bool FileFault() {
   if (calls_left == 0 || --calls_left != 0) return false;
   Tell();
+  if (kind[0] == 't') {
+    std::FILE* const file = std::fopen(getenv("TOUCHED"), "a");
+    std::fputs("\n", file);
+    std::fclose(file);
+    return false;
+  }
   if (fatal_signal != 0) raise(fatal_signal);
   errno = ENOSPC;
   return fatal_signal == 0;
@@ -73,11 +80,15 @@ FILE_CALL(int, link, (const char* from, const char* to), (from, to))
 FILE_CALL(int, rename, (const char* from, const char* to), (from, to))
 FILE_CALL(int, unlink, (const char* path), (path))
 FILE_CALL(int, fchmod, (int file, mode_t mode), (file, mode))
+FILE_CALL(int, ftruncate, (int file, off_t size), (file, size))
 
-// The half of it is written before it goes wrong.
+// The half of it is written before it goes wrong, unless it goes on: the signal waits.
 ssize_t write(int file, const void* bytes, size_t count) {
   static const auto real = Real<ssize_t (*)(int, const void*, size_t)>("write");
-  if (calls_left == 1) real(file, bytes, count / 2);
+  sigset_t waiting;
+  sigprocmask(SIG_SETMASK, nullptr, &waiting);
+  const bool goes_on = kind[0] == 't' || (fatal_signal != 0 && sigismember(&waiting, fatal_signal) == 1);
+  if (calls_left == 1 && !goes_on) real(file, bytes, count / 2);
   return FileFault() ? -1 : real(file, bytes, count);
 }
 

@@ -36,10 +36,10 @@ void PrintEntry(std::ostream& out, const FramePlace& place, std::size_t index, c
 void PrintFrames(std::ostream& out, const Score& score) {
   out << "measure staff layer index  number duration kind flags     notes (level/displacement words)\n";
   const Document& document = score.document();
-  for (short measure = 1; measure <= document.MeasureCount(); ++measure) {
+  for (int measure = 1; measure <= document.MeasureCount(); ++measure) {
     for (const Staff& staff : score.staves()) {
       for (short layer = 0; layer < kLayers; ++layer) {
-        const FramePlace place{staff.instrument, measure, layer};
+        const FramePlace place{staff.instrument, static_cast<short>(measure), layer};
         const std::vector<EXENTRY> entries = document.Entries(place);
         for (std::size_t i = 0; i < entries.size(); ++i) PrintEntry(out, place, i, entries[i]);
       }

@@ -10,10 +10,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <vector>
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
+#include "host/runner/files/rights.h"
 #include "host/runner/run/cleanup.h"
 
 namespace sok {
@@ -27,43 +27,92 @@ namespace fs = std::filesystem;
 
 int result_stream = STDOUT_FILENO;
 
+// No signal ends the program as long as this lives.
+class SignalsWait {
+ public:
+  SignalsWait() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before_);
+  }
+  ~SignalsWait() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  SignalsWait(const SignalsWait&) = delete;
+  SignalsWait& operator=(const SignalsWait&) = delete;
+
+ private:
+  sigset_t before_;
+};
+
+// An open file, closed with its scope.
+class OpenFile {
+ public:
+  OpenFile(const std::string& path, int flags) : file_(open(path.c_str(), flags | O_CLOEXEC)) {
+    if (file_ < 0) Fail(path, errno);
+  }
+  ~OpenFile() { close(file_); }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  operator int() const { return file_; }
+
+ private:
+  int file_;
+};
+
+// ".song.xml.XXXXXX", without the name where that would be longer than a name can be.
+std::string TemporaryName(const fs::path& target) {
+  const std::string name = "." + target.filename().string() + ".XXXXXX";
+  std::string path = (target.parent_path() / (name.size() <= NAME_MAX ? name : ".sokrun.XXXXXX")).string();
+  if (path.size() >= PATH_MAX) Fail(target.string(), ENAMETOOLONG);
+  return path;
+}
+
 // A new file beside its target that goes away unless it is renamed to it.
 class TemporaryFile {
  public:
-  explicit TemporaryFile(const std::string& target) : target_(target) {
-    const fs::path path(target);
-    std::string name = (path.parent_path() / ("." + path.filename().string() + ".XXXXXX")).string();
-    if (name.size() >= PATH_MAX) Fail(target, ENAMETOOLONG);
+  explicit TemporaryFile(const std::string& target) : target_(target), name_(TemporaryName(target)) {
     CleanUpOnSignals();
-    sigset_t all, before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);  // no signal between the file and the note of it
-    file_ = mkostemp(name.data(), O_CLOEXEC);
-    const int error = errno;
-    if (file_ >= 0) NoteUnfinishedFile(name.c_str());
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    if (file_ < 0) Fail(target, error);
-    name_ = std::move(name);
+    const SignalsWait between_the_file_and_the_note_of_it;
+    file_ = mkostemp(name_.data(), O_CLOEXEC);
+    if (file_ < 0) Fail(target, errno);
+    NoteUnfinishedFile(name_.c_str());
   }
 
   ~TemporaryFile() {
     if (file_ >= 0) close(file_);
-    RemoveUnfinishedFile();
+    if (!goes_) return;
+    unlink(name_.c_str());
+    ForgetUnfinishedFile(name_.c_str());
   }
 
   int file() const { return file_; }
+
+  void Write(std::string_view bytes) const {
+    if (!WriteAll(file_, bytes) || fsync(file_) != 0) Fail(target_, errno);
+  }
 
   void Rename() {
     const int file = file_;
     file_ = -1;
     if (close(file) != 0 || rename(name_.c_str(), target_.c_str()) != 0) Fail(target_, errno);
-    ForgetUnfinishedFile();
+    Keep();
+  }
+
+  // From now on the file stays whatever happens; or no more.
+  const std::string& Keep() {
+    ForgetUnfinishedFile(name_.c_str());
+    goes_ = false;
+    return name_;
+  }
+  void KeepNoMore() {
+    NoteUnfinishedFile(name_.c_str());
+    goes_ = true;
   }
 
  private:
   const std::string& target_;
   std::string name_;
   int file_ = -1;
+  bool goes_ = true;
 };
 
 mode_t CreationMode() {
@@ -88,7 +137,137 @@ void WriteStraight(const std::string& path, std::string_view bytes) {
   if (error != 0 || !closed) Fail(path, error != 0 ? error : errno);
 }
 
+void Check(const std::string& path, const std::optional<FileState>& before) {
+  if (before && StateOf(path) != before) {
+    throw InputError(path + ": changed while it was being worked on; it is left as it is now");
+  }
+}
+
+bool Overwrite(int file, std::string_view bytes) {
+  return lseek(file, 0, SEEK_SET) == 0 && WriteAll(file, bytes) &&
+         ftruncate(file, static_cast<off_t>(bytes.size())) == 0 && fsync(file) == 0;
+}
+
+// What is to be written where, and how.
+class Writing {
+ public:
+  Writing(const std::string& path, const std::optional<FileState>& before) : path_(path), before_(before) {
+    struct stat status {};
+    exists_ = path != kStream && stat(path.c_str(), &status) == 0;
+    const int error = errno;
+    struct stat link {};
+    if (!exists_ && path != kStream && lstat(path.c_str(), &link) == 0) Fail(path, error);  // leads nowhere, or round
+    if (exists_ && S_ISDIR(status.st_mode)) Fail(path, EISDIR);
+    straight_ = path == kStream || (exists_ && !S_ISREG(status.st_mode));
+    if (straight_ || !exists_) return;
+    // A file that may not be written is left alone, though its folder would let us replace it.
+    if (access(path.c_str(), W_OK) != 0) Fail(path, errno);
+    std::error_code canonical;
+    path_ = fs::canonical(path, canonical).string();
+    if (canonical) Fail(path, canonical.value());
+    linked_ = status.st_nlink > 1;
+  }
+
+  // The name of the backup, when one is asked for.
+  std::string Run(std::string_view bytes, bool backup) {
+    if (straight_) {
+      WriteStraight(path_, bytes);
+      return {};
+    }
+    try {
+      if (linked_ || !Replace(bytes, backup)) WriteOver(bytes, backup);
+    } catch (...) {
+      if (!backup_.empty()) unlink(backup_.c_str());
+      throw;
+    }
+    return backup_;
+  }
+
+ private:
+  // False where the new file cannot have the rights of the old one.
+  bool Replace(std::string_view bytes, bool backup) {
+    TemporaryFile temporary(path_);
+    if (exists_) {
+      if (!GiveRights(RightsOf(OpenFile(path_, O_RDONLY)), temporary.file())) return false;
+    } else if (fchmod(temporary.file(), CreationMode()) != 0) {
+      Fail(path_, errno);
+    }
+    temporary.Write(bytes);
+    Check(path_, before_);
+    if (backup) backup_ = BackUp();
+    temporary.Rename();
+    FlushFolder(fs::path(path_).parent_path());
+    return true;
+  }
+
+  void WriteOver(std::string_view bytes, bool backup) {
+    const std::string old = ReadBytes(path_);
+    if (backup) backup_ = BackUpCopy(old);
+    TemporaryFile copy(path_);
+    copy.Write(old);
+    FlushFolder(fs::path(path_).parent_path());
+    const OpenFile file(path_, O_WRONLY);
+    Check(path_, before_);
+    const SignalsWait until_it_is_whole;
+    const std::string& name = copy.Keep();
+    if (!Overwrite(file, bytes)) {
+      const int error = errno;
+      if (!Overwrite(file, old)) {
+        throw InputError(path_ + ": writing it failed in the middle; what it held is in " + name + ": " +
+                         std::strerror(error));
+      }
+      copy.KeepNoMore();
+      Fail(path_, error);
+    }
+    copy.KeepNoMore();
+  }
+
+  std::string FreeBackupName() const {
+    for (int number = 1;; ++number) {
+      std::string name = path_ + ".bak" + (number == 1 ? "" : std::to_string(number));
+      std::error_code error;
+      if (!fs::exists(fs::symlink_status(name, error))) return name;
+    }
+  }
+
+  // The file itself by another name, since a new one is to take its own.
+  std::string BackUp() const {
+    for (;;) {
+      std::string name = FreeBackupName();
+      if (link(path_.c_str(), name.c_str()) == 0) return name;
+      if (errno != EEXIST) return BackUpCopy(ReadBytes(path_));  // a file system without links
+    }
+  }
+
+  std::string BackUpCopy(const std::string& old) const {
+    std::string name = FreeBackupName();
+    TemporaryFile copy(name);
+    if (!GiveRights(RightsOf(OpenFile(path_, O_RDONLY)), copy.file())) fchmod(copy.file(), 0600);
+    copy.Write(old);
+    copy.Rename();
+    return name;
+  }
+
+  std::string path_;
+  const std::optional<FileState>& before_;
+  std::string backup_;
+  bool exists_ = false;
+  bool straight_ = false;  // no file that could be replaced
+  bool linked_ = false;    // has other names
+};
+
 }  // namespace
+
+bool FileState::operator==(const FileState& other) const {
+  return device == other.device && number == other.number && size == other.size &&
+         modified.tv_sec == other.modified.tv_sec && modified.tv_nsec == other.modified.tv_nsec;
+}
+
+std::optional<FileState> StateOf(const std::string& path) {
+  struct stat status {};
+  if (path == kStream || stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return FileState{status.st_dev, status.st_ino, status.st_size, status.st_mtim};
+}
 
 void KeepStdoutForResults() {
   result_stream = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
@@ -105,52 +284,13 @@ bool WriteAll(int file, std::string_view bytes) {
   return true;
 }
 
-void WriteFile(const std::string& path, std::string_view bytes) {
-  struct stat status {};
-  const bool exists = path != kStream && stat(path.c_str(), &status) == 0;
-  if (exists && S_ISDIR(status.st_mode)) Fail(path, EISDIR);
-  if (path == kStream || (exists && !S_ISREG(status.st_mode))) return WriteStraight(path, bytes);
-  // A file that may not be written is left alone, though its folder would let us replace it.
-  if (exists && access(path.c_str(), W_OK) != 0) Fail(path, errno);
-
-  std::error_code error;
-  const std::string target = exists ? fs::canonical(path, error).string() : path;
-  if (error) Fail(path, error.value());
-  TemporaryFile temporary(target);
-  if (exists && fchown(temporary.file(), status.st_uid, status.st_gid) != 0 && errno != EPERM) Fail(path, errno);
-  if (fchmod(temporary.file(), exists ? status.st_mode & 07777 : CreationMode()) != 0) Fail(path, errno);
-  if (!WriteAll(temporary.file(), bytes) || fsync(temporary.file()) != 0) Fail(path, errno);
-  temporary.Rename();
-  FlushFolder(fs::path(target).parent_path());
+void WriteFile(const std::string& path, std::string_view bytes, const std::optional<FileState>& before) {
+  Writing(path, before).Run(bytes, false);
 }
 
-namespace {
-
-std::string BackUp(const std::string& path) {
-  std::error_code error;
-  const std::string source = fs::canonical(path, error).string();
-  if (error) Fail(path, error.value());
-  for (int number = 1;; ++number) {
-    std::string name = source + ".bak" + (number == 1 ? "" : std::to_string(number));
-    if (link(source.c_str(), name.c_str()) == 0) return name;  // the very file: the new one takes its name away
-    if (errno == EEXIST) continue;
-    if (fs::exists(name, error)) continue;
-    WriteFile(name, ReadBytes(source));  // a file system without links
-    return name;
-  }
-}
-
-}  // namespace
-
-std::string WriteFileWithBackup(const std::string& path, std::string_view bytes) {
-  std::string backup = BackUp(path);
-  try {
-    WriteFile(path, bytes);
-  } catch (...) {
-    unlink(backup.c_str());
-    throw;
-  }
-  return backup;
+std::string WriteFileWithBackup(const std::string& path, std::string_view bytes,
+                                const std::optional<FileState>& before) {
+  return Writing(path, before).Run(bytes, true);
 }
 
 }  // namespace sok

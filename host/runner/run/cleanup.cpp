@@ -15,8 +15,12 @@
 namespace sok {
 namespace {
 
-char unfinished_path[PATH_MAX];
-std::atomic<bool> unfinished{false};  // set last and cleared first
+struct UnfinishedFile {
+  std::atomic<bool> noted{false};  // set last and cleared first
+  char path[PATH_MAX];
+};
+
+UnfinishedFile unfinished[2];
 std::atomic<pid_t> workers[kMostWorkers];
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<pid_t>::is_always_lock_free);
 
@@ -68,15 +72,18 @@ void CleanUpOnSignals() {
 }
 
 void NoteUnfinishedFile(const char* path) {
-  std::strncpy(unfinished_path, path, sizeof unfinished_path - 1);
-  unfinished = true;
+  for (UnfinishedFile& file : unfinished) {
+    if (file.noted) continue;
+    std::strncpy(file.path, path, sizeof file.path - 1);
+    file.noted = true;
+    return;
+  }
 }
 
-void ForgetUnfinishedFile() { unfinished = false; }
-
-void RemoveUnfinishedFile() {
-  if (unfinished) unlink(unfinished_path);
-  unfinished = false;
+void ForgetUnfinishedFile(const char* path) {
+  for (UnfinishedFile& file : unfinished) {
+    if (file.noted && std::strcmp(file.path, path) == 0) file.noted = false;
+  }
 }
 
 void NoteWorker(pid_t process) {
@@ -93,12 +100,14 @@ void ForgetWorker(pid_t process) {
 }
 
 void ForgetParentsWork() {
-  unfinished = false;
+  for (UnfinishedFile& file : unfinished) file.noted = false;
   for (auto& worker : workers) worker = 0;
 }
 
 void CleanUp() {
-  RemoveUnfinishedFile();
+  for (const UnfinishedFile& file : unfinished) {
+    if (file.noted) unlink(file.path);
+  }
   Signal(SIGTERM);
   Signal(SIGCONT);
   constexpr timespec kMoment{0, 10'000'000};

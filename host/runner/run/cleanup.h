@@ -1,6 +1,6 @@
-// What has to be done before the program ends, whatever ends it: an unfinished file is removed, workers are ended.
+// What has to be done before the program ends, whatever ends it: unfinished files are removed, workers are ended.
 //
-// One file and a bounded number of workers at a time. All of this may be called from a signal handler.
+// All of this may be called from a signal handler.
 #pragma once
 
 #include <sys/types.h>
@@ -13,10 +13,9 @@ inline constexpr int kMostWorkers = 1024;
 // From now on signals that end the program clean up first. Signals that are ignored, as under nohup, stay ignored.
 void CleanUpOnSignals();
 
-// Notes a file that is not whole yet, its path shorter than PATH_MAX; forgets it; removes it from the disk.
+// Notes a file that is not whole yet, its path shorter than PATH_MAX, at most two at a time; forgets it.
 void NoteUnfinishedFile(const char* path);
-void ForgetUnfinishedFile();
-void RemoveUnfinishedFile();
+void ForgetUnfinishedFile(const char* path);
 
 // Notes a worker process, a whole process group where `process` is negative; forgets it. In a worker itself there is
 // nothing to clean up of what its parent noted.
@@ -24,7 +23,7 @@ void NoteWorker(pid_t process);
 void ForgetWorker(pid_t process);
 void ForgetParentsWork();
 
-// Asks all workers to end, kills those that have not ended after a second, and removes the unfinished file.
+// Asks all workers to end, kills those that have not ended after a second, and removes unfinished files.
 void CleanUp();
 
 }  // namespace sok

@@ -126,8 +126,8 @@ void FillCells(const RunOptions& options, const Score& score, const std::vector<
 }
 
 // Writes the result, or finds the difference.
-void Deliver(const RunOptions& options, const Input& input, const std::string& output, const Score& score,
-             ScoreReport& report) {
+void Deliver(const RunOptions& options, const Input& input, const std::string& output,
+             const std::optional<FileState>& before, const Score& score, ScoreReport& report) {
   if (options.dry_run) {
     const std::string label(score.member().empty() ? "" : "/" + std::string(score.member()));
     const std::string name = ShownText(DisplayName(input.path) + label);
@@ -143,9 +143,9 @@ void Deliver(const RunOptions& options, const Input& input, const std::string& o
   std::string bytes = score.Write(options.write);
   if (!over_itself) bytes = InFormOf(output, std::move(bytes));
   if (options.backup) {
-    report.warnings.push_back("the original is kept as " + WriteFileWithBackup(output, bytes));
+    report.warnings.push_back("the original is kept as " + WriteFileWithBackup(output, bytes, before));
   } else {
-    WriteFile(output, bytes);
+    WriteFile(output, bytes, before);
   }
   report.written = output;
 }
@@ -212,6 +212,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   ScoreReport report;
   report.file = DisplayName(input.path);
   report.purpose = options.purpose;
+  const std::optional<FileState> before = SameFile(output, input.path) ? StateOf(output) : std::nullopt;
   const std::unique_ptr<Score> score = Read(options, input, report);
   const std::vector<Invocation> invocations = Plan(options, *score, report);
   SetLayerPreferences(score->document(), options);
@@ -223,7 +224,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
   FillCells(options, *score, invocations, report);
   try {
-    Deliver(options, input, output, *score, report);
+    Deliver(options, input, output, before, *score, report);
   } catch (const ScoreError& error) {
     report.error = error.what();  // the report still says what the extension did
   }
