@@ -1,11 +1,12 @@
 # Functions for extensions, in the kit's own tree and, installed, with find_package(SokEDK).
 #
-# sok_add_extension(NAME SOURCES file... INFO_PLIST file RESOURCES folder [OUTPUT_DIRECTORY folder])
+# sok_add_extension(NAME SOURCES file... INFO_PLIST file RESOURCES folder [OUTPUT_DIRECTORY folder] [SANITIZE])
 #
 # Builds a loadable extension bundle, NAME.bundle, in the macOS layout: Contents/Info.plist, Contents/MacOS/NAME and
 # Contents/Resources with the string tables of the RESOURCES folder (<language>.lproj/*.strings). Nothing but the host's
 # interface, which SOK_EXTENSION defines in one of the sources, is visible from outside. The bundle stands in
-# OUTPUT_DIRECTORY, by default the current binary directory; the target's property SOK_BUNDLE is its path.
+# OUTPUT_DIRECTORY, by default the current binary directory; the target's property SOK_BUNDLE is its path. With SANITIZE
+# it is built for `sokrun validate --sanitize`, which finds wrong uses of memory and undefined behaviour; no host loads it.
 #
 # sok_install_bundle(NAME [DESTINATION folder])
 #
@@ -47,7 +48,7 @@ function(sok_export_only target exports)
 endfunction()
 
 function(sok_add_extension name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "INFO_PLIST;RESOURCES;OUTPUT_DIRECTORY" "SOURCES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "SANITIZE" "INFO_PLIST;RESOURCES;OUTPUT_DIRECTORY" "SOURCES")
   if(NOT arg_OUTPUT_DIRECTORY)
     set(arg_OUTPUT_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
   endif()
@@ -59,6 +60,23 @@ function(sok_add_extension name)
   target_link_libraries(${name} PRIVATE SokEDK::SokEDK)
   sok_export_only(${name} "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/extension_exports")
   sok_bundle_layout(${name} "${arg_OUTPUT_DIRECTORY}" "${arg_INFO_PLIST}" "${arg_RESOURCES}")
+  if(arg_SANITIZE)
+    sok_sanitize(${name})
+  endif()
+endfunction()
+
+# Compiles a target with sanitizers whose library is a shared one, so that the program that loads it can load that first.
+function(sok_sanitize target)
+  set(flags -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
+  target_compile_options(${target} PRIVATE ${flags})
+  target_link_options(${target} PRIVATE ${flags})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set(library "libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so")
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library} OUTPUT_VARIABLE path
+      OUTPUT_STRIP_TRAILING_WHITESPACE)
+    get_filename_component(folder "${path}" DIRECTORY)
+    target_link_options(${target} PRIVATE -shared-libasan "LINKER:-rpath,${folder}")
+  endif()
 endfunction()
 
 function(sok_install_bundle target)

@@ -1,6 +1,7 @@
 #include "host/runner/validate/validate.h"
 
 #include <cxxabi.h>
+#include <dlfcn.h>
 
 #include <algorithm>
 #include <csignal>
@@ -88,6 +89,20 @@ void TellOfFreedFrame(int signal, siginfo_t* info, void*) {
   std::signal(signal, SIG_DFL);  // the access is made again
   const std::string frame = crash_watch != nullptr ? crash_watch->FreedFrameAt(info->si_addr) : std::string();
   if (!frame.empty()) crash_say("uses the frame of " + frame + ", which it has freed");
+}
+
+// The address sanitizer's report, of which the line that sums it up is kept.
+void TellOfMemoryFault(const char* report) {
+  const std::string_view text = report;
+  const std::size_t start = text.find("SUMMARY: ");
+  if (crash_say != nullptr && start != text.npos)
+    crash_say(std::string(text.substr(start, text.find('\n', start) - start)));
+}
+
+void WatchForMemoryFaults() {
+  using SetCallback = void (*)(void (*)(const char*));
+  const auto set = reinterpret_cast<SetCallback>(dlsym(RTLD_DEFAULT, "__asan_set_error_report_callback"));
+  if (set != nullptr) set(TellOfMemoryFault);
 }
 
 void WatchForFreedFrames() {
@@ -313,7 +328,8 @@ class Validation {
     std::vector<Answer> answers(plan.size());
     LastWords words(plan.size());
     const auto work = [&](std::size_t i) {
-      WatchForFreedFrames();
+      if (options_.guard_frames) WatchForFreedFrames();
+      WatchForMemoryFaults();
       const Answer answer = Perform(plan[i], [&, i](const std::string& text) { words.Say(i, text.c_str()); });
       EndCopies();
       return nlohmann::json(answer).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);

@@ -227,7 +227,9 @@ CheckHost::CheckHost(const std::string& bundle, const Document& score, const Hos
       document(score),
       watch(fault, document),
       session{.document = &document, .observer = &watch, .alerts = {}, .guard_frames = guard_frames},
-      extension(plugin, session) {}
+      extension(plugin, session) {
+  if (document.PartCount() == 0) document.AddPart("Another");  // so that there is one to go to, and back
+}
 
 void* CheckHost::Require(const char* name) const {
   void* const address = extension.Address(name);
