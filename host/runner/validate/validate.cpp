@@ -123,14 +123,11 @@ class Validation {
     const std::vector<ExtensionCheck>& checks = ExtensionChecks();
     std::vector<Case> plan;
     for (const ExtensionCheck& check : checks) plan.push_back(Planned(check));
-    const Answer loaded = InProcesses({Case{"bundle", "", [](CheckHost&, Answer&) {}}})[0];
-    if (!loaded.failure.empty()) {
-      Record(plan[0], loaded.failure, loaded.last_call);
-      for (const CheckKind& kind : CheckKinds()) {
-        if (kind.name != "bundle") Skip(kind.name, "the bundle cannot be loaded");
-      }
-      return report_;
-    }
+    const auto symbols = std::ranges::find(plan, "symbols", &Case::kind);
+    const std::vector<Answer> first = InProcesses({Case{"", "", [](CheckHost&, Answer&) {}}, *symbols});
+    const Answer& loaded = first[0];
+    if (!loaded.failure.empty()) return End(plan[0], loaded, "the bundle cannot be loaded");
+    if (!first[1].failure.empty()) return End(*symbols, first[1], "names that the host needs are missing");
     std::erase_if(plan, [this](const Case& check) { return !Wanted(check.kind); });
     Check(plan);
     CheckLanguages();
@@ -142,6 +139,15 @@ class Validation {
   bool Wanted(std::string_view kind) const {
     if (options_.only) return options_.only->kind == kind;
     return options_.kinds.empty() || std::ranges::find(options_.kinds, kind) != options_.kinds.end();
+  }
+
+  // There is no sense in going on.
+  ValidationReport End(const Case& check, const Answer& answer, const char* why) {
+    Record(check, answer.failure, answer.last_call);
+    for (const CheckKind& kind : CheckKinds()) {
+      if (kind.name != check.kind) Skip(kind.name, why);
+    }
+    return report_;
   }
 
   static bool IsRunKind(std::string_view kind) {
@@ -327,6 +333,7 @@ class Validation {
   std::vector<Answer> InProcesses(const std::vector<Case>& plan) const {
     std::vector<Answer> answers(plan.size());
     LastWords words(plan.size());
+    const char* const where = options_.guard_frames ? "" : "; a sanitizer's report would be on stderr";
     const auto work = [&](std::size_t i) {
       if (options_.guard_frames) WatchForFreedFrames();
       WatchForMemoryFaults();
@@ -335,7 +342,7 @@ class Validation {
       return nlohmann::json(answer).dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
     };
     const auto done = [&](std::size_t i, const std::string& text, const std::string& failure) {
-      answers[i] = failure.empty() ? Understood(text) : Answer{failure, words.Of(i)};
+      answers[i] = failure.empty() ? Understood(text) : Answer{failure, words.Of(i) + where};
     };
     RunInProcesses(plan.size(), {options_.jobs, options_.seconds}, {work, done});
     return answers;

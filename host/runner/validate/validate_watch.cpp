@@ -135,7 +135,7 @@ void HostWatch::BeforeFrameCall(const HostCall& call) {
   }
   const auto freed = freed_.find(call.frame);
   const std::string what = call.frame == nullptr   ? "no frame (a null pointer)"
-                           : freed != freed_.end() ? "the frame of " + freed->second + ", which it has freed"
+                           : freed != freed_.end() ? "the frame of " + freed->second + ", which it has freed,"
                                                    : "a frame that the host has not handed out";
   Find("frames", "hands " + what + " to " + call.name);
 }
