@@ -13,6 +13,13 @@
 # Installs the bundle, into lib/sok by default. It finds the platform library where it was linked from, and in the
 # prefix that it is installed to.
 
+# sok_test_extension(NAME COMMAND number SCORE file [EXPECT file] [ALERT text] [OPTIONS option...])
+#
+# Adds a test to ctest that runs one command of the extension on a score with `sokrun run` and its options, such as
+# OPTIONS --measures 2-3. It passes when the score that comes out is EXPECT's to the last byte and when ALERT, alerts
+# joined with line ends, is all that is shown; one of the two has to be there. What differs is printed with the measure
+# it is in. Where there is no sokrun, the test is left out.
+
 # Lays a module library out as NAME.bundle below `folder`, with an Info.plist and the files of a resources folder.
 function(sok_bundle_layout target folder info_plist resources)
   set(contents "${folder}/${target}.bundle/Contents")
@@ -92,4 +99,42 @@ function(sok_install_bundle target)
   set(contents "${arg_DESTINATION}/${target}.bundle/Contents")
   install(TARGETS ${target} LIBRARY DESTINATION "${contents}/MacOS")
   install(DIRECTORY "$<TARGET_PROPERTY:${target},SOK_BUNDLE>/Contents/" DESTINATION "${contents}" PATTERN MacOS EXCLUDE)
+endfunction()
+
+# sokrun as this tree builds it, as it is installed beside the kit, or as it is found.
+function(sok_find_sokrun result)
+  if(TARGET sokrun)
+    set(${result} "$<TARGET_FILE:sokrun>" PARENT_SCOPE)
+    return()
+  endif()
+  find_program(SOKRUN sokrun HINTS "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/../../../bin")
+  set(${result} "${SOKRUN}" PARENT_SCOPE)
+endfunction()
+
+function(sok_test_extension name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMMAND;SCORE;EXPECT;ALERT" "OPTIONS")
+  if(NOT DEFINED arg_COMMAND OR NOT DEFINED arg_SCORE OR NOT (DEFINED arg_EXPECT OR DEFINED arg_ALERT))
+    message(FATAL_ERROR "sok_test_extension(${name}): needs COMMAND, SCORE and one of EXPECT and ALERT")
+  endif()
+  sok_find_sokrun(sokrun)
+  if(NOT sokrun)
+    message(STATUS "${name}: there is no sokrun, so that its tests are left out")
+    return()
+  endif()
+  get_filename_component(score "${arg_SCORE}" ABSOLUTE)
+  get_filename_component(file "${arg_SCORE}" NAME)
+  string(MAKE_C_IDENTIFIER "${arg_COMMAND} ${file} ${arg_OPTIONS}" run)
+  list(JOIN arg_OPTIONS " " options)
+  set(definitions "-DSOKRUN=${sokrun}" "-DBUNDLE=$<TARGET_PROPERTY:${name},SOK_BUNDLE>" "-DCOMMAND=${arg_COMMAND}"
+    "-DSCORE=${score}" "-DRESULT=${CMAKE_CURRENT_BINARY_DIR}/${name}${run}_${file}" "-DOPTIONS=${options}")
+  if(DEFINED arg_EXPECT)
+    get_filename_component(expect "${arg_EXPECT}" ABSOLUTE)
+    list(APPEND definitions "-DEXPECT=${expect}")
+  endif()
+  if(DEFINED arg_ALERT)
+    string(REPLACE ";" "\\;" alert "${arg_ALERT}")
+    list(APPEND definitions "-DALERT=${alert}")
+  endif()
+  add_test(NAME "${name}.command${run}"
+    COMMAND "${CMAKE_COMMAND}" ${definitions} -P "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/SokTestExtension.cmake")
 endfunction()

@@ -30,7 +30,7 @@ configure_package_config_file(cmake/SokEDKConfig.cmake.in "${PROJECT_BINARY_DIR}
   INSTALL_DESTINATION "${sok_package_dir}")
 write_basic_package_version_file("${PROJECT_BINARY_DIR}/SokEDKConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/SokEDKConfig.cmake" "${PROJECT_BINARY_DIR}/SokEDKConfigVersion.cmake"
-  cmake/SokExtension.cmake cmake/extension_exports.map cmake/extension_exports.exp DESTINATION "${sok_package_dir}")
+  cmake/SokExtension.cmake cmake/SokTestExtension.cmake cmake/extension_exports.map cmake/extension_exports.exp DESTINATION "${sok_package_dir}")
 
 # pkg-config SokEDK
 if(APPLE)

@@ -15,6 +15,7 @@ name=$1 dir=$2
 mkdir -p "$dir"
 cp -R "$tree/examples/minimal/resources" "$dir"
 cp "$tree/examples/minimal/minimal.cpp" "$dir/$name.cpp"
+cp "$tree/examples/minimal/score.musicxml" "$dir"
 sed "s/Minimal/$name/g" "$tree/examples/minimal/resources/Info.plist" >"$dir/resources/Info.plist"
 cat >"$dir/CMakeLists.txt" <<END
 cmake_minimum_required(VERSION 3.22)
@@ -34,11 +35,15 @@ sok_add_extension($name
   INFO_PLIST resources/Info.plist
   RESOURCES resources)
 sok_install_bundle($name)
+
+enable_testing()
+sok_test_extension($name COMMAND 0 SCORE score.musicxml ALERT "Notes: 3")
 END
 cat <<END
 $dir: an extension with one command. Its identifier stands in resources/Info.plist, its texts in
 resources/en.lproj/Localizable.strings. Build and check it:
     cd $(printf %q "$dir") && cmake -B build && cmake --build build
+    ctest --test-dir build
     sokrun list build/$name.bundle
     sokrun validate build/$name.bundle
 END

@@ -34,10 +34,19 @@ cmake -S "$work/outside" -B "$work/outside/build" -DCMAKE_PREFIX_PATH="$prefix" 
   -DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Wconversion -Werror $sanitize" >/dev/null
 [ ! -d "$work/outside/build/SokEDK" ] || fail "the project did not find the installed kit"
 cmake --build "$work/outside/build" >/dev/null
+ctest --test-dir "$work/outside/build" >"$work/tests" || { cat "$work/tests"; fail "the project's own test fails"; }
+grep -q '100% tests passed, 0 tests failed out of 1' "$work/tests" || fail "the project's own test was not run"
 cmake --install "$work/outside/build" --prefix "$work/elsewhere" >/dev/null
 for bundle in "$work/outside/build/Outside.bundle" "$work/elsewhere/lib/sok/Outside.bundle"; do
   "$prefix/bin/sokrun" validate "$bundle" --check symbols --check hidden-names --check texts --check frames --only-failed
 done
+
+# A test whose result differs says where.
+sed '/<measure number="2"/,$s/half/whole/' "$work/outside/score.musicxml" >"$work/outside/expected.musicxml"
+echo "sok_test_extension(Outside COMMAND 0 SCORE score.musicxml EXPECT expected.musicxml)" >>"$work/outside/CMakeLists.txt"
+cmake "$work/outside/build" >/dev/null
+! ctest --test-dir "$work/outside/build" --output-on-failure >"$work/tests" || fail "a wrong result passes"
+grep -q '^@@ .*<measure number="2">' "$work/tests" || { cat "$work/tests"; fail "the difference does not name the measure"; }
 
 # pkg-config: the same source, the same layout; the executable built by hand takes the headers and the library alone.
 export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
