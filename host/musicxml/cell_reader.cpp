@@ -1,47 +1,12 @@
 #include "host/musicxml/cell_reader.h"
 
 #include <algorithm>
-#include <cstring>
-#include <iterator>
 
 namespace sok {
 namespace {
 
-constexpr int kMostStaves = 64;  // of one part
 constexpr std::size_t kMostWarnings = 1000;
 constexpr int kMostNotes = 12;  // of one entry
-
-struct NoteType {
-  std::string_view name;
-  int duration;
-};
-constexpr NoteType kNoteTypes[] = {
-    {"quarter", 1024}, {"eighth", 512}, {"16th", 256},   {"half", 2048},    {"whole", 4096},
-    {"32nd", 128},     {"64th", 64},    {"128th", 32},   {"256th", 16},     {"512th", 8},
-    {"1024th", 4},     {"breve", 8192}, {"long", 16384}, {"maxima", 32768},
-};
-
-bool Is(const char* name, const char* other) { return std::strcmp(name, other) == 0; }
-
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsXmlSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsXmlSpace(text.back())) text.remove_suffix(1);
-  return text;
-}
-
-// 0 for what is no number or a huge one.
-int SmallNumber(std::string_view text) {
-  text = Trimmed(text);
-  const bool negative = text.starts_with('-');
-  if (negative || text.starts_with('+')) text.remove_prefix(1);
-  int value = 0;
-  if (text.empty() || text.size() > 6) return 0;
-  for (const char c : text) {
-    if (c < '0' || c > '9') return 0;
-    value = value * 10 + (c - '0');
-  }
-  return negative ? -value : value;
-}
 
 void Mix(std::uint64_t& fingerprint, std::uint64_t value) {
   fingerprint = (fingerprint ^ value) * 0x9E3779B97F4A7C15ULL;
@@ -57,217 +22,91 @@ std::uint64_t Scaled(const Fraction& value) {
   return static_cast<std::uint64_t>(value.numerator / value.denominator) * kGrid;
 }
 
-int StepsFromMiddleC(std::string_view step, int octave) {
-  constexpr std::string_view kSteps = "CDEFGAB";
-  const std::size_t index = step.size() == 1 ? kSteps.find(step[0]) : std::string_view::npos;
-  return index == std::string_view::npos ? 0 : static_cast<int>(index) + 7 * (octave - 4);
+// Voices are numbered in blocks of four a staff; 0 when the name is no such number.
+int StaffByNumber(const std::string& name) {
+  if (name.empty() || name.size() > 4 || name.find_first_not_of("0123456789") != std::string::npos) return 0;
+  return (std::stoi(name) + 3) / 4;
 }
 
-std::int16_t ToShort(int value) { return static_cast<std::int16_t>(std::clamp(value, -32767, 32767)); }
-
-// Written value with dots, at most what 16 bits hold; 0 for an unknown type.
-int WrittenDuration(std::string_view type, int dots) {
-  for (const NoteType& row : kNoteTypes) {
-    if (row.name != type) continue;
-    int duration = row.duration;
-    for (int add = duration / 2; dots > 0 && add > 0; --dots, add /= 2) duration += add;
-    return std::min(duration, 65535);
-  }
-  return 0;
+std::uint32_t At(const std::vector<std::uint32_t>& counts, int staff) {
+  const auto index = static_cast<std::size_t>(staff - 1);
+  return staff > 0 && index < counts.size() ? counts[index] : 0;
 }
 
-bool Standing(const char* name) { return Is(name, "barline") || Is(name, "print"); }  // no matter where the cursor is
+void CountOn(std::vector<std::uint32_t>& counts, int staff) {
+  const auto size = static_cast<std::size_t>(staff);
+  if (counts.size() < size) counts.resize(size, 0);
+  ++counts[size - 1];
+}
+
+bool SetsDivisionsOnly(pugi::xml_node attributes) {
+  const pugi::xml_node child = attributes.first_child();
+  return Is(child.name(), "divisions") && !child.next_sibling();
+}
 
 }  // namespace
 
-int WrittenDurationOf(pugi::xml_node note) {
-  const auto dots = note.children("dot");
-  return WrittenDuration(Trimmed(note.child_value("type")), static_cast<int>(std::distance(dots.begin(), dots.end())));
-}
-
-int StaffNumber(pugi::xml_node staff) {
-  const int number = SmallNumber(staff.child_value());
-  return number < 1 || number > kMostStaves ? 0 : number;
-}
-
-struct CellReader::NoteData {
-  Entry entry;
-  Pitch pitch;
-  Fraction length;
-  const char* voice = "";
-  int staff = 1;
-  bool chord = false;
-  std::size_t offset = 0;
-  std::ptrdiff_t key = 0;  // of the note in the parsed tree
-};
-
-void CellReader::Warn(pugi::xml_node node, const std::string& text) {
+void CellReader::Warn(pugi::xml_node node, std::string_view text) {
   if (model_.warnings.size() == kMostWarnings) model_.warnings.push_back({0, "there are more warnings than are shown"});
   if (model_.warnings.size() > kMostWarnings) return;
-  std::string place;
-  if (part_ != nullptr) {
-    place = "part " + part_->id + ", " + MeasureLabel(model_.measures, part_->measures.size() + 1) + ": ";
-  }
-  model_.warnings.push_back({lines_.LineOf(OffsetOf(node)), place + text});
+  const std::string place =
+      "part " + part_->id + ", " + MeasureLabel(model_.measures, part_->measures.size() + 1) + ": ";
+  model_.warnings.push_back({lines_.LineOf(OffsetOf(node)), place + std::string(text)});
 }
 
-void CellReader::Advance(const Fraction& length) {
-  if (length.IsZero()) return;
-  cursor_ = cursor_ + length;
-  if (furthest_ < cursor_) furthest_ = cursor_;
-}
-
-Fraction CellReader::LengthOf(pugi::xml_node node, const char* what) {
-  const std::optional<Fraction> duration = ParseDecimal(node.child_value("duration"));
-  if (!duration || duration->numerator < 0) {
-    Warn(node, std::string(what) + " without a sound <duration> takes no time");
-    return {};
-  }
-  const Fraction& divisions = state_->divisions;
-  if (duration->denominator == 1 && divisions.denominator == 1) return {duration->numerator, divisions.numerator};
-  return *duration / divisions;
-}
-
-CellReader::NoteData CellReader::Parse(pugi::xml_node node) {
-  NoteData note;
-  note.offset = OffsetOf(node);
-  if (parsed_ != nullptr) note.key = node.offset_debug();
-  std::string_view type;
-  int dots = 0;
-  bool has_duration = false;
-  std::uint8_t flags = 0;
-  for (const pugi::xml_node child : node.children()) {
-    const char* name = child.name();
-    switch (name[0]) {
-      case 'p':
-        if (Is(name, "pitch")) {
-          const int octave = SmallNumber(child.child_value("octave"));
-          note.pitch.step = ToShort(StepsFromMiddleC(Trimmed(child.child_value("step")), octave));
-          if (const auto alter = ParseDecimal(child.child_value("alter"))) {
-            note.pitch.alter = ToShort(static_cast<int>(alter->numerator / alter->denominator % 100));
-          }
-        }
-        break;
-      case 'u':
-        if (Is(name, "unpitched")) {
-          const std::string_view step = Trimmed(child.child_value("display-step"));
-          note.pitch.step =
-              ToShort(step.empty() ? 6 : StepsFromMiddleC(step, SmallNumber(child.child_value("display-octave"))));
-        }
-        break;
-      case 'r':
-        if (Is(name, "rest")) {
-          flags |= kRest;
-          if (Is(child.attribute("measure").value(), "yes")) flags |= kBarRest;
-        }
-        break;
-      case 'c':
-        if (Is(name, "chord")) note.chord = true;
-        if (Is(name, "cue")) flags |= kCue;
-        break;
-      case 'g':
-        if (Is(name, "grace")) flags |= kGrace;
-        break;
-      case 'd':
-        if (Is(name, "duration")) has_duration = true;
-        if (Is(name, "dot")) ++dots;
-        break;
-      case 'v':
-        if (Is(name, "voice")) note.voice = child.child_value();
-        break;
-      case 't':
-        if (Is(name, "type")) {
-          type = Trimmed(child.child_value());
-          if (Is(child.attribute("size").value(), "cue")) flags |= kCue;
-        }
-        break;
-      case 's':
-        if (Is(name, "staff")) {
-          note.staff = StaffNumber(child);
-          if (note.staff == 0) {
-            Warn(child, "no staff has this number; the note counts on staff 1");
-            note.staff = 1;
-          }
-        }
-        break;
-      case 'n':
-        if (Is(name, "notations") && child.child("fermata")) flags |= kFermata;
-        break;
-      default:
-        break;
-    }
-  }
-  if (Is(node.attribute("print-object").value(), "no")) flags |= kHidden;
-  const int written = WrittenDuration(type, dots);
-  if ((flags & kGrace) == 0) {
-    if (has_duration || written == 0) {
-      note.length = LengthOf(node, "a note");
-    } else {
-      Warn(node, "a note without <duration> lasts as long as its type says");
-      note.length = {written, 1024};
-    }
-  }
-  if (written == 0) flags |= kUntyped;
-  const int duration = written != 0            ? written
-                       : (flags & kGrace) != 0 ? 512
-                                               : std::clamp(ToUnits(note.length), 0, 65535);
-  note.entry = {static_cast<std::uint16_t>(duration), 1, flags, 0};
-  return note;
-}
-
-CellReader::OpenVoice& CellReader::VoiceFor(const char* name, int staff) {
-  const std::string_view trimmed = Trimmed(name);
-  const int key_staff = trimmed.empty() || model_.options.cross_staff_drawn ? staff : 0;
-  if (last_ != nullptr) {
-    const Voice& voice = part_->voices[last_->cell.voice];
-    if (voice.key_staff == key_staff && voice.name == trimmed) return *last_;
-  }
-  std::string key(trimmed);
-  if (key_staff != 0) key += '\n' + std::to_string(key_staff);
+std::uint16_t CellReader::VoiceNumber(const Item& note) {
+  std::string key(note.voice);
+  if (note.key_staff != 0) key += '\n' + std::to_string(note.key_staff);
   const auto [at, is_new] = state_->voices.try_emplace(key, static_cast<std::uint16_t>(part_->voices.size()));
   if (is_new) {
     if (part_->voices.size() == 65535) throw std::runtime_error("the part has too many voices");
-    part_->voices.emplace_back();
-    part_->voices.back().name = trimmed;
-    part_->voices.back().key_staff = key_staff;
-    part_->voices.back().first_measure = static_cast<int>(part_->measures.size());
+    part_->voices.push_back({std::string(note.voice), note.key_staff, {}});
+    state_->open_voices.push_back(0);
   }
-  for (std::size_t i = 0; i < open_count_; ++i) {
-    if (open_[i].cell.voice == at->second) return open_[i];
+  return at->second;
+}
+
+CellReader::OpenVoice& CellReader::VoiceFor(const Item& note) {
+  if (last_ != nullptr) {
+    const Voice& voice = part_->voices[last_->cell.voice];
+    if (voice.key_staff == note.key_staff && voice.name == note.voice) return *last_;
   }
+  const std::uint16_t number = VoiceNumber(note);
+  std::uint32_t& open = state_->open_voices[number];
+  if (open != 0) return open_[open - 1];
   if (open_count_ == open_.size()) open_.emplace_back();
   OpenVoice& voice = open_[open_count_++];
+  open = static_cast<std::uint32_t>(open_count_);
   voice.cell = {};
-  voice.cell.voice = at->second;
+  voice.cell.voice = number;
   voice.entries.clear();
   voice.pitches.clear();
-  voice.notes.clear();
+  voice.notes_on.clear();
+  voice.rests_on.clear();
   return voice;
 }
 
-void CellReader::ReadNote(pugi::xml_node node) {
-  const NoteData note = Parse(node);
+void CellReader::AddNote(const Item& note) {
   part_->staves = std::max(part_->staves, note.staff);
-  if (model_.first_note == 0) model_.first_note = note.offset;
-  if (note.chord && last_ != nullptr && !last_->entries.empty()) {
-    AddToEntry(note, *last_);
+  if (model_.first_note == 0) model_.first_note = note.begin;
+  if (note.chord) {
+    AddToEntry(note, onset_, *last_);
     return;
   }
-  OpenVoice& voice = VoiceFor(note.voice, note.staff);
+  OpenVoice& voice = VoiceFor(note);
   last_ = &voice;
   if (voice.entries.empty()) {
-    voice.cell.offset = note.offset;
+    voice.cell.offset = note.begin;
     voice.cell.length = note.length;
   }
   voice.entries.push_back(note.entry);
   voice.entries.back().notes = 0;
   voice.entries.back().pitch = static_cast<std::uint32_t>(voice.pitches.size());
-  chord_onset_ = cursor_;
-  AddToEntry(note, voice);
-  Advance(note.length);
+  onset_ = note.before;
+  AddToEntry(note, onset_, voice);
 }
 
-void CellReader::AddToEntry(const NoteData& note, OpenVoice& voice) {
+void CellReader::AddToEntry(const Item& note, const Fraction& onset, OpenVoice& voice) {
   VoiceCell& cell = voice.cell;
   Entry& entry = voice.entries.back();
   const std::uint8_t flags = note.entry.flags;
@@ -278,34 +117,35 @@ void CellReader::AddToEntry(const NoteData& note, OpenVoice& voice) {
     voice.pitches.push_back(note.pitch);
     ++entry.notes;
   }
-  if (parsed_ != nullptr) voice.notes.emplace_back(note.key, static_cast<std::uint32_t>(voice.entries.size() - 1));
-
-  cell.all_hidden = cell.all_hidden && (flags & kHidden) != 0;
+  const bool hidden = (flags & kHidden) != 0;
+  cell.all_hidden = cell.all_hidden && hidden;
   cell.no_full_notes = cell.no_full_notes && (flags & (kCue | kRest)) != 0;
-  cell.drawn_on |= StaffBit(note.staff);
-  auto& counts = (flags & kRest) != 0 ? part_->voices[cell.voice].rests_on : part_->voices[cell.voice].notes_on;
-  const auto staff = static_cast<std::size_t>(note.staff);
-  if (counts.size() < staff) counts.resize(staff, 0);
-  ++counts[staff - 1];
+  if (!hidden) cell.drawn_on |= StaffBit(note.staff);
+  CountOn((flags & kRest) != 0 ? voice.rests_on : voice.notes_on, note.staff);
 
-  Mix(cell.fingerprint, Scaled(chord_onset_));
+  Mix(cell.fingerprint, Scaled(onset));
   Mix(cell.fingerprint, Scaled(note.length));
   Mix(cell.fingerprint, static_cast<std::uint64_t>(note.entry.duration) << 24 |
                             static_cast<std::uint64_t>(flags) << 16 | static_cast<std::uint64_t>(note.staff) << 8 |
                             static_cast<std::uint64_t>(note.chord));
   Mix(cell.fingerprint, static_cast<std::uint64_t>(static_cast<std::uint16_t>(note.pitch.step)) << 16 |
-                            static_cast<std::uint16_t>(note.pitch.alter));
+                            static_cast<std::uint8_t>(note.pitch.alter));
 }
 
-void CellReader::ReadBackup(pugi::xml_node node) {
-  const Fraction length = LengthOf(node, "a <backup>");
-  if (cursor_ < length) {
-    Warn(node, "a <backup> goes back beyond the start of the measure; it ends there");
-    cursor_ = {};
-  } else {
-    if (length.IsZero() && node.child("duration")) Warn(node, "a <backup> of no length");
-    cursor_ = cursor_ - length;
-  }
+// The staff where most of the voice's notes stand in this measure; of a voice without notes, its rests. Whole-measure
+// rests that come and go elsewhere move nothing. The voice's number decides between staves that have the same.
+int CellReader::HomeOf(const OpenVoice& voice) const {
+  const std::vector<std::uint32_t>& counts = voice.notes_on.empty() ? voice.rests_on : voice.notes_on;
+  const int home = 1 + static_cast<int>(std::max_element(counts.begin(), counts.end()) - counts.begin());
+  const int numbered = StaffByNumber(part_->voices[voice.cell.voice].name);
+  return At(counts, numbered) == At(counts, home) ? numbered : home;
+}
+
+// What stands beside the notes, and where, to compare two readings.
+void CellReader::AddBeside(const Item& item, Cell& cell) const {
+  for (const char* c = item.node.name(); *c != '\0'; ++c) Mix(cell.names, static_cast<unsigned char>(*c));
+  Mix(cell.fingerprint, cell.names);
+  Mix(cell.fingerprint, Scaled(item.before));
 }
 
 void CellReader::ReadTime(pugi::xml_node time) {
@@ -372,14 +212,7 @@ void CellReader::ReadStyle(pugi::xml_node style) {
 void CellReader::ReadAttributes(pugi::xml_node node) {
   for (const pugi::xml_node child : node.children()) {
     const char* name = child.name();
-    if (Is(name, "divisions")) {
-      const auto divisions = ParseDecimal(child.child_value());
-      if (divisions && divisions->numerator > 0) {
-        state_->divisions = *divisions;
-      } else {
-        Warn(child, "<divisions> is no number above 0 and is not heeded");
-      }
-    } else if (Is(name, "time")) {
+    if (Is(name, "time")) {
       ReadTime(child);
     } else if (Is(name, "staves")) {
       const int staves = SmallNumber(child.child_value());
@@ -387,6 +220,8 @@ void CellReader::ReadAttributes(pugi::xml_node node) {
         Warn(child, "<staves> is not heeded: a part has 1 to 64");
       else
         part_->staves = std::max(part_->staves, staves);
+    } else if (Is(name, "key")) {
+      state_->fifths = std::clamp(SmallNumber(child.child_value("fifths")), -7, 7);
     } else if (Is(name, "clef")) {
       ReadClef(child);
     } else if (Is(name, "measure-style")) {
@@ -399,36 +234,26 @@ void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size
   base_ = base;
   part_ = &model_.parts[static_cast<std::size_t>(part)];
   state_ = &state;
-  cursor_ = {};
-  furthest_ = {};
   open_count_ = 0;
   last_ = nullptr;
   Cell cell;
   cell.offset = OffsetOf(node);
   cell.divisions = state.divisions;
-  for (const pugi::xml_node child : node.children()) {
-    if (child.type() != pugi::node_element) continue;
-    const char* name = child.name();
-    if (parsed_ != nullptr) parsed_->positions.emplace(child.offset_debug(), ToUnits(cursor_));
-    if (Is(name, "note")) {
-      ReadNote(child);
-    } else if (Is(name, "backup")) {
-      ReadBackup(child);
-      last_ = nullptr;
-    } else if (Is(name, "forward")) {
-      Advance(LengthOf(child, "a <forward>"));
-      last_ = nullptr;
-    } else {
-      if (Is(name, "attributes")) ReadAttributes(child);
-      if (Standing(name)) continue;
-      for (const char* c = name; *c != '\0'; ++c) Mix(cell.fingerprint, static_cast<unsigned char>(*c));
-      Mix(cell.fingerprint, Scaled(cursor_));
+  cell.fifths = static_cast<std::int8_t>(state.fifths);
+  measure_.divisions = state.divisions;
+  measure_.Read(node, base);
+  state.divisions = measure_.divisions;
+  for (const ItemProblem& problem : measure_.problems) Warn(problem.node, problem.text);
+  for (const Item& item : measure_.items) {
+    if (item.kind == ItemKind::kNote) AddNote(item);
+    if (item.kind != ItemKind::kPlaced) continue;
+    if (Is(item.node.name(), "attributes")) {
+      ReadAttributes(item.node);
+      if (SetsDivisionsOnly(item.node)) continue;  // they show in every length behind them
     }
+    AddBeside(item, cell);
   }
   Finish(cell);
-  if (parsed_ != nullptr) {
-    parsed_->nodes.push_back({node, part, static_cast<short>(part_->measures.size())});
-  }
 }
 
 void CellReader::Finish(Cell& cell) {
@@ -436,9 +261,11 @@ void CellReader::Finish(Cell& cell) {
   cell.voices = static_cast<std::uint32_t>(open_count_);
   for (std::size_t i = 0; i < open_count_; ++i) {
     OpenVoice& voice = open_[i];
+    state_->open_voices[voice.cell.voice] = 0;
     if (model_.entries.size() + voice.entries.size() > 0x7FFFFFF0)
       throw std::runtime_error("the score has too many notes");
     voice.cell.length = Reduced(voice.cell.length);
+    voice.cell.home = static_cast<std::uint8_t>(HomeOf(voice));
     voice.cell.first_entry = static_cast<std::uint32_t>(model_.entries.size());
     voice.cell.entries = static_cast<std::uint32_t>(voice.entries.size());
     const auto pitch_base = static_cast<std::uint32_t>(model_.pitches.size());
@@ -447,14 +274,11 @@ void CellReader::Finish(Cell& cell) {
       model_.entries.push_back(entry);
     }
     model_.pitches.insert(model_.pitches.end(), voice.pitches.begin(), voice.pitches.end());
-    for (const auto& [offset, index] : voice.notes) {
-      parsed_->entry_numbers.emplace(offset, static_cast<int>(voice.cell.first_entry + index + 1));
-    }
     part_->cells.push_back(voice.cell);
   }
   const std::size_t measure = part_->measures.size();
   if (measure == model_.lengths.size()) model_.lengths.emplace_back();
-  if (model_.lengths[measure] < furthest_) model_.lengths[measure] = Reduced(furthest_);
+  if (model_.lengths[measure] < measure_.furthest) model_.lengths[measure] = Reduced(measure_.furthest);
   part_->measures.push_back(cell);
 }
 

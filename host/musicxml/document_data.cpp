@@ -1,15 +1,27 @@
 #include "host/musicxml/document_data.h"
 
 #include "host/musicxml/preferences.h"
+#include "host/musicxml/reader.h"
 #include "host/musicxml/shapes.h"
 #include "host/musicxml/texts.h"
 
 namespace sok {
 
-void ReadDocumentData(const ReaderContext& context) {
+void ReadDocumentData(const Model& model, std::string_view text, Document& document) {
+  pugi::xml_document head;
+  ParseHead(text, head);
+  const ReaderContext context{head.document_element(), document, model.staves, model.measures};
   AddPreferences(context);
   AddTexts(context);
-  AddShapes(context);
+  ShapeReader shapes(context);
+  for (std::size_t part = 0; part < model.parts.size(); ++part) {
+    for (std::size_t i = 1; i <= model.parts[part].measures.size(); ++i) {
+      const OpenMeasure measure(model, text, static_cast<int>(part), static_cast<short>(i), pugi::parse_default);
+      AddMeasureTexts(context, measure.tree.document_element(), measure.part, measure.measure);
+      shapes.Read(measure);
+    }
+  }
+  shapes.Finish();
 }
 
 }  // namespace sok

@@ -1,11 +1,14 @@
 // What a score holds beside its music, as records: layout, words, lines.
 #pragma once
 
+#include <string_view>
+
+#include "host/musicxml/model.h"
 #include "host/musicxml/reader_context.h"
 
 namespace sok {
 
-// Calls every reader of such data. Each has a header and a source of its own, and a line here.
-void ReadDocumentData(const ReaderContext& context);
+// Fills in the document's records, from what stands around the measures and then from one measure after the other.
+void ReadDocumentData(const Model& model, std::string_view text, Document& document);
 
 }  // namespace sok

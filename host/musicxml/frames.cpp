@@ -82,14 +82,13 @@ std::optional<EntrySource::Position> ModelFrames::Find(int number) const {
     const auto cell = std::upper_bound(part.measures.begin(), part.measures.end(), index,
                                        [](std::uint32_t value, const Cell& each) { return value < each.first_voice; }) -
                       1;
-    const Voice& owner = part.voices[voice.voice];
     Position position;
-    position.place = {static_cast<short>(part.first_slot + owner.home - 1),
-                      static_cast<short>(cell - part.measures.begin() + 1), owner.layer};
+    position.place = {static_cast<short>(part.first_slot + voice.home - 1),
+                      static_cast<short>(cell - part.measures.begin() + 1), voice.layer};
     if (model_.IsLeftOut(voice, position.place.measure)) return std::nullopt;
     std::uint32_t at = entry - voice.first_entry;
     bool before = true;
-    model_.ForEachVoice(position.place.instrument, position.place.measure, owner.layer,
+    model_.ForEachVoice(position.place.instrument, position.place.measure, voice.layer,
                         [&](const Voice&, const VoiceCell& other) {
                           before = before && &other != &voice;
                           if (before && !model_.IsLeftOut(other, position.place.measure)) at += other.entries;

@@ -14,7 +14,9 @@ class ModelFrames : public EntrySource {
  public:
   explicit ModelFrames(const Model& model) : model_(model) {}
 
-  bool Has(const FramePlace& place) const override { return model_.CellOf(place.instrument, place.measure) != nullptr; }
+  bool Has(const FramePlace& place) const override {
+    return model_.HandsOut(place.instrument, place.measure, place.layer);
+  }
   short Count(const FramePlace& place) const override;
   void Fill(const FramePlace& place, EXENTRY* entries) const override;
   int LastNumber() const override { return static_cast<int>(model_.entries.size()); }

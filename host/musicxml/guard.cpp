@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "SokExtShared/SokEDK/Source/frame_records.h"
 #include "host/musicxml/markup.h"
 #include "host/musicxml/reader.h"
 
@@ -15,7 +16,7 @@ struct Trace {
   int staff;
   std::uint64_t fingerprint;
   std::uint32_t entries;
-  bool bar_rest;  // the first entry is one
+  bool full_rest;  // the first entry is a rest that may last the whole measure
   auto operator<=>(const Trace&) const = default;
 };
 
@@ -24,25 +25,28 @@ std::vector<Trace> TracesOf(const Model& model, const Part& part, const Cell& ce
   for (std::uint32_t i = 0; i < cell.voices; ++i) {
     const VoiceCell& voice = part.cells[cell.first_voice + i];
     const Voice& owner = part.voices[voice.voice];
-    const bool bar_rest = (model.entries[voice.first_entry].flags & kBarRest) != 0;
-    traces.push_back({owner.name, owner.key_staff, voice.fingerprint, voice.entries, bar_rest});
+    const Entry& first = model.entries[voice.first_entry];
+    const bool marked = (first.flags & (kBarRest | kUntyped)) != 0 || first.duration == kWholeRestDuration;
+    const bool full_rest = marked && (first.flags & kRest) != 0;
+    traces.push_back({owner.name, owner.key_staff, voice.fingerprint, voice.entries, full_rest});
   }
   std::sort(traces.begin(), traces.end());
   return traces;
 }
 
+bool TakeOut(const VoiceChange& change, std::vector<Trace>& traces, bool is_full_rest) {
+  const auto at = std::find_if(traces.begin(), traces.end(), [&](const Trace& trace) {
+    return trace.voice == change.voice && trace.staff == change.staff;
+  });
+  if (at == traces.end() || (is_full_rest && (at->entries != 1 || !at->full_rest))) return false;
+  traces.erase(at);
+  return true;
+}
+
 // Takes the voices that were to go out of `before` and those that were to come out of `after`; false when one of them
 // is not there, or is not what was to come.
 bool TakeNamed(const VoiceChange& change, std::vector<Trace>& before, std::vector<Trace>& after) {
-  if (change.fate == VoiceChange::kMarked) return true;
-  const bool comes = change.fate == VoiceChange::kComes;
-  std::vector<Trace>& in = comes ? after : before;
-  const auto at = std::find_if(in.begin(), in.end(), [&](const Trace& trace) {
-    return trace.voice == change.voice && trace.staff == change.staff;
-  });
-  if (at == in.end() || (comes && (at->entries != 1 || !at->bar_rest))) return false;
-  in.erase(at);
-  return true;
+  return (!change.was || TakeOut(change, before, false)) && (!change.is || TakeOut(change, after, true));
 }
 
 bool SameBeside(const Model& model, const Part& part, const Cell& cell, std::string_view patched,

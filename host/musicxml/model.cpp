@@ -8,42 +8,36 @@
 namespace sok {
 namespace {
 
-std::uint64_t Sum(const std::vector<std::uint32_t>& counts) {
-  std::uint64_t sum = 0;
-  for (const std::uint32_t count : counts) sum += count;
-  return sum;
+// The next layer of a staff goes to a voice that has none there.
+VoiceHome& HomeFor(Voice& voice, int staff, int measure, int& layers_given) {
+  for (VoiceHome& home : voice.homes) {
+    if (home.staff == staff) return home;
+  }
+  const auto layer = static_cast<short>(std::min<int>(layers_given, kLayers - 1));
+  return voice.homes.emplace_back(VoiceHome{staff, layer, measure, layers_given++ >= kLayers});
 }
 
-// Voices are numbered in blocks of four a staff; 0 when the name is no such number.
-int StaffByNumber(const std::string& name) {
-  if (name.empty() || name.size() > 4 || name.find_first_not_of("0123456789") != std::string::npos) return 0;
-  return (std::stoi(name) + 3) / 4;
-}
-
-// Rests do not count while the part has a note: whole-measure rests come and go, and voices must not move with them.
-bool NumbersTellStaves(const Part& part) {
-  std::uint64_t notes = 0;
-  std::uint64_t agreeing = 0;
-  for (const Voice& voice : part.voices) {
-    notes += Sum(voice.notes_on);
-    const int staff = StaffByNumber(voice.name);
-    if (staff >= 1 && staff <= static_cast<int>(voice.notes_on.size())) {
-      agreeing += voice.notes_on[static_cast<std::size_t>(staff - 1)];
+// In order of appearance, and kept for the whole part: layers must not move from measure to measure.
+void AssignLayers(Part& part) {
+  std::vector<int> layers_given(static_cast<std::size_t>(part.staves), 0);
+  for (std::size_t measure = 0; measure < part.measures.size(); ++measure) {
+    const Cell& cell = part.measures[measure];
+    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
+      VoiceCell& voice = part.cells[i];
+      int& given = layers_given[static_cast<std::size_t>(voice.home - 1)];
+      const VoiceHome& home = HomeFor(part.voices[voice.voice], voice.home, static_cast<int>(measure), given);
+      voice.layer = static_cast<std::uint8_t>(home.layer);
     }
   }
-  return notes > 0 && agreeing * 10 >= notes * 9;
 }
 
-// A voice that stands on both staves lives in one of them, and the other one is empty where it alone is drawn there:
-// such a measure can be filled among the notes one sees. Surroundings tell of it; ReadOptions::cross_staff_drawn goes
-// by what one sees.
-int HomeOf(const Voice& voice, bool by_number, int staves) {
-  if (voice.key_staff != 0) return voice.key_staff;
-  const int staff = StaffByNumber(voice.name);
-  if (by_number && staff >= 1 && staff <= staves) return staff;
-  const std::vector<std::uint32_t>& counts = Sum(voice.notes_on) > 0 ? voice.notes_on : voice.rests_on;
-  if (counts.empty()) return 1;
-  return 1 + static_cast<int>(std::max_element(counts.begin(), counts.end()) - counts.begin());
+bool IsVisited(const Model& model, const Cell& cell, short slot) {
+  const Part& part = model.PartOf(slot);
+  const int staff = model.StaffOf(slot);
+  const auto first = part.cells.begin() + cell.first_voice;
+  return std::any_of(first, first + cell.voices, [&](const VoiceCell& voice) {
+    return voice.home != staff && (voice.drawn_on & StaffBit(staff)) != 0;
+  });
 }
 
 }  // namespace
@@ -75,14 +69,30 @@ bool Model::IsWholeRest(const VoiceCell& voice, short measure) const {
   return (entry.flags & kUntyped) != 0 ? SameLength(voice.length, length) : entry.duration == kWholeRestDuration;
 }
 
+bool Model::IsHiddenRest(const VoiceCell& voice, short measure) const {
+  return (entries[voice.first_entry].flags & kHidden) != 0 && IsWholeRest(voice, measure);
+}
+
 bool Model::IsLeftOut(const VoiceCell& voice, short measure) const {
-  return options.hidden_rests_empty && (entries[voice.first_entry].flags & kHidden) != 0 && IsWholeRest(voice, measure);
+  return options.hidden_rests == HiddenRests::kEmpty && IsHiddenRest(voice, measure);
+}
+
+bool Model::HandsOut(short slot, short measure, short layer) const {
+  const Cell* cell = CellOf(slot, measure);
+  if (cell == nullptr || (options.layers >> layer & 1) == 0) return false;
+  bool own = false;
+  bool kept = false;
+  ForEachVoice(slot, measure, layer, [&](const Voice&, const VoiceCell& voice) {
+    own = own || !IsLeftOut(voice, measure);
+    kept = kept || (options.hidden_rests == HiddenRests::kKeep && IsHiddenRest(voice, measure));
+  });
+  return !kept && (own || options.fill_visited || !IsVisited(*this, *cell, slot));
 }
 
 const Voice* Model::FirstVoice(short slot) const {
-  const int staff = StaffOf(slot);
   for (const Voice& voice : PartOf(slot).voices) {
-    if (voice.home == staff && voice.layer == 0) return &voice;
+    const VoiceHome* home = voice.HomeOn(StaffOf(slot));
+    if (home != nullptr && home->layer == 0) return &voice;
   }
   return nullptr;
 }
@@ -93,14 +103,7 @@ void AssignLayers(Model& model) {
     Part& part = model.parts[index];
     part.first_slot = slot;
     part.clef_middles.resize(static_cast<std::size_t>(part.staves), 6);
-    const bool by_number = NumbersTellStaves(part);
-    std::vector<int> layers_given(static_cast<std::size_t>(part.staves), 0);
-    for (Voice& voice : part.voices) {  // in order of appearance
-      voice.home = HomeOf(voice, by_number, part.staves);
-      int& given = layers_given[static_cast<std::size_t>(voice.home - 1)];
-      voice.surplus = given >= kLayers;
-      voice.layer = static_cast<short>(std::min<int>(given++, kLayers - 1));
-    }
+    AssignLayers(part);
     for (int staff = 1; staff <= part.staves; ++staff, ++slot) {
       if (slot == 32767) throw std::runtime_error("the score has too many staves");
       model.staves.push_back(
@@ -126,7 +129,7 @@ LayerFacts FactsOf(const Model& model, short slot, short measure, short layer) {
     }
     if (!model.IsLeftOut(voice, measure)) facts.entries += static_cast<int>(voice.entries);
     facts.hidden = facts.hidden && voice.all_hidden;
-    facts.cross_staff = facts.cross_staff || voice.drawn_on != StaffBit(staff);
+    facts.cross_staff = facts.cross_staff || (voice.drawn_on & ~StaffBit(staff)) != 0;
     no_full_notes = no_full_notes && voice.no_full_notes;
     for (std::uint32_t i = 0; i < voice.entries; ++i) {
       const std::uint8_t flags = model.entries[voice.first_entry + i].flags;
@@ -159,14 +162,8 @@ Surroundings AroundOf(const Model& model, short slot, short measure) {
     if (range.kind == SignRange::kMeasureRepeat) around.measure_repeat = true;
     if (range.kind == SignRange::kSlash) around.slash = true;
   }
-  if (const Cell* cell = model.CellOf(slot, measure)) {
-    const Part& part = model.PartOf(slot);
-    const int staff = model.StaffOf(slot);
-    for (std::uint32_t i = cell->first_voice; i < cell->first_voice + cell->voices; ++i) {
-      const VoiceCell& voice = part.cells[i];
-      if (part.voices[voice.voice].home != staff && (voice.drawn_on & StaffBit(staff)) != 0) around.visited = true;
-    }
-  }
+  const Cell* cell = model.CellOf(slot, measure);
+  around.visited = cell != nullptr && IsVisited(model, *cell, slot);
   return around;
 }
 

@@ -13,9 +13,12 @@ namespace sok {
 
 // What one note of an entry sounds; rests have none.
 struct Pitch {
-  std::int16_t step = 0;   // diatonic steps from middle C
-  std::int16_t alter = 0;  // semitones up
+  std::int16_t step = 0;  // diatonic steps from middle C
+  std::int8_t alter = 0;  // semitones up
+  std::uint8_t ties = 0;  // TieEnd bits
 };
+
+enum TieEnd : std::uint8_t { kTieStart = 1, kTieStop = 2 };
 
 enum EntryFlag : std::uint8_t {
   kRest = 1,
@@ -42,9 +45,11 @@ struct VoiceCell {
   std::uint32_t first_entry = 0;
   std::uint32_t entries = 0;
   std::uint16_t voice = 0;  // index in Part::voices
+  std::uint8_t home = 1;    // the staff of the part whose frames hold its entries in this measure
+  std::uint8_t layer = 0;
   bool all_hidden = true;
   bool no_full_notes = true;      // cue notes and rests only
-  std::uint64_t drawn_on = 0;     // its staves, see StaffBit
+  std::uint64_t drawn_on = 0;     // staves on which something of it is printed, see StaffBit
   std::uint64_t fingerprint = 0;  // of all that counts in its notes, to compare two readings
   std::size_t offset = 0;         // of its first <note> in the text
   Fraction length;                // sounding length of the first entry
@@ -56,18 +61,30 @@ struct Cell {
   std::uint32_t first_voice = 0;  // index in Part::cells
   std::uint32_t voices = 0;
   std::uint64_t fingerprint = 0;  // of what stands beside the notes, and where
+  std::uint64_t names = 0;        // the same wherever it stands
   Fraction divisions;             // in force at its start
+  std::int8_t fifths = 0;         // the key in force at its start: sharps, or flats below 0
+};
+
+// A staff that a voice lives on in some measures, and its layer there.
+struct VoiceHome {
+  int staff = 1;  // of the part
+  short layer = 0;
+  int first_measure = 0;  // where it lives there first, from 0
+  bool surplus = false;   // came after the last layer had been given away
 };
 
 struct Voice {
   std::string name;   // the text of <voice>; empty: notes without one
-  int key_staff = 0;  // part of the voice's identity where voices are told apart by staff, else 0
-  int home = 1;       // staff of the part
-  short layer = 0;
-  int first_measure = 0;                // where it appears, from 0
-  bool surplus = false;                 // came after the last layer had been given away
-  std::vector<std::uint32_t> notes_on;  // [staff - 1]: notes that are no rests
-  std::vector<std::uint32_t> rests_on;
+  int key_staff = 0;  // part of the voice's identity where it has no name, else 0
+  std::vector<VoiceHome> homes;
+
+  const VoiceHome* HomeOn(int staff) const {
+    for (const VoiceHome& home : homes) {
+      if (home.staff == staff) return &home;
+    }
+    return nullptr;
+  }
 };
 
 struct SignRange {
@@ -117,20 +134,23 @@ struct Model {
     const int staff = StaffOf(slot);
     for (std::uint32_t i = 0; i < cell->voices; ++i) {
       const VoiceCell& voice = part.cells[cell->first_voice + i];
-      const Voice& owner = part.voices[voice.voice];
-      if (owner.home == staff && owner.layer == layer) visit(owner, voice);
+      if (voice.home == staff && voice.layer == layer) visit(part.voices[voice.voice], voice);
     }
   }
 
   // The only entry of a voice is a full rest: one that lasts 4096 in the host's terms.
   bool IsWholeRest(const VoiceCell& voice, short measure) const;
+  bool IsHiddenRest(const VoiceCell& voice, short measure) const;  // the same, not printed
   // The voice's only entry is left out of the frame: a full rest that is not printed, when the options say so.
   bool IsLeftOut(const VoiceCell& voice, short measure) const;
+  // Whether a layer of a cell is there for extensions: see ReadOptions for what keeps one back.
+  bool HandsOut(short slot, short measure, short layer) const;
   // The voice that the staff's layer 0 has; null when nothing of the part belongs there.
   const Voice* FirstVoice(short slot) const;
 };
 
-// Gives every voice its home staff and its layer, and every staff its slot. Called once, after the notes are read.
+// Gives every voice a layer on each staff that it lives on, and every staff its slot. Called once, after the notes are
+// read.
 void AssignLayers(Model& model);
 
 LayerFacts FactsOf(const Model& model, short slot, short measure, short layer);

@@ -10,9 +10,6 @@
 namespace sok {
 namespace {
 
-// Nothing is unescaped, joined or normalised that is not looked at; the text of an element without children is the
-// element's own value, which makes the tree half as large.
-constexpr unsigned int kMusicOnly = pugi::parse_escapes | pugi::parse_embed_pcdata;
 constexpr int kMostMeasures = 32767;
 
 std::string OneLine(std::string_view text) {
@@ -29,8 +26,7 @@ std::string OneLine(std::string_view text) {
 
 class ScoreReader {
  public:
-  ScoreReader(std::string_view text, const ReadOptions& options, ParsedScore* parsed)
-      : text_(text), parsed_(parsed), lines_(text), cells_(model_, lines_, parsed) {
+  ScoreReader(std::string_view text, const ReadOptions& options) : text_(text), lines_(text), cells_(model_, lines_) {
     model_.options = options;
   }
 
@@ -50,31 +46,25 @@ class ScoreReader {
   }
 
  private:
-  // The root of the skeleton, or of everything where that is asked for or the skeleton cannot be made.
+  // The root of the skeleton, or of everything where the skeleton cannot be made.
   pugi::xml_node Parse() {
-    if (parsed_ == nullptr) {
-      if (std::optional<Skeleton> skeleton = SkeletonOf(text_)) {
-        skeleton_ = std::move(skeleton->text);
-        cell_places_ = std::move(skeleton->cells);
-        if (tree_.load_buffer_inplace(skeleton_.data(), skeleton_.size(), kMusicOnly, pugi::encoding_utf8)) {
-          const pugi::xml_node root = tree_.document_element();
-          model_.form = root.name();
-          return root;
-        }
-        cell_places_.clear();
+    if (std::optional<Skeleton> skeleton = SkeletonOf(text_)) {
+      skeleton_ = std::move(skeleton->text);
+      cell_places_ = std::move(skeleton->cells);
+      if (tree_.load_buffer_inplace(skeleton_.data(), skeleton_.size(), kMusicOnly, pugi::encoding_utf8)) {
+        const pugi::xml_node root = tree_.document_element();
+        model_.form = root.name();
+        return root;
       }
+      cell_places_.clear();
     }
-    pugi::xml_document& tree = parsed_ != nullptr ? parsed_->document : tree_;
-    const unsigned int flags = parsed_ != nullptr ? pugi::parse_default : kMusicOnly;
-    const pugi::xml_parse_result result = tree.load_buffer(text_.data(), text_.size(), flags, pugi::encoding_utf8);
-    Check(result, 0);
-    const pugi::xml_node root = tree.document_element();
+    Check(tree_.load_buffer(text_.data(), text_.size(), kMusicOnly, pugi::encoding_utf8), 0);
+    const pugi::xml_node root = tree_.document_element();
     model_.form = root.name();
     if (model_.form != "score-partwise" && model_.form != "score-timewise") {
       throw TextError(static_cast<std::size_t>(root.offset_debug()),
                       "not a MusicXML score: the root element is <" + model_.form + ">");
     }
-    if (parsed_ != nullptr) parsed_->root = root;
     return root;
   }
 
@@ -209,16 +199,19 @@ class ScoreReader {
     }
     for (const Part& part : model_.parts) {
       for (const Voice& voice : part.voices) {
-        if (!voice.surplus) continue;
-        model_.warnings.push_back({0, "part " + part.id + ", staff " + std::to_string(voice.home) + ": voice " +
-                                          voice.name +
-                                          " is one more than there are layers and counts to the last layer"});
+        for (const VoiceHome& home : voice.homes) {
+          if (home.surplus) WarnOfSurplus(part, voice, home);
+        }
       }
     }
   }
 
+  void WarnOfSurplus(const Part& part, const Voice& voice, const VoiceHome& home) {
+    model_.warnings.push_back({0, "part " + part.id + ", staff " + std::to_string(home.staff) + ": voice " +
+                                      voice.name + " is one more than there are layers and counts to the last layer"});
+  }
+
   std::string_view text_;
-  ParsedScore* parsed_;
   Model model_;
   LineTable lines_;
   CellReader cells_;
@@ -235,8 +228,12 @@ class ScoreReader {
 
 }  // namespace
 
-Model ReadModel(std::string_view text, const ReadOptions& options, ParsedScore* parsed) {
-  return ScoreReader(text, options, parsed).Read();
+Model ReadModel(std::string_view text, const ReadOptions& options) { return ScoreReader(text, options).Read(); }
+
+void ParseHead(std::string_view text, pugi::xml_document& tree) {
+  const std::optional<Skeleton> skeleton = SkeletonOf(text);
+  const std::string_view head = skeleton ? std::string_view(skeleton->text) : text;
+  tree.load_buffer(head.data(), head.size(), pugi::parse_default, pugi::encoding_utf8);
 }
 
 Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptions& options) {
@@ -249,7 +246,7 @@ Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptio
   const LineTable lines(cell);
   PartState state;
   state.divisions = divisions;
-  CellReader(model, lines, nullptr).Read(0, state, tree.document_element(), 0);
+  CellReader(model, lines).Read(0, state, tree.document_element(), 0);
   return model;
 }
 

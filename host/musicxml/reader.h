@@ -2,10 +2,11 @@
 #pragma once
 
 #include <pugixml.hpp>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include "host/musicxml/model.h"
-#include "host/musicxml/reader_context.h"
 
 namespace sok {
 
@@ -15,17 +16,11 @@ struct TextError : std::runtime_error {
   std::size_t offset;
 };
 
-// The parsed text and where its notes went, for whoever reads more out of it than the music.
-struct ParsedScore {
-  pugi::xml_document document;
-  pugi::xml_node root;
-  std::vector<MeasureNode> nodes;
-  std::unordered_map<std::ptrdiff_t, int> entry_numbers;
-  std::unordered_map<std::ptrdiff_t, int> positions;
-};
+// `text` is UTF-8. Throws TextError.
+Model ReadModel(std::string_view text, const ReadOptions& options);
 
-// `text` is UTF-8. With `parsed` the whole tree is kept there, else there is never one. Throws TextError.
-Model ReadModel(std::string_view text, const ReadOptions& options, ParsedScore* parsed = nullptr);
+// What stands around the measures, parsed: the tree of the score without what its measures hold, or the whole one.
+void ParseHead(std::string_view text, pugi::xml_document& tree);
 
 // One measure of one part read alone: a model of one part with one measure.
 Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptions& options);

@@ -55,9 +55,8 @@ struct Score::Impl {
 
   void Read(const ReadOptions& options, const std::string& warning) {
     lines.emplace(text);
-    ParsedScore parsed;
     try {
-      model = ReadModel(text, options, options.document_data ? &parsed : nullptr);
+      model = ReadModel(text, options);
     } catch (const TextError& error) {
       FailAt(error.offset, error.what());
     }
@@ -65,16 +64,7 @@ struct Score::Impl {
     frames.emplace(model);
     FillDocument(model, document);
     document.SetEntrySource(&*frames);
-    if (options.document_data) {
-      const ReaderContext context{parsed.root,
-                                  document,
-                                  model.staves,
-                                  model.measures,
-                                  std::move(parsed.nodes),
-                                  std::move(parsed.entry_numbers),
-                                  std::move(parsed.positions)};
-      ReadDocumentData(context);
-    }
+    if (options.document_data) ReadDocumentData(model, text, document);
   }
 
   std::string Patched(const std::vector<Change>& changes, const WriteOptions& options) const {

@@ -21,11 +21,18 @@ struct ScoreError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+// What a lone full rest is that is not printed.
+enum class HiddenRests : unsigned char {
+  kEntry,  // an entry like any other
+  kKeep,   // its layer is not there for extensions, so that nothing clears it or fills beside it
+  kEmpty,  // nothing; a whole-measure rest that comes to its staff shows it instead of adding another
+};
+
 struct ReadOptions {
-  // A lone full rest that is not printed counts as no entry at all.
-  bool hidden_rests_empty = false;
-  // Entries live on the staff they are drawn on, not on the home staff of their voice.
-  bool cross_staff_drawn = false;
+  HiddenRests hidden_rests = HiddenRests::kEntry;
+  // On a staff-measure where another staff's voice is drawn, layers without entries of their own are there, too.
+  bool fill_visited = true;
+  unsigned layers = (1U << 4) - 1;  // bit n: layer n is there for extensions
   // Fills in the records that extensions may ask for beside the music: preferences, texts, shapes. Plain fill and clear
   // runs do without.
   bool document_data = false;

@@ -79,19 +79,18 @@ class PartLines {
  public:
   explicit PartLines(const ReaderContext& context) : context_(context) {}
 
-  void ReadMeasure(const MeasureNode& measure) {
+  void ReadMeasure(const OpenMeasure& measure) {
     early_stops_.clear();
     int chord_position = 0;  // the notes of a chord stand where its first one does
-    for (const pugi::xml_node child : measure.node.children()) {
-      const std::string_view name = child.name();
-      if (name == "attributes") {
-        if (const pugi::xml_node divisions = child.child("divisions")) divisions_ = divisions.text().as_double();
-      } else if (name == "note") {
-        if (!child.child("chord")) chord_position = context_.PositionOf(child);
-        ReadNote(child, measure, chord_position);
-      } else if (name == "direction") {
-        const End place = Place(child, measure, context_.PositionOf(child) + OffsetOf(child));
-        for (const pugi::xml_node type : child.children("direction-type")) {
+    for (std::size_t i = 0; i < measure.parts.items.size(); ++i) {
+      const Item& item = measure.parts.items[i];
+      if (item.kind == ItemKind::kNote) {
+        if (!item.chord) chord_position = ToUnits(item.before);
+        ReadNote(item.node, measure.entries[i], Place(item.node, measure, chord_position));
+      } else if (Is(item.node.name(), "direction")) {
+        const int offset = OffsetOf(item.node, item.divisions);
+        const End place = Place(item.node, measure, ToUnits(item.before) + offset);
+        for (const pugi::xml_node type : item.node.children("direction-type")) {
           for (const pugi::xml_node line : type.children()) ReadLine(line, place);
         }
       }
@@ -101,22 +100,22 @@ class PartLines {
   const std::vector<ShapeRecord>& shapes() const { return shapes_; }
 
  private:
-  End Place(pugi::xml_node child, const MeasureNode& measure, int position) const {
+  End Place(pugi::xml_node child, const OpenMeasure& measure, int position) const {
     const int staff = std::max(child.child("staff").text().as_int(1), 1);
     return {context_.SlotOf(measure.part, staff), measure.measure, std::max(position, 0), 0};
   }
 
   // How far a direction stands from its place in the text, in duration units.
-  int OffsetOf(pugi::xml_node direction) const {
-    const double units = divisions_ > 0 ? direction.child("offset").text().as_double() * kQuarter / divisions_ : 0;
+  static int OffsetOf(pugi::xml_node direction, const Fraction& divisions) {
+    const double per_unit = static_cast<double>(divisions.denominator) / static_cast<double>(divisions.numerator);
+    const double units = direction.child("offset").text().as_double() * kQuarter * per_unit;
     return static_cast<int>(std::clamp(units, -1e6, 1e6));
   }
 
   // An entry stands on the staff whose frame holds it, wherever the note is drawn.
-  void ReadNote(pugi::xml_node note, const MeasureNode& measure, int position) {
-    End place = Place(note, measure, position);
-    place.entry = context_.EntryOf(note);
-    if (const auto found = context_.document.FindEntry(place.entry)) {
+  void ReadNote(pugi::xml_node note, int entry, End place) {
+    place.entry = entry;
+    if (const auto found = context_.document.FindEntry(entry)) {
       place.slot = context_.document.InstToSlot(found->place.instrument, 0);
     }
     // A line that ends here makes way for the next of its number, in whichever order they are written.
@@ -208,7 +207,6 @@ class PartLines {
   std::vector<ShapeRecord> shapes_;
   std::vector<Line> open_;
   std::vector<Line> early_stops_;  // of the measure at hand, each waiting for its start
-  double divisions_ = 1;
 };
 
 void CreateMeasureMark(RecordStore& records, short measure, unsigned short shape, unsigned short center) {
@@ -262,14 +260,23 @@ void AddStaffList(Document& document, unsigned short list, const std::vector<sho
 
 }  // namespace
 
-void AddShapes(const ReaderContext& context) {
-  std::map<int, PartLines> parts;  // a timewise score has the measures of all parts together
-  for (const MeasureNode& measure : context.nodes)
-    parts.try_emplace(measure.part, context).first->second.ReadMeasure(measure);
-  for (const auto& [part, lines] : parts) {
+struct ShapeReader::Parts {
+  const ReaderContext& context;
+  std::map<int, PartLines> lines;
+};
+
+ShapeReader::ShapeReader(const ReaderContext& context) : parts_(new Parts{context, {}}) {}
+ShapeReader::~ShapeReader() = default;
+
+void ShapeReader::Read(const OpenMeasure& measure) {
+  parts_->lines.try_emplace(measure.part, parts_->context).first->second.ReadMeasure(measure);
+}
+
+void ShapeReader::Finish() {
+  const ReaderContext& context = parts_->context;
+  for (const auto& [part, lines] : parts_->lines) {
     for (const ShapeRecord& shape : lines.shapes()) CreateShape(context.document.records, shape);
   }
-
   std::map<int, std::vector<short>> instruments;  // of a part
   for (const Staff& staff : context.staves) instruments[staff.part].push_back(staff.instrument);
   for (const auto& [part, of_part] : instruments) {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 
 #include "host/musicxml/reader_context.h"
 
@@ -66,6 +67,19 @@ static_assert(sizeof(EntryMarkRecord) == 10, "EntryMarkRecord layout");
 
 // Adds the shapes, part by part in the order in which they end, and the staff lists. A line without a start or without
 // an end, one that starts anew under the number of a line still open, and those beyond 65533 are left out.
-void AddShapes(const ReaderContext& context);
+class ShapeReader {
+ public:
+  explicit ShapeReader(const ReaderContext& context);
+  ~ShapeReader();
+  ShapeReader(const ShapeReader&) = delete;
+  ShapeReader& operator=(const ShapeReader&) = delete;
+
+  void Read(const OpenMeasure& measure);  // part by part, and in a part measure by measure
+  void Finish();
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> parts_;
+};
 
 }  // namespace sok

@@ -124,16 +124,14 @@ class TextWriter {
     for (const pugi::xml_node rights : identification.children("rights")) AddTitle(rights);
   }
 
-  void AddMeasureTexts() {
-    for (const MeasureNode& measure : context_.nodes) {
-      for (const pugi::xml_node direction : measure.node.children("direction")) {
-        const short slot = context_.SlotOf(measure.part, direction.child("staff").text().as_int(1));
-        if (slot == 0) continue;
-        for (const pugi::xml_node type : direction.children("direction-type")) {
-          CaretText text;
-          for (const pugi::xml_node words : type.children("words")) text.Add(words);
-          AddMeasureText(context_.staves[static_cast<std::size_t>(slot - 1)].instrument, measure.measure, text.Take());
-        }
+  void AddMeasureTexts(pugi::xml_node node, int part, short measure) {
+    for (const pugi::xml_node direction : node.children("direction")) {
+      const short slot = context_.SlotOf(part, direction.child("staff").text().as_int(1));
+      if (slot == 0) continue;
+      for (const pugi::xml_node type : direction.children("direction-type")) {
+        CaretText text;
+        for (const pugi::xml_node words : type.children("words")) text.Add(words);
+        AddMeasureText(context_.staves[static_cast<std::size_t>(slot - 1)].instrument, measure, text.Take());
       }
     }
   }
@@ -216,7 +214,10 @@ void AddTexts(const ReaderContext& context) {
   TextWriter writer(context);
   writer.AddInstrumentNames();
   writer.AddPageTexts();
-  writer.AddMeasureTexts();
+}
+
+void AddMeasureTexts(const ReaderContext& context, pugi::xml_node node, int part, short measure) {
+  TextWriter(context).AddMeasureTexts(node, part, measure);
 }
 
 std::string WithoutCommands(std::string_view text) {

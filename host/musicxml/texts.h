@@ -19,9 +19,11 @@ inline constexpr unsigned int kMeasureTextTag = 0x64746D74;  // key: instrument,
 inline constexpr std::size_t kFullName = 30;                 // where an instrument's record names its blocks
 inline constexpr std::size_t kAbbreviatedName = 32;
 
-// Adds the names of the instruments, the credits (of a score without any: title, creators and rights), and the words
-// of directions. Every staff of a part has the part's names. A text for which there is no number left is left out.
+// Adds the names of the instruments and the credits (of a score without any: title, creators and rights). Every staff
+// of a part has the part's names. A text for which there is no number left is left out.
 void AddTexts(const ReaderContext& context);
+// Adds the words of the directions in one measure (from 1) of a part (its index).
+void AddMeasureTexts(const ReaderContext& context, pugi::xml_node node, int part, short measure);
 
 // What a UTF-8 text with caret commands reads as: commands left out, but for "b" and "#" in place of ^flat() and
 // ^sharp(), and spaces for line breaks.

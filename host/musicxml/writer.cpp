@@ -5,8 +5,8 @@
 #include <set>
 
 #include "host/musicxml/articulations.h"
-#include "host/musicxml/cell_edit.h"
 #include "host/musicxml/frames.h"
+#include "host/musicxml/measure_patch.h"
 
 namespace sok {
 namespace {
@@ -23,24 +23,20 @@ class Writer {
         style_(NoteStyle::Of(text, model.first_note)) {}
 
   // All changes of one measure of one part.
-  void Apply(std::vector<const Change*> changes) {
-    const Cell& cell = CellOf(*changes.front());
-    CellEdit edit(text_, cell.offset, cell.divisions, style_);
-    // What stands later in the text goes first: groups that were put in one after the other come out in reverse.
-    std::stable_sort(changes.begin(), changes.end(),
-                     [&](const Change* a, const Change* b) { return OffsetOf(*a) > OffsetOf(*b); });
+  void Apply(const std::vector<const Change*>& changes) {
+    const Change& first = *changes.front();
+    MeasurePatch patch(model_, text_, model_.StaffAt(first.slot).part, first.measure, style_);
+    std::vector<EntryRange> gone;
+    voices_given_.clear();
     for (const Change* change : changes) {
-      if (change->kind == ChangeKind::kOther) Articulate(edit, *change);
+      if (change->kind == ChangeKind::kOther) Articulate(patch, *change);
+      if (change->kind == ChangeKind::kCleared) Clear(patch, *change, gone);
     }
-    for (const Change* change : changes) {
-      if (change->kind == ChangeKind::kCleared) Clear(edit, *change);
+    patch.Remove(gone);
+    for (const Change* change : changes) {  // by slot
+      if (change->kind == ChangeKind::kFilled) Fill(patch, *change);
     }
-    std::stable_sort(changes.begin(), changes.end(),
-                     [](const Change* a, const Change* b) { return a->slot < b->slot; });
-    for (const Change* change : changes) {
-      if (change->kind == ChangeKind::kFilled) Fill(edit, *change);
-    }
-    for (Splice& splice : edit.Splices()) splices_.push_back(std::move(splice));
+    for (Splice& splice : patch.Splices()) splices_.push_back(std::move(splice));
   }
 
   const Cell& CellOf(const Change& change) const {
@@ -74,77 +70,107 @@ class Writer {
   }
 
  private:
-  std::size_t OffsetOf(const Change& change) const {
-    std::size_t offset = 0;
-    model_.ForEachVoice(change.slot, change.measure, change.layer,
-                        [&](const Voice&, const VoiceCell& voice) { offset = std::max(offset, voice.offset); });
-    return offset;
+  VoiceChange& NameVoice(const Change& change, const std::string& voice, int staff) {
+    return voices_.emplace_back(VoiceChange{model_.StaffAt(change.slot).part, change.measure, voice, staff, {}, {}});
   }
 
-  static CellEdit::Selector SelectorOf(const Voice& owner) {
-    return [&owner](const std::string& name, int staff) {
-      return name == owner.name && (owner.key_staff == 0 || owner.key_staff == staff);
-    };
-  }
-
-  void Articulate(CellEdit& edit, const Change& change) {
+  void Articulate(MeasurePatch& patch, const Change& change) {
     const FramePlace place{change.slot, change.measure, change.layer};
     const ModelFrames frames(model_);
     std::vector<EXENTRY> before(static_cast<std::size_t>(frames.Count(place)));
     if (!before.empty()) frames.Fill(place, before.data());
-    const auto added = FindArticulations(document_, std::move(before), document_.Entries(place));
+    const std::vector<EXENTRY> after = document_.Entries(place);
+    const auto added = FindArticulations(document_, std::move(before), after);
     if (!added) {
       throw WriteError(CellOf(change).offset,
                        Place(change) +
                            ": its entries were changed in a way that cannot be written; only whole-measure rests "
                            "that come, layers that are emptied and common articulations can");
     }
-    std::size_t first = 0;  // of the voice's entries in the frame
-    model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
-      if (model_.IsLeftOut(voice, change.measure)) return;
-      for (const AddedArticulations& signs : *added) {
-        if (signs.entry < first || signs.entry - first >= voice.entries) continue;
-        edit.Articulate(SelectorOf(owner), signs.entry - first, signs.elements);
-      }
-      first += voice.entries;
-    });
-    voices_.push_back({model_.StaffAt(change.slot).part, change.measure, {}, 0, VoiceChange::kMarked});
+    for (const AddedArticulations& signs : *added) patch.Articulate(after[signs.entry].number, signs.elements);
+    NameVoice(change, {}, 0);
   }
 
-  void Clear(CellEdit& edit, const Change& change) {
+  void Clear(MeasurePatch& patch, const Change& change, std::vector<EntryRange>& gone) {
     model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
       if (model_.IsLeftOut(voice, change.measure)) return;
-      const CellEdit::Selector selects = SelectorOf(owner);
-      if (options_.keep_fermatas) edit.MoveFermatas(selects);
-      edit.Remove(selects);
-      voices_.push_back(
-          {model_.StaffAt(change.slot).part, change.measure, owner.name, owner.key_staff, VoiceChange::kGoes});
+      if (options_.keep_fermatas) patch.MoveFermatas(EntryRange::Of(voice));
+      gone.push_back(EntryRange::Of(voice));
+      NameVoice(change, owner.name, owner.key_staff).was = true;
     });
   }
 
-  void Fill(CellEdit& edit, const Change& change) {
+  void Fill(MeasurePatch& patch, const Change& change) {
+    if (ShowHidden(patch, change)) return;
     const Part& part = model_.PartOf(change.slot);
     const int staff = model_.StaffOf(change.slot);
     NewRest rest;
     rest.staff = part.staves > 1 ? staff : 0;
     rest.length = model_.lengths[static_cast<std::size_t>(change.measure - 1)];
-    // Also beside a rest that only counts as nothing: one voice would join the two.
     model_.ForEachVoice(change.slot, change.measure, change.layer,
                         [&](const Voice&, const VoiceCell&) { rest.own_voice = true; });
-    rest.voice = rest.own_voice ? FreeVoice(change) : VoiceFor(change.slot);
-    edit.Insert(rest);
-    const bool by_staff = rest.voice.empty() || model_.options.cross_staff_drawn;
-    voices_.push_back(
-        {model_.StaffAt(change.slot).part, change.measure, rest.voice, by_staff ? staff : 0, VoiceChange::kComes});
+    rest.voice = VoiceFor(change);
+    voices_given_.insert(rest.voice);
+    patch.Insert(rest);
+    NameVoice(change, rest.voice, rest.voice.empty() ? staff : 0).is = true;
   }
 
-  // The voice of the staff's layer 0; a staff without any gets the first number of its block that is free.
-  std::string VoiceFor(short slot) {
-    if (const Voice* voice = model_.FirstVoice(slot)) return voice->name;
-    const auto known = new_voices_.find(slot);
-    return known != new_voices_.end() ? known->second : new_voices_[slot] = NewVoice(slot);
+  // A rest that was not printed, and counted as nothing, is printed again in place of a second one beside it.
+  bool ShowHidden(MeasurePatch& patch, const Change& change) {
+    bool shown = false;
+    for (short layer = 0; layer < kLayers && !shown; ++layer) {
+      model_.ForEachVoice(change.slot, change.measure, layer, [&](const Voice& owner, const VoiceCell& voice) {
+        if (shown || !model_.IsLeftOut(voice, change.measure)) return;
+        patch.Show(EntryRange::Of(voice));
+        VoiceChange& named = NameVoice(change, owner.name, owner.key_staff);
+        named.was = named.is = shown = true;
+      });
+    }
+    return shown;
   }
 
+  bool IsUsed(const Cell& cell, const Part& part, const Voice& voice) const {
+    const auto first = part.cells.begin() + cell.first_voice;
+    return (!voice.name.empty() && voices_given_.contains(voice.name)) ||
+           std::any_of(first, first + cell.voices,
+                       [&](const VoiceCell& each) { return &part.voices[each.voice] == &voice; });
+  }
+
+  // A voice for a new rest that has nothing in this measure of the part: the one that the staff's layer 0 has, else
+  // another of the staff's, else a new one. Of those that appear later on, the first alone: any other one, or a new
+  // one, would come before it and take its layer.
+  std::string VoiceFor(const Change& change) {
+    const Part& part = model_.PartOf(change.slot);
+    const Cell& cell = CellOf(change);
+    const Voice* first = model_.FirstVoice(change.slot);
+    if (first == nullptr) return Remembered(new_voices_, change.slot);
+    if (!IsUsed(cell, part, *first)) return first->name;
+    for (const Voice* voice : OthersOf(change.slot)) {
+      if (!voice->name.empty() && !IsUsed(cell, part, *voice)) return voice->name;
+      if (voice->HomeOn(model_.StaffOf(change.slot))->first_measure >= change.measure) break;
+    }
+    return Remembered(extra_voices_, change.slot);
+  }
+
+  // The voices of a staff's other layers, by layer.
+  std::vector<const Voice*> OthersOf(short slot) const {
+    const int staff = model_.StaffOf(slot);
+    std::vector<const Voice*> voices;
+    for (const Voice& voice : model_.PartOf(slot).voices) {
+      const VoiceHome* home = voice.HomeOn(staff);
+      if (home != nullptr && home->layer > 0 && !home->surplus) voices.push_back(&voice);
+    }
+    std::sort(voices.begin(), voices.end(),
+              [&](const Voice* a, const Voice* b) { return a->HomeOn(staff)->layer < b->HomeOn(staff)->layer; });
+    return voices;
+  }
+
+  const std::string& Remembered(std::map<short, std::string>& voices, short slot) {
+    const auto known = voices.find(slot);
+    return known != voices.end() ? known->second : voices[slot] = NewVoice(slot);
+  }
+
+  // The first number of the staff's block that is free.
   std::string NewVoice(short slot) {
     const Part& part = model_.PartOf(slot);
     std::set<std::string>& taken = taken_[model_.StaffAt(slot).part];
@@ -162,22 +188,6 @@ class Writer {
     return *taken.insert(std::to_string(number)).first;
   }
 
-  // A voice for a rest in front of music of its own layer: another layer's that has nothing here, else a new one. Of
-  // those that appear later on, the first alone: any other one, or a new one, would come before it and take its layer.
-  std::string FreeVoice(const Change& change) {
-    const int staff = model_.StaffOf(change.slot);
-    for (const Voice& voice : model_.PartOf(change.slot).voices) {
-      if (voice.home != staff || voice.layer == change.layer || voice.surplus) continue;
-      if (voice.first_measure >= change.measure) return voice.name;
-      bool busy = voice.name.empty();
-      model_.ForEachVoice(change.slot, change.measure, voice.layer,
-                          [&](const Voice&, const VoiceCell&) { busy = true; });
-      if (!busy) return voice.name;
-    }
-    const auto known = extra_voices_.find(change.slot);
-    return known != extra_voices_.end() ? known->second : extra_voices_[change.slot] = NewVoice(change.slot);
-  }
-
   const Model& model_;
   const Document& document_;
   std::string_view text_;
@@ -185,6 +195,7 @@ class Writer {
   std::vector<VoiceChange>& voices_;
   NoteStyle style_;
   std::vector<Splice> splices_;
+  std::set<std::string> voices_given_;       // to new rests of the measure at hand
   std::map<short, std::string> new_voices_;  // by slot
   std::map<short, std::string> extra_voices_;
   std::map<int, std::set<std::string>> taken_;  // by part: names given to new voices
@@ -197,14 +208,10 @@ std::vector<std::string> AttachedTo(const Model& model, std::string_view text, c
   const Cell* cell = model.CellOf(change.slot, change.measure);
   if (cell == nullptr) return names;
   const NoteStyle style;
-  const CellEdit edit(text, cell->offset, cell->divisions, style);
-  model.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
+  const MeasurePatch patch(model, text, model.StaffAt(change.slot).part, change.measure, style);
+  model.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice&, const VoiceCell& voice) {
     if (model.IsLeftOut(voice, change.measure)) return;
-    for (std::string& name : edit.Attached([&](const std::string&voice_name, int staff) {
-           return voice_name == owner.name && (owner.key_staff == 0 || owner.key_staff == staff);
-         })) {
-      names.push_back(std::move(name));
-    }
+    for (std::string& name : patch.Attached(EntryRange::Of(voice))) names.push_back(std::move(name));
   });
   return names;
 }
@@ -218,7 +225,7 @@ std::string PatchText(const Model& model, const Document& document, std::string_
     const Cell& cell = writer.CellOf(change);
     by_cell[cell.offset].push_back(&change);
   }
-  for (auto& [offset, cell_changes] : by_cell) writer.Apply(std::move(cell_changes));
+  for (const auto& [offset, cell_changes] : by_cell) writer.Apply(cell_changes);
   return writer.Result();
 }
 

@@ -16,13 +16,14 @@ struct WriteError : std::runtime_error {
   std::size_t offset;
 };
 
-// The voice that a layer's frame came from, and where it went to.
+// A voice of a measure that does not come out as it was read; the measure alone when it neither was nor is there.
 struct VoiceChange {
   int part = 0;
   short measure = 0;  // from 1
   std::string voice;
-  int staff = 0;                                   // of the part
-  enum { kComes, kGoes, kMarked } fate = kMarked;  // marked: its notes stay as they are, but for signs on them
+  int staff = 0;     // of a voice without a name
+  bool was = false;  // there when the score was read
+  bool is = false;   // there now: one whole-measure rest
 };
 
 // What hangs on a layer's notes beside the notes, by element name.

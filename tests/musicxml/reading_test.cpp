@@ -32,12 +32,12 @@ constexpr ReadingCase kVoices[] = {
     {"no voice, two staves", "S2 n4s1twhole b4 n4s2twhole", "4096n;4096n"},
     {"layers by order of appearance", "n4v7twhole b4 r4v3 | n4v3twhole b4 n4v7twhole", "4096n/4096r|4096n/4096n"},
     {"five voices", "n4v1twhole b4 n4v2twhole b4 n4v3twhole b4 n4v4twhole b4 R4v5", "4096n/4096n/4096n/4096n 4096r"},
-    {"home by number",
-     "S2 n4v1s1twhole b4 n4v5s2twhole | n4v1s1twhole | n4v1s1twhole | n4v5s2twhole | n4v1s1twhole |"
-     " n4v1s1twhole | n4v1s1twhole | n4v1s1twhole | n4v1s1twhole | n4v1s2twhole",
-     "4096n;4096n|4096n;-|4096n;-|-;4096n|4096n;-|4096n;-|4096n;-|4096n;-|4096n;-|4096n;-"},
-    {"home by majority", "S2 n1v1s2 n1v1s2 n1v1s1", "-;1024n 1024n 1024n"},
-    {"home on a tie", "S2 n1v2s2 n1v2s1", "1024n 1024n;-"},
+    {"home in each measure", "S2 n4v1s1twhole | n4v1s2twhole | n1v1s2 n1v1s2 n1v1s1 | R4v1s2",
+     "4096n;-|-;4096n|-;1024n 1024n 1024n|-;4096r"},
+    {"rests do not move a home", "S2 n1v1s1 R4v1s2 R4v1s2", "1024n 4096r 4096r;-"},
+    {"a number breaks ties", "S2 n1v5s2 n1v5s1 | n1v2s2 n1v2s1 | n1v9s2 n1v9s1",
+     "-;1024n 1024n|1024n 1024n;-|/1024n 1024n;-"},
+    {"layers stay where they are", "S2 n1v1s1 b1 n1v5s2 | n1v1s2 b1 n1v5s2", "1024n;1024n|-;1024n/1024n"},
 };
 constexpr ReadingCase kTimes[] = {
     {"chord, dots, tuplet as written",
@@ -53,11 +53,34 @@ TEST(Reading, TellsWholeRestsFromOthers) { Check(kRests); }
 TEST(Reading, PutsVoicesOnLayersAndStaves) { Check(kVoices); }
 TEST(Reading, ReckonsExactly) { Check(kTimes); }
 
-TEST(Reading, OptionsDecideOnHiddenRestsAndCrossedStaves) {
+TEST(Reading, OptionsDecideOnHiddenRests) {
   constexpr ReadingCase kHidden[] = {{"hidden rest", "R4v1h | r1v1h r3v1", "-|1024r 3072r"}};
-  constexpr ReadingCase kDrawn[] = {{"drawn", "S2 n1v1s1 n1v1s2 n2v1s1", "1024n 2048n;1024n"}};
-  Check(kHidden, {.hidden_rests_empty = true});
-  Check(kDrawn, {.cross_staff_drawn = true});
+  Check(kHidden, {.hidden_rests = HiddenRests::kEmpty});
+  Check(kHidden, {.hidden_rests = HiddenRests::kKeep});
+}
+
+// Which layers there are on a staff where another staff's voice is drawn, where a hidden rest is kept, and by option.
+TEST(Reading, OptionsDecideWhichLayersAreThere) {
+  struct {
+    const char* score;
+    short slot;
+    short layer;
+    ReadOptions options;
+    bool there;
+  } const kCases[] = {
+      {"S2 n1v1s1 n1v1s1 n1v1s2", 2, 0, {}, true},
+      {"S2 n1v1s1 n1v1s1 n1v1s2", 2, 0, {.fill_visited = false}, false},
+      {"S2 n1v1s1 n1v1s1 n1v1s2 b3 n4v5s2", 2, 0, {.fill_visited = false}, true},
+      {"S2 n1v1s1 n1v1s1 n1v1s2 b3 n4v5s2", 2, 1, {.fill_visited = false}, false},
+      {"S2 n1v1s1 n1v1s1 r1v1s2h", 2, 0, {.fill_visited = false}, true},  // nothing is drawn there
+      {"R4v1h", 1, 0, {.hidden_rests = HiddenRests::kKeep}, false},
+      {"n4v1", 1, 1, {.layers = 0b0110}, true},
+      {"n4v1", 1, 0, {.layers = 0b0110}, false},
+  };
+  for (const auto& c : kCases) {
+    const auto score = ReadScoreText(ScoreText(c.score), c.options);
+    EXPECT_EQ(score->document().Exists({c.slot, 1, c.layer}), c.there) << c.score;
+  }
 }
 
 TEST(Reading, MeasuresAreAsLongAsTheirFurthestVoice) {

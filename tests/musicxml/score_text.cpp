@@ -23,12 +23,11 @@ std::string TakeNumber(std::string_view& text) { return Take(text, "0123456789")
 std::string NoteText(char kind, std::string_view rest) {
   const std::string duration = Take(rest, "0123456789.-");
   std::string voice, type, staff, chord, cue, notations, attribute;
-  const std::string marked = kind == 'T' ? " " : "";
   while (!rest.empty()) {
     const char what = rest.front();
     rest.remove_prefix(1);
-    if (what == 'v') voice = "<voice>" + TakeNumber(rest) + "</voice" + marked + ">";
-    if (what == 's') staff = "<staff>" + TakeNumber(rest) + "</staff" + marked + ">";
+    if (what == 'v') voice = "<voice>" + TakeNumber(rest) + "</voice>";
+    if (what == 's') staff = "<staff>" + TakeNumber(rest) + "</staff>";
     if (what == 'c') chord = "<chord/>";
     if (what == 'u') cue = "<cue/>";
     if (what == 'h') attribute = " print-object=\"no\"";
@@ -36,12 +35,11 @@ std::string NoteText(char kind, std::string_view rest) {
     if (what == 't') type += Element("type", Take(rest, "abcdefghijklmnopqrstuvwxyz"));
     if (what == '.') type += "<dot/>";
   }
-  const std::string sound = kind == 'r'                  ? "<rest/>"
-                            : kind == 'R' || kind == 'T' ? "<rest measure=\"yes\"/>"
-                                                         : "<pitch><step>D</step><octave>4</octave></pitch>";
+  const std::string sound = kind == 'r'   ? "<rest/>"
+                            : kind == 'R' ? "<rest measure=\"yes\"/>"
+                                          : "<pitch><step>D</step><octave>4</octave></pitch>";
   return "<note" + attribute + ">" + (kind == 'g' ? "<grace/>" : "") + cue + chord + sound +
-         (duration.empty() ? "" : Element("duration", duration)) + voice + type + staff + notations + "</note" +
-         marked + ">";
+         (duration.empty() ? "" : Element("duration", duration)) + voice + type + staff + notations + "</note>";
 }
 
 std::string ElementText(std::string_view token) {

@@ -12,7 +12,7 @@ namespace sok {
 
 // A partwise score in one line of text. Elements are separated by blanks, measures by '|', parts by "||":
 //   n4 note, r4 rest, R4 <rest measure="yes"/>, g grace note, b4 <backup>, f4 <forward>, d <direction>,
-//   e <barline location="right">, @2 divisions, %3/4 time signature, S2 staves, T4 a rest that was a <forward>.
+//   e <barline location="right">, @2 divisions, %3/4 time signature, S2 staves.
 // Behind a note: v1 voice, s2 staff, c chord, h not printed, u cue, y fermata, twhole type, . dot.
 std::string ScoreText(std::string_view shorthand);
 

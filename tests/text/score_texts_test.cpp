@@ -36,8 +36,9 @@ class ScoreTexts : public testing::Test {
         {"P1", "", "", 0, 1, 2, 1}, {"P1", "", "", 0, 2, 2, 2}, {"P2", "", "", 1, 1, 1, 3}};
     const std::vector<sok::Measure> measures(1);
     const pugi::xml_node root = xml.document_element();
-    sok::AddTexts(
-        {root, host.document, staves, measures, {{root.child("part").child("measure"), 0, 1}, {{}, 1, 1}}, {}, {}});
+    const sok::ReaderContext context{root, host.document, staves, measures};
+    sok::AddTexts(context);
+    sok::AddMeasureTexts(context, root.child("part").child("measure"), 0, 1);
   }
   TestHost host;
   pugi::xml_document xml;

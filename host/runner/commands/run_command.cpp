@@ -34,8 +34,9 @@ constexpr const char* kHostFunctions[] = {
 struct RawOptions {
   std::vector<std::string> hide_layers;
   std::vector<std::string> allow_hidden;
-  std::string hidden_rests = "entry";
-  std::string cross_staff = "home";
+  std::string hidden_rests;
+  std::string cross_staff;
+  std::optional<std::string> layers;
   bool trace = false;
   bool trace_changed = false;
 };
@@ -60,14 +61,27 @@ void HideFunctions(const std::vector<std::string>& names) {
   });
 }
 
+void UnderstandReading(const RawOptions& raw, ReadOptions& read) {
+  read.hidden_rests = raw.hidden_rests == "keep"    ? HiddenRests::kKeep
+                      : raw.hidden_rests == "empty" ? HiddenRests::kEmpty
+                                                    : HiddenRests::kEntry;
+  read.fill_visited = raw.cross_staff == "fill";
+  if (!raw.layers) return;
+  read.layers = 0;
+  for (const NumberRange& range : ParseRanges(*raw.layers, "--layers")) {
+    const int last = range.open ? kLayers : range.last;
+    if (range.first > kLayers || last > kLayers) throw UsageError("--layers: no staff has a layer above 4");
+    for (int layer = range.first; layer <= last; ++layer) read.layers |= 1U << (layer - 1);
+  }
+}
+
 void Understand(const RawOptions& raw, RunOptions& options) {
   for (const std::string& hidden : raw.hide_layers) options.selection.hidden_layers.push_back(ParseHiddenLayer(hidden));
   for (const std::string& layers : raw.allow_hidden) {
     for (const std::string_view layer : Split(layers, ','))
       options.count_hidden[ParseLayer(layer, "--allow-hidden")] = true;
   }
-  options.read.hidden_rests_empty = raw.hidden_rests == "empty";
-  options.read.cross_staff_drawn = raw.cross_staff == "drawn";
+  UnderstandReading(raw, options.read);
   options.read.document_data = options.purpose == Purpose::kOther;
   options.trace = raw.trace_changed ? TraceMode::kChanged : raw.trace ? TraceMode::kAll : TraceMode::kOff;
 }
@@ -114,16 +128,26 @@ void AddLayerOptions(CLI::App& command, RawOptions& raw) {
 
 void AddReadingOptions(CLI::App& command, RawOptions& raw, RunOptions& options) {
   constexpr const char* kGroup = "Reading and writing";
+  const bool own = options.purpose != Purpose::kOther;
+  raw.hidden_rests = own ? "keep" : "entry";
+  raw.cross_staff = own ? "keep" : "fill";
   command.add_option("--hidden-rests", raw.hidden_rests, "What a lone full rest is that is not printed")
-      ->option_text("entry|empty")
-      ->check(CLI::IsMember({"entry", "empty"}))
+      ->option_text("keep|entry|empty")
+      ->check(CLI::IsMember({"keep", "entry", "empty"}))
       ->capture_default_str()
       ->group(kGroup);
-  command.add_option("--cross-staff", raw.cross_staff, "The staff notes live on: their voice's, or where they stand")
-      ->option_text("home|drawn")
-      ->check(CLI::IsMember({"home", "drawn"}))
+  command
+      .add_option("--cross-staff", raw.cross_staff,
+                  "Empty layers where another staff's voice is drawn: left alone, or filled")
+      ->option_text("keep|fill")
+      ->check(CLI::IsMember({"keep", "fill"}))
       ->capture_default_str()
       ->group(kGroup);
+  if (options.purpose != Purpose::kFill) {  // which writes into layer 1 and asks all of them
+    command.add_option("--layers", raw.layers, "Layers (1-4) that the extension gets to see: 2-4")
+        ->option_text("LIST")
+        ->group(kGroup);
+  }
   command
       .add_flag("--keep-fermatas", options.write.keep_fermatas, "A fermata on a rest that goes moves to the barline")
       ->group(kGroup);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "host/engine/document.h"
+
 namespace sok {
 namespace {
 
@@ -26,6 +28,7 @@ constexpr ReasonText kReasons[] = {
     {Reason::kCue, "cue", "holds cue notes"},
     {Reason::kSurplusVoices, "surplus-voices", "holds music of more voices than there are layers"},
     {Reason::kCrossStaff, "cross-staff", "holds music that is drawn on another staff"},
+    {Reason::kVisited, "visited", "voices of another staff are drawn here"},
     {Reason::kNothing, "nothing", "nothing to do"},
     {Reason::kMissing, "missing", "the part does not have this measure"},
     {Reason::kPassedOver, "passed-over", "the extension or the host refused"},
@@ -86,7 +89,14 @@ Verdict ExplainChange(const std::vector<Change>& changes, const std::vector<Laye
   return {Outcome::kFilled, Reason::kNoMusic};
 }
 
-Verdict ExplainKept(const std::vector<LayerFacts>& layers, const Settings& settings) {
+// Nothing was there for a fill to look at.
+bool IsHeldBack(const Score& score, short slot, short measure, const std::vector<LayerFacts>& layers) {
+  const bool own = std::any_of(layers.begin(), layers.end(), [](const LayerFacts& facts) { return facts.entries > 0; });
+  return !own && !score.document().Exists({slot, measure, 0}) && score.Around(slot, measure).visited;
+}
+
+Verdict ExplainKept(const Score& score, const FramePlace& first_layer, const std::vector<LayerFacts>& layers,
+                    const Settings& settings) {
   Verdict verdict;
   int weight = 0;
   for (short layer = 0; layer < kLayers; ++layer) {
@@ -103,7 +113,10 @@ Verdict ExplainKept(const std::vector<LayerFacts>& layers, const Settings& setti
     weight = Weight(reason);
     verdict = {Outcome::kKept, reason, layer, shown};
   }
-  const bool passed_over = settings.purpose == Purpose::kFill || (settings.purpose == Purpose::kClear && weight == 3);
+  const bool there =
+      score.document().Exists({first_layer.instrument, first_layer.measure, std::max<short>(verdict.layer, 0)});
+  const bool passed_over =
+      settings.purpose == Purpose::kFill || (settings.purpose == Purpose::kClear && weight == 3 && there);
   if (passed_over) return {Outcome::kKept, Reason::kPassedOver};
   return verdict;
 }
@@ -116,7 +129,11 @@ Verdict Explain(const Score& score, short slot, short measure, const std::vector
   if (changes.empty() && settings.purpose == Purpose::kOther) return {};
   std::vector<LayerFacts> layers;
   for (short layer = 0; layer < kLayers; ++layer) layers.push_back(score.Facts(slot, measure, layer));
-  return changes.empty() ? ExplainKept(layers, settings) : ExplainChange(changes, layers, settings);
+  if (!changes.empty()) return ExplainChange(changes, layers, settings);
+  if (settings.purpose == Purpose::kFill && IsHeldBack(score, slot, measure, layers)) {
+    return {Outcome::kKept, Reason::kVisited};
+  }
+  return ExplainKept(score, {slot, measure, 0}, layers, settings);
 }
 
 std::string_view Name(Outcome outcome) {

@@ -28,6 +28,7 @@ enum class Reason : unsigned char {
   kCue,
   kSurplusVoices,
   kCrossStaff,
+  kVisited,     // nothing of its own, but voices of another staff are drawn there
   kNothing,     // there was nothing to do
   kMissing,     // the part does not have the measure
   kPassedOver,  // nothing in the score explains it

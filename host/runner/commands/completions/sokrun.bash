@@ -19,8 +19,8 @@ _sokrun() {
     return
   fi
   case $previous in
-    --hidden-rests) COMPREPLY=($(compgen -W "entry empty" -- "$current")) && return ;;
-    --cross-staff) COMPREPLY=($(compgen -W "home drawn" -- "$current")) && return ;;
+    --hidden-rests) COMPREPLY=($(compgen -W "keep entry empty" -- "$current")) && return ;;
+    --cross-staff) COMPREPLY=($(compgen -W "keep fill" -- "$current")) && return ;;
     --check)
       local kinds="bundle symbols hidden-names version start texts unknown-commands no-selection languages runs frames edits calls entries selection answers document alerts aliases missing failing random"
       [[ $command == scan ]] && kinds="empty bar-rest look-alike hidden-rest surplus-voices"
@@ -30,7 +30,7 @@ _sokrun() {
     --plugin) _sokrun_bundles "$current" && return ;;
     -o | --output | --html) compopt -o filenames 2>/dev/null; COMPREPLY=($(compgen -f -- "$current")) && return ;;
     --output-dir) _sokrun_bundles "$current" && return ;;
-    --measures | --numbers | --staves | --parts | --hide-layer | --allow-hidden | --without | -j | --jobs | --pictures | \
+    --measures | --numbers | --staves | --parts | --hide-layer | --allow-hidden | --layers | --without | -j | --jobs | --pictures | \
       --seed | --rounds | --refusals | --timeout) return ;;
   esac
   if [[ $current == -* ]]; then

@@ -1,0 +1,157 @@
+#include "host/musicxml/element_text.h"
+
+#include <algorithm>
+
+#include "host/musicxml/markup.h"
+
+namespace sok {
+namespace {
+
+constexpr std::string_view kNoteParts[] = {
+    "grace",      "cue",      "chord",         "pitch", "unpitched", "rest",      "duration",   "tie",
+    "instrument", "footnote", "level",         "voice", "type",      "dot",       "accidental", "time-modification",
+    "stem",       "notehead", "notehead-text", "staff", "beam",      "notations", "lyric",      "play",
+    "listen"};
+constexpr std::string_view kPitchParts[] = {"step", "alter", "octave", "display-step", "display-octave"};
+constexpr std::string_view kBarlineParts[] = {"bar-style", "footnote", "level",  "wavy-line", "segno",
+                                              "coda",      "fermata",  "ending", "repeat"};
+
+std::size_t PlaceIn(ElementOrder order, std::string_view name) {
+  return static_cast<std::size_t>(std::find(order.begin(), order.end(), name) - order.begin());
+}
+
+// Where the attribute begins with the white space before it, and where it ends; equal when there is none.
+struct AttributePlace {
+  std::size_t begin = 0;
+  std::size_t value = 0;
+  std::size_t end = 0;
+};
+AttributePlace FindAttribute(std::string_view text, std::string_view name) {
+  const std::size_t tag_end = MarkupEnd(text, 0);
+  for (std::size_t at = ElementName(text).size() + 1; at < tag_end;) {
+    const std::size_t begin = at;
+    while (at < tag_end && IsXmlSpace(text[at])) ++at;
+    const std::size_t equals = text.find('=', at);
+    if (equals == std::string_view::npos || equals >= tag_end) break;
+    const std::size_t quote = text.find_first_of("\"'", equals);
+    const std::size_t end = text.find(text[quote], quote + 1);
+    std::string_view found = text.substr(at, equals - at);
+    while (!found.empty() && IsXmlSpace(found.back())) found.remove_suffix(1);
+    if (found == name) return {begin, quote + 1, end + 1};
+    at = end + 1;
+  }
+  return {};
+}
+
+}  // namespace
+
+const ElementOrder kNoteOrder = kNoteParts;
+const ElementOrder kPitchOrder = kPitchParts;
+const ElementOrder kBarlineOrder = kBarlineParts;
+
+std::string_view ElementName(std::string_view text) {
+  const std::string_view name = text.substr(1);
+  return name.substr(0, name.find_first_of(" \t\r\n/>"));
+}
+
+std::string_view AttributeOf(std::string_view text, std::string_view name) {
+  const AttributePlace place = FindAttribute(text, name);
+  return place.end == 0 ? std::string_view() : text.substr(place.value, place.end - 1 - place.value);
+}
+
+ElementText::ElementText(std::string text) : text_(std::move(text)) { Scan(); }
+
+void ElementText::Scan() {
+  children_.clear();
+  const std::size_t content = MarkupEnd(text_, 0);
+  for (std::size_t at = text_.find('<', content); at != std::string::npos && text_.compare(at, 2, "</") != 0;) {
+    const bool element = text_[at + 1] != '!' && text_[at + 1] != '?';
+    const std::size_t end = element ? ElementEnd(text_, at) : MarkupEnd(text_, at);
+    if (element) children_.push_back({std::string(ElementName(std::string_view(text_).substr(at))), at, end});
+    at = text_.find('<', end);
+  }
+}
+
+const ElementText::ChildPlace* ElementText::Find(std::string_view name) const {
+  const auto at =
+      std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& child) { return child.name == name; });
+  return at == children_.end() ? nullptr : &*at;
+}
+
+std::string_view ElementText::TextOf(const ChildPlace& child) const {
+  return std::string_view(text_).substr(child.begin, child.end - child.begin);
+}
+
+std::string ElementText::Child(std::string_view name) const {
+  const ChildPlace* child = Find(name);
+  return child == nullptr ? std::string() : std::string(TextOf(*child));
+}
+
+std::vector<std::string> ElementText::Children(std::string_view name) const {
+  std::vector<std::string> all;
+  for (const ChildPlace& child : children_) {
+    if (child.name == name) all.emplace_back(TextOf(child));
+  }
+  return all;
+}
+
+std::string ElementText::Content(std::string_view name) const {
+  const std::string child = Child(name);
+  if (child.empty() || child.ends_with("/>")) return {};
+  const std::size_t begin = MarkupEnd(child, 0);
+  return child.substr(begin, child.rfind("</") - begin);
+}
+
+void ElementText::Cut(std::size_t begin, std::size_t end) {
+  begin = SpaceBefore(text_, begin);
+  text_.erase(begin, end - begin);
+  Scan();
+}
+
+void ElementText::Insert(const std::string& child, ElementOrder order) {
+  if (children_.empty() && text_.ends_with("/>")) {
+    const std::string name(ElementName(text_));
+    text_.replace(text_.size() - 2, 2, ">" + child + "</" + name + ">");
+    Scan();
+    return;
+  }
+  const std::size_t place = PlaceIn(order, ElementName(child));
+  const auto later = std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& other) {
+    const std::size_t its = PlaceIn(order, other.name);
+    return its != order.size() && its > place;
+  });
+  const std::size_t at = later != children_.end() ? later->begin : text_.rfind("</");
+  const std::string_view layout = children_.empty() ? std::string_view() : Indentation(text_, children_.front().begin);
+  const std::string whole = std::string(layout) + child;
+  text_.insert(SpaceBefore(text_, at), whole);
+  Scan();
+}
+
+void ElementText::SetContent(std::string_view name, const std::string& content, ElementOrder order) {
+  const ChildPlace* child = Find(name);
+  const std::string whole = "<" + std::string(name) + ">" + content + "</" + std::string(name) + ">";
+  if (child == nullptr) {
+    Insert(whole, order);
+  } else if (TextOf(*child).ends_with("/>")) {
+    Replace(name, whole);
+  } else {
+    const std::size_t begin = MarkupEnd(text_, child->begin);
+    text_.replace(begin, text_.rfind("</", child->end - 1) - begin, content);
+    Scan();
+  }
+}
+
+void ElementText::Replace(std::string_view name, const std::string& child) {
+  if (const ChildPlace* place = Find(name)) {
+    text_.replace(place->begin, place->end - place->begin, child);
+    Scan();
+  }
+}
+
+void ElementText::RemoveAttribute(std::string_view name) {
+  const AttributePlace place = FindAttribute(text_, name);
+  text_.erase(place.begin, place.end - place.begin);
+  Scan();
+}
+
+}  // namespace sok
