@@ -165,6 +165,7 @@ TEST_F(TextRecords, MeasureTextsReadTheOrdinaryKind) {
   AddRaw(1, 0x7478626c, std::vector<unsigned short>(1200, 'x'));  // longer than there is room for
   EXPECT_TRUE(sx_loadmeasuretext(0, 0, text, 0));
   EXPECT_EQ(Text(text.text), std::u16string(1023, u'x'));
+  AddRaw(1, 0x7478626c, {'x'});
   Spoil("txbl");
   EXPECT_TRUE(sx_loadmeasuretext(0, 0, text, 0));
   EXPECT_EQ(Text(text.text), u"");
