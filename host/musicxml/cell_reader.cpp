@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/musicxml/markup.h"
+
 namespace sok {
 namespace {
 

@@ -16,6 +16,12 @@ std::size_t Behind(std::string_view text, std::size_t from, std::string_view end
 
 }  // namespace
 
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && IsXmlSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsXmlSpace(text.back())) text.remove_suffix(1);
+  return text;
+}
+
 std::size_t MarkupEnd(std::string_view text, std::size_t begin) {
   const std::string_view rest = text.substr(begin);
   if (rest.starts_with("</")) return Behind(text, begin + 2, ">");  // holds no quotes

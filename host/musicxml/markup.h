@@ -11,6 +11,9 @@ namespace sok {
 
 inline bool IsXmlSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
+// Without the white space around it.
+std::string_view Trimmed(std::string_view text);
+
 // Behind the tag, comment, instruction or CDATA section that begins at `begin` (a '<'); the text's size when it does
 // not end.
 std::size_t MarkupEnd(std::string_view text, std::size_t begin);

@@ -122,12 +122,6 @@ ItemKind KindOf(const char* name) {
 
 bool Is(const char* name, const char* other) { return std::strcmp(name, other) == 0; }
 
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsXmlSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsXmlSpace(text.back())) text.remove_suffix(1);
-  return text;
-}
-
 int SmallNumber(std::string_view text) {
   text = Trimmed(text);
   const bool negative = text.starts_with('-');

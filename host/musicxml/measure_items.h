@@ -86,7 +86,6 @@ int StaffNumber(pugi::xml_node staff);
 
 // A whole number as short texts hold it; 0 for what is none or a huge one.
 int SmallNumber(std::string_view text);
-std::string_view Trimmed(std::string_view text);
 bool Is(const char* name, const char* other);
 
 }  // namespace sok

@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 
+#include "host/musicxml/markup.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <thread>
 
+#include "host/musicxml/markup.h"
 #include "host/runner/report/text.h"
 
 namespace sok {

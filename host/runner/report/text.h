@@ -8,7 +8,6 @@
 namespace sok {
 
 std::vector<std::string_view> Split(std::string_view text, char separator);
-std::string_view Trimmed(std::string_view text);
 bool SameIgnoringCase(std::string_view left, std::string_view right);  // ASCII letters only
 bool EndsWithIgnoringCase(std::string_view text, std::string_view ending);
 
