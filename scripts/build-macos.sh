@@ -11,9 +11,8 @@ build=build/macos-$type
 
 scripts/install-macos-tools.sh
 python3 cmake/macos/make_stubs.py .cache/macos-sdk
-cmake --preset macos --toolchain cmake/macos/toolchain.cmake -B "$build" -DCMAKE_BUILD_TYPE="$type" >build-macos.log 2>&1 ||
-  { cat build-macos.log; exit 1; }
-rm -f build-macos.log
+log=$(cmake --preset macos --toolchain cmake/macos/toolchain.cmake -B "$build" -DCMAKE_BUILD_TYPE="$type" 2>&1) ||
+  { echo "$log"; exit 1; }
 cmake --build "$build" -j 2 --target "${targets[@]}"
 [ "${targets[*]}" = all ] || exit 0
 cat <<END
