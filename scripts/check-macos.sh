@@ -25,6 +25,13 @@ allowed_imports() {
   done
 }
 
+# The list of exports has the names of the one for GNU linkers, by which the tests on Linux go.
+check_export_list() {
+  sed -n 's/^ *\([A-Za-z_0-9]*\);$/_\1/p' cmake/extension_exports.map | sort >"$work/expected"
+  sort cmake/extension_exports.exp >"$work/found"
+  differs cmake/extension_exports.exp "$work/expected" "$work/found"
+}
+
 check_symbols() {  # a bundle's executable, architecture
   local nm=(llvm-nm-19 -arch "$2")
   sort cmake/extension_exports.exp >"$work/expected"
@@ -66,6 +73,16 @@ check_layout() {  # a bundle
   diff -r -x Info.plist entry/resources "$1/Contents/Resources" >&2 || fail "$1 has other string tables"
 }
 
+# A bundle with the whole kit in it: it asks for more than MeasureRests and the examples do.
+check_whole_kit() {  # Release or Debug
+  local all=$work/All-$1 sdk=.cache/macos-sdk
+  clang++-19 --target=arm64-apple-macos -arch arm64 -arch x86_64 -mmacosx-version-min=11.0 "-B$sdk/bin" -isysroot "$sdk" \
+    -fuse-ld=lld -std=c++20 -I. -fvisibility=hidden -bundle -o "$all" examples/minimal/minimal.cpp \
+    -Wl,-all_load "build/macos-$1/lib/libSokEDK.a" -framework CoreFoundation -framework Carbon \
+    -Wl,-exported_symbols_list,cmake/extension_exports.exp || fail "the whole kit does not link"
+  check_executable "$all"
+}
+
 # The kit as it is installed; extensions built with what find_package and pkg-config say of it.
 check_installed() {
   local prefix=$work/prefix by_hand=$work/ByHand
@@ -103,11 +120,13 @@ for type in Release Debug; do
 done
 
 test_name=Kit.LinksForMacOS
+check_export_list
 for type in Release Debug; do
   scripts/build-macos.sh "$type" >"$work/log" 2>&1 || { cat "$work/log"; fail "$type"; }
   while IFS= read -r executable; do check_executable "$executable"; done \
     < <(find "build/macos-$type" -type f -path '*.bundle/Contents/MacOS/*')
   check_layout "build/macos-$type/lib/sok/MeasureRests.bundle"
+  check_whole_kit "$type"
   passed "$type: exports, imports, form, layout"
 done
 check_installed
