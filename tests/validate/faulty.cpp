@@ -78,6 +78,7 @@ const Fault kFaults[] = {
        return frame->count < 0 ? 1 : 0;
      }},
     {"OPEN_EDIT", [](const EREGION&) -> short { return StartEdit(), 0; }},
+    {"OPAQUE_EDIT", [](const EREGION&) noexcept -> short { return StartEdit(), EndEdit(), 0; }},
     {"ENDED_TWICE", [](const EREGION&) -> short { return StartEdit(), EndEdit(), EndEdit(), 0; }},
     {"PARTLY_EDITED",
      [](const EREGION& r) -> short {

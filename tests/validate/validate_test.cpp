@@ -85,7 +85,7 @@ const FaultCase kFaultCases[] = {
     {"FREED_USED", {"runs"}, "uses the frame of staff 1, measure 1, layer 0, which it has freed"},
     {"OPEN_EDIT", {"edits"}, "opens 1 edit and closes 0"},
     {"ENDED_TWICE", {"edits"}, "ends 1 edit more than it starts", "--check edits"},
-    {"PARTLY_EDITED", {"edits"}, "changes the score outside of it, too: SX_SaveTGF(1,1,0 "},
+    {"PARTLY_EDITED", {"edits"}, "changes the score outside of it, too: SX_SaveTGF of staff 1, measure 1, layer 0;"},
     {"CALL_VERSION", {"calls"}, "calls SX_GetMaxLayers with the interface version 0x0E000000 instead of 0x19300000"},
     {"THREAD", {"calls"}, "calls SX_GetMaxLayers from a thread of its own"},
     {"OUTSIDE", {"selection"}, "changes staff 2, measure 1, layer 0; selected are staff 2, measures 2 to 3"},
@@ -154,6 +154,8 @@ const TextCase kTextCases[] = {
     {"\"" FAULTY "\" --check version", 0, "1 check, 0 failed"},
     // Equal faults stand once, what did not run is said, and a case can be run again.
     {"\"" FAULTY "\" --check random --rounds 100 --seed 5", 1, "the same in ", "RANDOM"},
+    {"\"" FAULTY "\" --check edits", 0, "command 0, while other edits are open: no exception can be thrown",
+     "OPAQUE_EDIT"},
     {"\"" FAULTY "\" --rounds 0", 1, "skipped       failing           command 0 fails on a sound host", "KEPT_FRAME"},
     {"\"" FAULTY "\" --in-process --only \"failing 2\"", 1, "failing 2, command 0, call 2 (SX_SaveTGF)", "REFUSED"},
     {"\"" FAULTY "\" --in-process --only \"runs 0\"", 1, "--in-process --only \"runs 0\"", "EXCEPTION"},

@@ -59,6 +59,23 @@ FramePlace PlaceOf(const EXTGF2005a& frame) {
   return {static_cast<short>(frame.key[0]), static_cast<short>(frame.key[1]), static_cast<short>(frame.key[2])};
 }
 
+// A call with its arguments, where they stand in the music in words: "SX_FreeTGF of staff 1, measure 2, layer 0".
+std::string CallText(const HostCall& call) {
+  constexpr std::string_view kLoad[] = {"staff list ", "slot ", "measure ", "layer "};
+  constexpr std::string_view kOthers[] = {"staff ", "measure ", "layer "};
+  const std::string_view name = call.name, arguments = call.arguments;
+  if (!name.ends_with("TGF") && !ChangesFrame(name)) return std::string(name) + "(" + call.arguments + ")";
+  const bool loads = name == "SX_LoadTGF";
+  const std::span<const std::string_view> words = loads ? std::span(kLoad) : std::span<const std::string_view>(kOthers);
+  const std::string_view place = loads ? arguments : arguments.substr(0, arguments.find(' '));
+  const std::vector<std::string_view> numbers = Split(place, loads ? ' ' : ',');
+  std::string text(name);
+  for (std::size_t i = 0; i < std::min(words.size(), numbers.size()); ++i) {
+    text.append(i == 0 ? " of " : ", ").append(numbers.size() >= words.size() ? words[i] : "").append(numbers[i]);
+  }
+  return text;
+}
+
 std::string Hexadecimal(unsigned int number) {
   char text[16];
   std::snprintf(text, sizeof text, "0x%08X", number);
@@ -108,7 +125,7 @@ bool HostWatch::Before(HostCall& call) {
   const auto number = static_cast<long>(calls_.size());
   const std::string_view name = call.name;
   calls_.emplace_back(name);
-  say_("the last host call was number " + std::to_string(number) + ", " + calls_.back() + "(" + call.arguments + ")");
+  say_("the last host call was number " + std::to_string(number) + ", " + CallText(call));
   trace_ = std::hash<std::string>()(std::to_string(trace_) + call.name + call.arguments);
   if (!HasKnownVersion(call)) {
     Find("calls", "calls " + calls_.back() + " with the interface version " + Hexadecimal(call.version) +
@@ -116,7 +133,10 @@ bool HostWatch::Before(HostCall& call) {
   }
   BeforeFrameCall(call);
   if (name == "SX_SaveTGF" && fault_.None()) CheckSaved(call);
-  if (StartsEdit(name) && interrupt_edits_) throw InterruptedEdit();
+  if (StartsEdit(name) && interrupt_edits_) {
+    say_(kInterrupts);
+    throw InterruptedEdit();
+  }
   if (EndsEdit(name)) ++edits_.closed;
   if (name == "SX_EndMassEdit") ++mass_edits_.closed;
   capacity_ = call.size != nullptr ? *call.size : 0;
@@ -189,7 +209,7 @@ void HostWatch::NoteChange(const HostCall& call) {
   if (edits_.asked > edits_.closed) {
     change_inside_ = true;
   } else if (change_outside_.empty()) {
-    change_outside_ = calls_.back() + "(" + call.arguments + ")";
+    change_outside_ = CallText(call);
   }
 }
 

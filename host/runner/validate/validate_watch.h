@@ -58,7 +58,9 @@ class HostWatch : public CallObserver {
 
   // From now on every start of an edit throws InterruptedEdit through the extension, or no longer; the books begin
   // anew.
+  // Told before it does, in case that nothing but the end of the process comes of it: kInterrupts.
   struct InterruptedEdit {};
+  static constexpr const char* kInterrupts = "an exception was thrown through it";
   void InterruptEdits(bool interrupt);
   int surplus_ends() const { return edits_.closed - edits_.asked; }
 
