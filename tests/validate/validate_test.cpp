@@ -10,12 +10,22 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 using Kinds = std::set<std::string>;
 
 std::string Quoted(const std::string& path) { return "\"" + path + "\""; }
 
 ShellResult Validate(const std::string& arguments, const std::string& fault = "") {
   return Shell("FAULT=" + fault + " \"" SOKRUN "\" validate " + arguments + " 2>/dev/null");
+}
+
+// A copy of the extension, beside it.
+std::string CopyOfFaulty(const std::string& name) {
+  const fs::path copy = fs::path(FAULTY).parent_path() / (name + ".bundle");
+  fs::remove_all(copy);
+  fs::copy(FAULTY, copy, fs::copy_options::recursive);
+  return copy.string();
 }
 
 class SoundExtension : public testing::TestWithParam<const char*> {};
@@ -114,13 +124,11 @@ class FaultyExtension : public testing::TestWithParam<FaultCase> {};
 
 TEST_P(FaultyExtension, FailsAtItsCheckAlone) {
   const FaultCase& c = GetParam();
-  const std::string bundle = testing::TempDir() + "validate_" + c.fault + ".bundle";
-  ASSERT_EQ(Shell("rm -rf " + Quoted(bundle) + " && cp -R \"" FAULTY "\" " + Quoted(bundle) + " && cd " +
-                  Quoted(bundle + "/Contents") + " && true " + (*c.edit != '\0' ? "&& " : "") + c.edit)
-                .status,
+  const std::string bundle = CopyOfFaulty(c.fault);
+  ASSERT_EQ(Shell("cd " + Quoted(bundle + "/Contents") + " && true " + (*c.edit != '\0' ? "&& " : "") + c.edit).status,
             0);
   const ShellResult outcome = Validate(Quoted(bundle) + " --json --only-failed " + c.options, c.fault);
-  std::filesystem::remove_all(bundle);
+  fs::remove_all(bundle);
   EXPECT_EQ(outcome.status, 1);
   const auto report = nlohmann::json::parse(outcome.out);
   Kinds kinds;
@@ -172,13 +180,12 @@ TEST_P(ValidateReport, SaysWhatWasDone) {
 INSTANTIATE_TEST_SUITE_P(Validate, ValidateReport, testing::ValuesIn(kTextCases));
 
 TEST(Validate, SanitizersNameTheFault) {
-  const std::string bundle = testing::TempDir() + "validate_sanitized.bundle";
-  if (!std::filesystem::exists(SANITIZED)) GTEST_SKIP() << "everything is built with sanitizers";
-  Shell("rm -rf " + Quoted(bundle) + " && cp -R \"" FAULTY "\" " + Quoted(bundle) + " && cp \"" SANITIZED "\" " +
-        Quoted(bundle + "/Contents/MacOS/Faulty"));
+  if (!fs::exists(SANITIZED)) GTEST_SKIP() << "everything is built with sanitizers";
+  const std::string bundle = CopyOfFaulty("SANITIZED");
+  fs::copy_file(SANITIZED, bundle + "/Contents/MacOS/Faulty", fs::copy_options::overwrite_existing);
   EXPECT_EQ(Validate(Quoted(bundle) + " --sanitize --check runs").status, 0);
   const ShellResult outcome = Validate(Quoted(bundle) + " --sanitize --check runs", "OVERFLOW");
-  std::filesystem::remove_all(bundle);
+  fs::remove_all(bundle);
   EXPECT_EQ(outcome.status, 1);
   EXPECT_NE(outcome.out.find("heap-buffer-overflow"), std::string::npos) << outcome.out;
 }
