@@ -17,8 +17,8 @@
 #
 # Adds a test to ctest that runs one command of the extension on a score with `sokrun run` and its options, such as
 # OPTIONS --measures 2-3. It passes when the score that comes out is EXPECT's to the last byte and when ALERT, alerts
-# joined with line ends, is all that is shown; one of the two has to be there. What differs is printed with the measure
-# it is in. Where there is no sokrun, the test is left out.
+# joined with line ends, is all that is shown; one of the two has to be there. What differs is printed. Where there is no
+# sokrun, the test is left out.
 
 # Lays a module library out as NAME.bundle below `folder`, with an Info.plist and the files of a resources folder.
 function(sok_bundle_layout target folder info_plist resources)
@@ -123,8 +123,9 @@ function(sok_test_extension name)
   endif()
   get_filename_component(score "${arg_SCORE}" ABSOLUTE)
   get_filename_component(file "${arg_SCORE}" NAME)
+  get_filename_component(expected_file "${arg_EXPECT}" NAME)
   list(JOIN arg_OPTIONS " " options)
-  string(REGEX REPLACE "[^A-Za-z0-9]+" "_" run "command_${arg_COMMAND}_${file} ${options}.")
+  string(REGEX REPLACE "[^A-Za-z0-9]+" "_" run "command_${arg_COMMAND}_${file} ${options} ${expected_file}.")
   string(REGEX REPLACE "_$" "" run "${run}")
   set(definitions "-DSOKRUN=${sokrun}" "-DBUNDLE=$<TARGET_PROPERTY:${name},SOK_BUNDLE>" "-DCOMMAND=${arg_COMMAND}"
     "-DSCORE=${score}" "-DRESULT=${CMAKE_CURRENT_BINARY_DIR}/${name}_${run}_${file}" "-DOPTIONS=${options}")

@@ -41,12 +41,12 @@ for bundle in "$work/outside/build/Outside.bundle" "$work/elsewhere/lib/sok/Outs
   "$prefix/bin/sokrun" validate "$bundle" --check symbols --check hidden-names --check texts --check frames --only-failed
 done
 
-# A test whose result differs says where.
+# A test whose result differs shows how.
 sed '/<measure number="2"/,$s/half/whole/' "$work/outside/score.musicxml" >"$work/outside/expected.musicxml"
 echo "sok_test_extension(Outside COMMAND 0 SCORE score.musicxml EXPECT expected.musicxml)" >>"$work/outside/CMakeLists.txt"
 cmake "$work/outside/build" >/dev/null
 ! ctest --test-dir "$work/outside/build" --output-on-failure >"$work/tests" || fail "a wrong result passes"
-grep -q '^@@ .*<measure number="2">' "$work/tests" || { cat "$work/tests"; fail "the difference does not name the measure"; }
+grep -q '^-.*<type>whole<' "$work/tests" || { cat "$work/tests"; fail "the difference is not shown"; }
 
 # pkg-config: the same source, the same layout; the executable built by hand takes the headers and the library alone.
 export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
