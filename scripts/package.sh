@@ -6,10 +6,11 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-dependencies.sh
-cmake --preset release >/dev/null
-cmake --build --preset release --target sokrun MeasureRests SonkelEngine
-rm -rf build/package
-cpack --config build/release/CPackConfig.cmake -G DEB -B build/package >/dev/null
+cmake -G Ninja -S . -B build/package/tree -D CMAKE_BUILD_TYPE=Release -D SOK_UNITY=ON -D SOK_BUILD_TESTS=OFF \
+  -D SOK_BUILD_EXAMPLES=OFF -D CMAKE_SKIP_INSTALL_ALL_DEPENDENCY=ON >/dev/null
+cmake --build build/package/tree --target sokrun MeasureRests SonkelEngine
+rm -f build/package/*.deb
+cpack --config build/package/tree/CPackConfig.cmake -G DEB -B build/package >/dev/null
 rm -rf build/package/_CPack_Packages
 package=$(echo build/package/sokrun_*.deb)
 echo "$package"

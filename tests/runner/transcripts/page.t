@@ -30,7 +30,7 @@ Notes that came or went are marked, and no others.
   >   }
   > };
   > JS
-  $ NODE_PATH="$PWD/node_modules" sokrun fill in.xml --check -q --html page.html
+  $ export NODE_PATH=$PWD/node_modules; sokrun fill in.xml --check -q --html page.html
   [3]
   $ grep -oE '<h3>.*</h3>|<svg>.*</svg>|Engraved by.*[0-9]' page.html
   <h3>Measure 2</h3>

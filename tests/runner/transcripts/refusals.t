@@ -125,7 +125,8 @@ Files.
   $ try fill in.xml --check --plugin nothing
   sokrun: nothing: no such bundle
   1
-  $ try fill in.xml --check --plugin / | tail -1
+  $ try fill in.xml --check --plugin /
+  sokrun: /: has no executable; looked for Contents/MacOS/, since its Info.plist is missing, broken or has no CFBundleExecutable
   1
   $ try fill in.xml -o no/folder/out.xml
   sokrun: no/folder/out.xml: cannot be written: No such file or directory
