@@ -3,10 +3,11 @@ Where results go, and in which form.
   $ letters Flute=nl >untouched.xml; letters Flute=n.w Oboe=.b. >in.xml
   $ sokrun fill untouched.xml -o out.xml -q && cmp untouched.xml out.xml
 
-Filled and cleared is cleared, byte for byte.
+Filled and cleared is cleared, save that an element without content may come back in XML's short form.
 
   $ sokrun fill in.xml -o filled.xml -q && sokrun clear filled.xml -i -q && sokrun clear in.xml -o cleared.xml -q
-  $ cmp filled.xml cleared.xml
+  $ short() { tr -d '\n ' <"$1" | sed 's|"></measure>|"/>|g'; }
+  $ cmp <(short filled.xml) <(short cleared.xml)
 
 Streams keep the report out of the score.
 
@@ -42,12 +43,14 @@ The form follows the name; without a telling name, and over itself, it stays.
   $ sokrun clear in.xml --dry-run 2>report; cat report
   --- in.xml
   +++ in.xml
-  @@ -9,7 +9,6 @@
+  @@ -8,8 +8,6 @@
+         <attributes><divisions>1</divisions><time><beats>3</beats><beat-type>4</beat-type></time></attributes>
          <note><pitch><step>C</step><octave>5</octave></pitch><duration>3</duration><voice>1</voice><type>half</type><dot/></note>
        </measure>
-       <measure number="2">
+  -    <measure number="2">
   -      <note><rest measure="yes"/><duration>3</duration><voice>1</voice></note>
-       </measure>
+  -    </measure>
+  +    <measure number="2"/>
      </part>
    </score-partwise>
   in.xml: Clear Whole-Measure Rests
