@@ -18,14 +18,15 @@ echo "$package"
 
 scripts/install-dependencies.sh debootstrap
 root=$(mktemp -d)
-trap 'rm -rf "$root"' EXIT
+trap 'umount -q "$root/proc"; rm -rf --one-file-system "$root"' EXIT
 mirror=$(sed -n 's/^URIs: *//p; s/^deb \(\[[^]]*\] \)\?\([^ ]*\) .*/\2/p' /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null | head -1)
 debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root" "$mirror" >/dev/null
 cp "$package" examples/scores/demo.musicxml "$root/tmp"
+mount -t proc proc "$root/proc"
 chroot "$root" sh -ec '
   apt-get install -y -qq --no-install-recommends /tmp/sokrun_*.deb >/dev/null
   cd /tmp
   sokrun --version
   sokrun fill demo.musicxml -o filled.mxl
   sokrun scan filled.mxl --quiet
-  sokrun validate /usr/lib/sok/MeasureRests.bundle | tail -1'
+  sokrun validate /usr/lib/sok/MeasureRests.bundle --check version --check symbols | tail -1'
