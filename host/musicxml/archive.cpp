@@ -10,14 +10,12 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "host/musicxml/limits.h"
+
 namespace sok {
 namespace {
 
-// No honest score packs better than this, nor is larger.
-constexpr std::uint64_t kLargestRatio = 300;
-constexpr std::uint64_t kFreeSize = std::uint64_t{16} << 20;
-constexpr std::uint64_t kLargestSize = std::uint64_t{2} << 30;
-constexpr zip_int64_t kMostMembers = 10000;
+constexpr std::size_t kPiece = 65536;
 constexpr char kContainer[] = "META-INF/container.xml";
 
 struct DiscardArchive {
@@ -65,31 +63,36 @@ zip_stat_t Stat(zip_t* archive, zip_uint64_t index) {
   return stat;
 }
 
-std::string ReadMember(zip_t* archive, zip_uint64_t index) {
+// Reads in pieces: what a zip of `archive_size` bytes says of its sizes need not be true.
+std::string ReadMember(zip_t* archive, std::size_t archive_size, zip_uint64_t index) {
   const zip_stat_t stat = Stat(archive, index);
   const std::string name = stat.name;
   if (stat.encryption_method != ZIP_EM_NONE) throw std::runtime_error("the member " + name + " is encrypted");
-  const std::uint64_t bound = std::min(std::max(kFreeSize, stat.comp_size * kLargestRatio), kLargestSize);
-  if (stat.size > bound) throw std::runtime_error("the member " + name + " is too large when unpacked");
+  const std::uint64_t packed = std::min<std::uint64_t>(stat.comp_size, archive_size);
+  const std::uint64_t bound = std::min<std::uint64_t>(std::max(kFreeSize, packed * kLargestRatio), kLargestText);
+  const auto fail = [&name](const char* reason) { throw std::runtime_error("the member " + name + reason); };
+  if (stat.size > bound) fail(" is too large when unpacked");
   std::unique_ptr<zip_file_t, CloseMember> file(zip_fopen_index(archive, index, 0));
-  if (file == nullptr) throw std::runtime_error("the member " + name + " cannot be unpacked");
-  std::string bytes(stat.size + 1, '\0');  // one more, to see the end and have the checksum compared
-  std::size_t size = 0;
-  for (;;) {
+  if (file == nullptr) fail(" cannot be unpacked");
+  std::string bytes;
+  for (std::size_t size = 0;;) {
+    // One byte more than the zip says, to see the end and have the checksum compared.
+    if (size == bytes.size()) bytes.resize(std::min<std::uint64_t>(std::max(kPiece, 2 * size), stat.size + 1));
     const zip_int64_t count = zip_fread(file.get(), bytes.data() + size, bytes.size() - size);
-    if (count < 0) throw std::runtime_error("the member " + name + " is damaged");
+    if (count < 0) fail(" is damaged");
     size += static_cast<std::size_t>(count);
-    if (count == 0) break;
-    if (size == bytes.size()) throw std::runtime_error("the member " + name + " is longer than the zip says");
+    if (size > stat.size) fail(" is longer than the zip says");
+    if (count == 0) {
+      bytes.resize(size);
+      return bytes;
+    }
   }
-  bytes.resize(size);
-  return bytes;
 }
 
-std::string FindScore(zip_t* archive) {
+std::string FindScore(zip_t* archive, std::size_t archive_size) {
   const zip_int64_t container = zip_name_locate(archive, kContainer, 0);
   if (container >= 0) {
-    const std::string text = ReadMember(archive, static_cast<zip_uint64_t>(container));
+    const std::string text = ReadMember(archive, archive_size, static_cast<zip_uint64_t>(container));
     pugi::xml_document document;
     if (!document.load_buffer(text.data(), text.size())) {
       throw std::runtime_error(std::string(kContainer) + " in the zip is not XML");
@@ -150,7 +153,7 @@ void CheckArchive(std::string_view before, std::string_view after, const PackedS
     same = std::string_view(was.name) == is.name && was.comp_method == is.comp_method;
     if (!same) break;
     if (score.member == is.name) {
-      same = ReadMember(new_archive.get(), index) == score.bytes;
+      same = ReadMember(new_archive.get(), after.size(), index) == score.bytes;
     } else {
       same = was.size == is.size && was.crc == is.crc && was.comp_size == is.comp_size;
     }
@@ -165,8 +168,8 @@ bool IsArchive(std::string_view bytes) { return bytes.starts_with("PK\3\4") || b
 PackedScore UnpackScore(std::string_view bytes) {
   const Archive archive = Open(bytes);
   PackedScore score;
-  score.member = FindScore(archive.get());
-  score.bytes = ReadMember(archive.get(), Locate(archive.get(), score.member));
+  score.member = FindScore(archive.get(), bytes.size());
+  score.bytes = ReadMember(archive.get(), bytes.size(), Locate(archive.get(), score.member));
   return score;
 }
 

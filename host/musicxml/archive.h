@@ -14,7 +14,7 @@ struct PackedScore {
 bool IsArchive(std::string_view bytes);
 
 // The first rootfile that META-INF/container.xml names; without a container the first member that looks like a score.
-// Sizes are bounded. Throws std::runtime_error with the reason.
+// What is unpacked is bounded by the archive's own size (limits.h). Throws std::runtime_error with the reason.
 PackedScore UnpackScore(std::string_view archive);
 
 // The archive with one member replaced: names, order, times and compression methods stay, other members are copied as

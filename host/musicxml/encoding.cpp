@@ -6,6 +6,8 @@
 #include <cctype>
 #include <stdexcept>
 
+#include "host/musicxml/limits.h"
+
 namespace sok {
 namespace {
 
@@ -118,6 +120,7 @@ DecodedText DecodeText(std::string bytes) {
     }
     result.bytes = std::move(bytes);
   }
+  if (result.text.size() > kLargestText) throw std::runtime_error("the text is larger than 1 GiB");
   if (result.text.find('\0') != std::string::npos) throw std::runtime_error("not a text: it holds zero bytes");
   return result;
 }

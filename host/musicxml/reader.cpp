@@ -5,12 +5,11 @@
 #include <optional>
 
 #include "host/musicxml/cell_reader.h"
+#include "host/musicxml/limits.h"
 #include "host/musicxml/skeleton.h"
 
 namespace sok {
 namespace {
-
-constexpr int kMostMeasures = 32767;
 
 std::string OneLine(std::string_view text) {
   std::string result;
@@ -34,6 +33,7 @@ class ScoreReader {
     const pugi::xml_node root = Parse();
     try {
       model_.form == "score-timewise" ? ReadTimewise(root) : ReadPartwise(root);
+      CheckSize();
       FinishMeasures();
       AssignLayers(model_);
       WarnOfShortParts();
@@ -156,7 +156,8 @@ class ScoreReader {
     const Skeleton::Cell place = whole ? Skeleton::Cell() : cell_places_[next_cell_++];
     at_ = whole ? static_cast<std::size_t>(cell.offset_debug()) : place.begin;
     if (position == model_.measures.size()) {
-      if (position == kMostMeasures) throw std::runtime_error("the score has more than 32767 measures");
+      if (position == kMostMeasures)
+        throw std::runtime_error("the score has more than " + std::to_string(kMostMeasures) + " measures");
       Measure& added = model_.measures.emplace_back();
       added.number = OneLine(measure.attribute("number").value());
       added.implicit = std::strcmp(measure.attribute("implicit").value(), "yes") == 0;
@@ -172,6 +173,21 @@ class ScoreReader {
       cells_.Read(part, state, cell_tree_.document_element(), place.begin);
     }
     if (times_[position].IsZero()) times_[position] = state.time;
+  }
+
+  void CheckSize() const {
+    std::uint64_t staves = 0;
+    for (const Part& part : model_.parts) staves += static_cast<std::uint64_t>(part.staves);
+    if (staves > kMostStaves) {
+      throw std::runtime_error("the score has " + std::to_string(staves) + " staves, more than " +
+                               std::to_string(kMostStaves));
+    }
+    const std::uint64_t cells = staves * model_.measures.size();
+    if (cells > kMostStaffMeasures) {
+      throw std::runtime_error("the score has " + std::to_string(staves) + " staves of " +
+                               std::to_string(model_.measures.size()) + " measures; the two numbers' product may be " +
+                               std::to_string(kMostStaffMeasures));
+    }
   }
 
   // A measure is as long as its furthest voice; nothing else tells it truly.
