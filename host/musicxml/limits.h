@@ -7,7 +7,8 @@
 namespace sok {
 
 inline constexpr int kMostMeasures = 32767;  // the host counts them in 16 bits
-inline constexpr int kMostStaves = 1000;
+inline constexpr int kMostStaves = 64;       // of one part
+inline constexpr int kMostStavesInAll = 1000;
 inline constexpr std::uint64_t kMostStaffMeasures = 500'000;  // staves by measures, whatever is in them
 
 // Of the text, unpacked and in UTF-8.

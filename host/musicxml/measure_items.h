@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/musicxml/fraction.h"
+#include "host/musicxml/limits.h"
 #include "host/musicxml/model.h"
 
 namespace sok {
@@ -16,8 +17,6 @@ namespace sok {
 // Nothing is unescaped, joined or normalised that is not looked at; the text of an element without children is the
 // element's own value, which makes the tree half as large.
 inline constexpr unsigned int kMusicOnly = pugi::parse_escapes | pugi::parse_embed_pcdata;
-
-inline constexpr int kMostStaves = 64;  // of one part
 
 enum class ItemKind : std::uint8_t {
   kNote,

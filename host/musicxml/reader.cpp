@@ -178,9 +178,9 @@ class ScoreReader {
   void CheckSize() const {
     std::uint64_t staves = 0;
     for (const Part& part : model_.parts) staves += static_cast<std::uint64_t>(part.staves);
-    if (staves > kMostStaves) {
+    if (staves > kMostStavesInAll) {
       throw std::runtime_error("the score has " + std::to_string(staves) + " staves, more than " +
-                               std::to_string(kMostStaves));
+                               std::to_string(kMostStavesInAll));
     }
     const std::uint64_t cells = staves * model_.measures.size();
     if (cells > kMostStaffMeasures) {
