@@ -57,6 +57,7 @@ Ref<const Dictionary> ParsePropertyList(std::string_view bytes, int* line) {
 
 Ref<const Dictionary> ReadPropertyList(const std::string& path, int* line) {
   if (line != nullptr) *line = 0;
+  if (!IsFile(path)) return {};  // reading a pipe might never end
   errno = 0;
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
   if (file == nullptr && errno == ENOMEM) RunOutOfMemory();

@@ -38,9 +38,11 @@ using String = ::__CFString;
 // A string of these units.
 Ref<String> MakeString(std::u16string_view units);
 
-// The units of a string that may be null; null counts as empty.
+// The units of a string that may be null; null counts as empty, as does what is no string: a table of strings may hold
+// that, and hands it over as it is.
 inline std::u16string_view View(CFStringRef string) {
-  return string != nullptr ? string->units() : std::u16string_view();
+  const auto* const text = As<String>(string);
+  return text != nullptr ? text->units() : std::u16string_view();
 }
 
 // Whether all units are ASCII.

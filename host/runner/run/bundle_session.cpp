@@ -8,6 +8,7 @@
 
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
+#include "platform/SokPlatform.h"
 
 namespace sok {
 namespace {
@@ -24,9 +25,28 @@ using InvokeFunction = int (*)(void*, int, EREGION*);
 using TerminateFunction = void (*)();
 using AttachFunction = void (*)(Session*);
 
+// The platform takes a list that it cannot read for none; an author wants to know what is wrong, and where.
+void CheckList(const fs::path& list) {
+  std::error_code error;
+  if (!fs::exists(list, error)) return;
+  const int line = SokPlatformReadTexts(
+      list.c_str(), [](void*, const char*, const char*) {}, nullptr);
+  if (line < 0) throw InputError(list.string() + ": cannot be read");
+  if (line > 0) throw InputError(list.string() + ":" + std::to_string(line) + ": not a property list");
+}
+
+void CheckLists(const fs::path& bundle) {
+  CheckList(bundle / "Contents/Info.plist");
+  std::error_code error;
+  for (const auto& folder : fs::directory_iterator(bundle / "Contents/Resources", error)) {
+    if (folder.path().extension() == ".lproj") CheckList(folder.path() / "Localizable.strings");
+  }
+}
+
 CFBundleRef OpenBundle(const std::string& path) {
   std::error_code error;
   if (!fs::exists(path, error)) throw InputError(path + ": no such bundle");
+  CheckLists(path);
   const CFURLRef url = CFURLCreateFromFileSystemRepresentation(nullptr, reinterpret_cast<const UInt8*>(path.data()),
                                                                static_cast<CFIndex>(path.size()), true);
   const CFBundleRef bundle = url != nullptr ? CFBundleCreate(nullptr, url) : nullptr;

@@ -146,3 +146,23 @@ Files.
   in.xml
   song.mid
   song.xml
+
+What a score may hold has bounds; a name forges no line, and a bundle's lists are read from files alone.
+
+  $ letters Flute=n | sed 's|<divisions>|<staves>64</staves>&|' >wide.xml
+  $ python3 -c "print(open('wide.xml').read().replace('</measure>', '</measure>' + '<measure/>' * 9000))" >huge.xml
+  $ try fill huge.xml --check 2>&1 | grep -o 'the score has.*'
+  the score has 64 staves of 9001 measures; the two numbers' product may be 500000
+  $ try fill $'no\e[2J\nsuch' --check
+  sokrun: no\x1b[2J\nsuch: No such file or directory
+  1
+  $ cp -rL "$TEST_EXTENSION" pipe.bundle; rm pipe.bundle/Contents/Info.plist; mkfifo pipe.bundle/Contents/Info.plist
+  $ try list pipe.bundle
+  sokrun: pipe.bundle/Contents/Info.plist: cannot be read
+  1
+  $ rm pipe.bundle/Contents/Info.plist; printf '{\na = b;\nc = ;\n}' >pipe.bundle/Contents/Info.plist
+  $ try list pipe.bundle
+  sokrun: pipe.bundle/Contents/Info.plist:3: not a property list
+  1
+  $ echo '{ "30000" = { a = b; }; "30003" = (c, d); }' | tee pipe.bundle/Contents/Resources/*.lproj/*.strings >/dev/null
+  $ cp "$TEST_EXTENSION/Contents/Info.plist" pipe.bundle/Contents; sokrun list pipe.bundle | head -2
