@@ -50,7 +50,6 @@ struct Probe {
 };
 
 TEST(StringResources, TextsByNumberCutToTheirCapacity) {
-  setenv("LANGUAGE", "en", 1);
   TestHost host;
   const Probe probe(SOK_STRING_PROBE);
   const std::string x255(255, 'x');
@@ -83,7 +82,6 @@ TEST(StringResources, TextsByNumberCutToTheirCapacity) {
 }
 
 TEST(StringResources, IndexedTextsAndIds) {
-  setenv("LANGUAGE", "en", 1);
   TestHost host;
   const Probe probe(SOK_STRING_PROBE);
   char buffer[32];
@@ -120,14 +118,15 @@ TEST(StringResources, OutsideOfABundleThereIsNoText) {
   EXPECT_DEATH(PlugIn_GetStringResource(1, buffer, sizeof buffer),
                "SokExtShared/LIB/PORTABLE:176: CopyPlugInStringResource: Assertion `bundleRef != NULL' failed");
   // By a path that begins with "//", whose parents end at "//" and not at "/".
-  const std::string outside = "/" + std::filesystem::canonical(testing::TempDir()).string() + "/OutsideProbe";
-  std::filesystem::copy_file(SOK_STRING_PROBE "/Contents/MacOS/StringProbe", outside,
-                             std::filesystem::copy_options::overwrite_existing);
+  std::string folder = "/" + std::filesystem::temp_directory_path().string() + "/outside-XXXXXX";
+  ASSERT_NE(mkdtemp(folder.data()), nullptr);
+  const std::string outside = folder + "/OutsideProbe";
+  std::filesystem::copy_file(SOK_STRING_PROBE "/Contents/MacOS/StringProbe", outside);
   void* const image = dlopen(outside.c_str(), RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(image, nullptr) << dlerror();
   const auto text8 = reinterpret_cast<char* (*)(int, char*, short)>(dlsym(image, "ProbeText8"));
   EXPECT_DEATH(text8(1, buffer, sizeof buffer), "bundleRef != NULL");
-  std::filesystem::remove(outside);
+  std::filesystem::remove_all(folder);
 }
 
 TEST(StringResources, PascalStringsKeepTheirTail) {

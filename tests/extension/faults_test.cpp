@@ -65,28 +65,4 @@ TEST(Faults, EveryHostCallFailingInTurn) {
   }
 }
 
-// An extension on a smaller host: each entry point missing, in a process of its own.
-class MissingEntryPoint : public testing::TestWithParam<const char*> {};
-
-TEST_P(MissingEntryPoint, LeavesTheCommandsHarmless) {
-  TestHost::Hide(GetParam());
-  TestHost host;
-  host.AddScore(1, 2);
-  const ExtensionBundle extension;
-  ASSERT_EQ(extension.Main(), 1);
-  for (const int command : {1, 0}) {
-    EREGION region = Region(1, 1, 1, 2);
-    extension.Invoke(command, &region);
-    extension.Invoke(command, nullptr);
-  }
-  EXPECT_EQ(host.session.frames_held > 0, std::strcmp(GetParam(), "SX_FreeTGF") == 0);
-  EXPECT_TRUE(host.CallsWith(GetParam()).empty());
-}
-
-INSTANTIATE_TEST_SUITE_P(Faults, MissingEntryPoint,
-                         testing::Values("SX_GetMaxLayers", "SX_LoadTGF", "SX_SaveTGF", "SX_FreeTGF",
-                                         "SX_InsertEXENTRY", "SX_GetShowLayer", "SX_SlotToInst", "SX_LoadEData",
-                                         "SX_AlertMessage"),
-                         [](const auto& info) { return std::string(info.param); });
-
 }  // namespace
