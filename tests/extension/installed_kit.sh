@@ -53,9 +53,10 @@ export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
 by_hand=$work/Outside.bundle
 cp -R "$work/outside/build/Outside.bundle" "$by_hand"
 rm "$by_hand/Contents/MacOS/Outside"
-# shellcheck disable=SC2046,SC2086
+eval "flags=($(pkg-config --cflags --libs SokEDK))"  # words for the shell, blanks in them with backslashes
+# shellcheck disable=SC2086
 "$compiler" -std=c++20 -fPIC -shared $sanitize -o "$by_hand/Contents/MacOS/Outside" \
-  "$work/outside/Outside.cpp" $(pkg-config --cflags --libs SokEDK)
+  "$work/outside/Outside.cpp" "${flags[@]}"
 [ -f "$(pkg-config --variable=exports SokEDK)" ] || fail "the list of exports is not where the kit says it is"
 "$prefix/bin/sokrun" validate "$by_hand" --check symbols --check hidden-names --check texts --check frames --only-failed
 

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "tests/runner/sokrun_process.h"
+#include "tests/support/shell.h"
 
 namespace {
 
@@ -13,7 +14,7 @@ namespace {
 std::string Patched(const Folder& folder, const std::string& before, const std::string& diff) {
   folder.Write("text", before);
   const std::string command =
-      "patch --binary --fuzz=0 --quiet '" + (folder / "text") + "' '" + folder.Write("diff", diff) + "'";
+      "patch --binary --fuzz=0 --quiet " + Quoted(folder / "text") + " " + Quoted(folder.Write("diff", diff));
   EXPECT_EQ(std::system(command.c_str()), 0);
   return folder.Read("text");
 }
