@@ -1,9 +1,9 @@
 /// @file
 /// Preferences as structures, with names for the fields that are known.
 ///
-/// The host keeps most of them field by field; the kit puts the structures together and takes them apart again
-/// (preference_tables.h). Load them with `LoadOrZero`, since a field that the host does not have reads as 0, and
-/// store them with `Save`. Of the structures without names only the sizes are known.
+/// The host keeps most of them field by field; the kit puts the structures together and takes them apart again.
+/// Load them with `LoadOrZero`, since a field that the host does not have reads as 0, and store them with `Save`. Of
+/// the structures without names only the sizes are known.
 #pragma once
 
 #include "SokExtShared/SokEDK/Source/edk/records.h"
@@ -42,13 +42,13 @@ struct PageFormat {
 #pragma pack(pop)
 static_assert(sizeof(PageFormat) == 48 && offsetof(PageFormat, pagesDiffer) == 38);
 
-/// The layers' preferences: 'pfLA'.
+/// The layers' preferences.
 template <>
-struct RecordType<LayerPreferences> : Stored<0x70664C41, GlobalKey> {};
+struct RecordType<LayerPreferences> : Stored<FourCharacterTag("pfLA"), GlobalKey> {};
 
-/// The page format: 'pfPF', instance 0 the score's, 1 that of its parts.
+/// The page format, instance 0 the score's, 1 that of its parts.
 template <>
-struct RecordType<PageFormat> : Stored<0x70665046, GlobalKey> {};
+struct RecordType<PageFormat> : Stored<FourCharacterTag("pfPF"), GlobalKey> {};
 
 /// A structure of which only the size is known, in 16-bit words; its key is `{}`.
 template <unsigned int kTag, int kWords>
@@ -60,14 +60,14 @@ struct UnnamedPreferences {
 template <unsigned int kTag, int kWords>
 struct RecordType<UnnamedPreferences<kTag, kWords>> : Stored<kTag, GlobalKey> {};
 
-using DistancePreferences = UnnamedPreferences<0x70664450, 38>;    ///< 'pfDP'
-using SizePreferences = UnnamedPreferences<0x70665349, 27>;        ///< 'pfSI'
-using DocumentPreferences = UnnamedPreferences<0x70664D53, 52>;    ///< 'pfMS': what fits nowhere else
-using RepeatPreferences = UnnamedPreferences<0x70665250, 20>;      ///< 'pfRP'
-using PianoBracePreferences = UnnamedPreferences<0x70665042, 22>;  ///< 'pfPB': 32-bit fields, low word first
-using SmartShapePreferences = UnnamedPreferences<0x70665353, 54>;  ///< 'pfSS'
-using PlaybackPreferences = UnnamedPreferences<0x7066504C, 7>;     ///< 'pfPL'
-using ExtractPreferences = UnnamedPreferences<0x70664558, 25>;     ///< 'pfEX': extracted parts
-using Preferences2005 = UnnamedPreferences<0x70663035, 11>;        ///< 'pf05': what came with the host of 2005
+using DistancePreferences = UnnamedPreferences<FourCharacterTag("pfDP"), 38>;  ///< how far signs stand from each other
+using SizePreferences = UnnamedPreferences<FourCharacterTag("pfSI"), 27>;      ///< sizes of signs
+using DocumentPreferences = UnnamedPreferences<FourCharacterTag("pfMS"), 52>;  ///< what fits nowhere else
+using RepeatPreferences = UnnamedPreferences<FourCharacterTag("pfRP"), 20>;    ///< repeats and endings
+using PianoBracePreferences = UnnamedPreferences<FourCharacterTag("pfPB"), 22>;  ///< 32-bit fields, low word first
+using SmartShapePreferences = UnnamedPreferences<FourCharacterTag("pfSS"), 54>;  ///< smart shapes
+using PlaybackPreferences = UnnamedPreferences<FourCharacterTag("pfPL"), 7>;     ///< playback
+using ExtractPreferences = UnnamedPreferences<FourCharacterTag("pfEX"), 25>;     ///< extracted parts
+using Preferences2005 = UnnamedPreferences<FourCharacterTag("pf05"), 11>;        ///< what came with the host of 2005
 
 }  // namespace edk

@@ -40,28 +40,28 @@ struct ArticulationAssignment {
 static_assert(sizeof(ArticulationAssignment) == 12 && offsetof(ArticulationAssignment, second) == 6);
 
 // clang-format off
-template <> struct RecordType<InstrumentDefinition> : Stored<0x534F4953, OtherKey> {};            // 'SOIS': instrument
-template <> struct RecordType<EDTInstrumentUsed> : Stored<0x534F4975, OtherKey> {};               // 'SOIu': staff list, slot - 1
-template <> struct RecordType<EDTStaffSystemSpec2005> : Stored<0x534F5353, OtherKey> {};          // 'SOSS': staff system
-template <> struct RecordType<EDTGroupSpec> : Stored<0x53444E47, DetailKey> {};                   // 'SDNG': staff list, group
-template <> struct RecordType<EDTMeasureSpec2014> : Stored<0x534F4D53, OtherKey> {};              // 'SOMS': measure
-template <> struct RecordType<EDTScoreExpression2009> : Stored<0x534F4459, OtherKey, 0x0E000000> {};  // 'SODY': measure, place
-template <> struct RecordType<EDTStaffSpec2014> : Stored<0x534F5343, PointKey> {};                // 'SOSC': staff, measure, position
-template <> struct RecordType<EDTEntry> : Stored<0x65746545, EntryKey> {};                        // 'eteE': entry
-template <> struct RecordType<EDTAccidentalMods2012> : Stored<0x45024168, EntryDetailKey> {};     // entry, place
-template <> struct RecordType<EDTSecBeamBreak> : Stored<0x65647342, EntryDetailKey> {};           // 'edsB': entry, place
-template <> struct RecordType<EDTTuplet2005> : Stored<0x45035450, EntryDetailKey> {};             // first entry, place
-template <> struct RecordType<ArticulationAssignment> : Stored<0x6564494D, EntryDetailKey> {};    // 'edIM': entry, place
-template <> struct RecordType<EDTArticulationDefinition2012> : Stored<0x4F044958, OtherKey> {};   // definition
-template <> struct RecordType<EDTChordSuffix2012> : Stored<0x534F4956, OtherKey> {};              // 'SOIV': suffix, place
-template <> struct RecordType<EDTEnclosure> : Stored<0x6F744465, OtherKey> {};                    // 'otDe': enclosure
-template <> struct RecordType<EDTSeparatePlacement> : Stored<0x6F744449, OtherKey> {};            // 'otDI': what is placed, place
-template <> struct RecordType<EDTTextBlock2004> : Stored<0x534F5458, OtherKey> {};                // 'SOTX': text block
-template <> struct RecordType<EDTPageText> : Stored<0x4F027054, OtherKey> {};                     // page text, place
-template <> struct RecordType<EDTMeasureText> : Stored<0x64746D74, DetailKey> {};                 // 'dtmt': the measure and the staff, place
-template <> struct RecordType<EDTCenterShape> : Stored<0x44034378, DetailKey> {};                 // smart shape, centre shape
-template <> struct RecordType<EDTSmartShapeMeasMark> : Stored<0x6F744D78, OtherKey> {};           // 'otMx': measure, place
-template <> struct RecordType<EDTSmartShapeEntMark> : Stored<0x65644578, EntryDetailKey> {};      // 'edEx': entry, place
+template <> struct RecordType<InstrumentDefinition> : Stored<FourCharacterTag("SOIS"), OtherKey> {};  // instrument
+template <> struct RecordType<EDTInstrumentUsed> : Stored<FourCharacterTag("SOIu"), OtherKey> {};  // staff list, slot - 1
+template <> struct RecordType<EDTStaffSystemSpec2005> : Stored<FourCharacterTag("SOSS"), OtherKey> {};  // staff system
+template <> struct RecordType<EDTGroupSpec> : Stored<FourCharacterTag("SDNG"), DetailKey> {};  // staff list, group
+template <> struct RecordType<EDTMeasureSpec2014> : Stored<FourCharacterTag("SOMS"), OtherKey> {};  // measure
+template <> struct RecordType<EDTScoreExpression2009> : Stored<FourCharacterTag("SODY"), OtherKey, 0x0E000000> {};  // measure, place
+template <> struct RecordType<EDTStaffSpec2014> : Stored<FourCharacterTag("SOSC"), PointKey> {};  // staff, measure, position
+template <> struct RecordType<EDTEntry> : Stored<FourCharacterTag("eteE"), EntryKey> {};  // entry
+template <> struct RecordType<EDTAccidentalMods2012> : Stored<0x45024168, EntryDetailKey> {};  // entry, place
+template <> struct RecordType<EDTSecBeamBreak> : Stored<FourCharacterTag("edsB"), EntryDetailKey> {};  // entry, place
+template <> struct RecordType<EDTTuplet2005> : Stored<0x45035450, EntryDetailKey> {};  // first entry, place
+template <> struct RecordType<ArticulationAssignment> : Stored<FourCharacterTag("edIM"), EntryDetailKey> {};  // entry, place
+template <> struct RecordType<EDTArticulationDefinition2012> : Stored<0x4F044958, OtherKey> {};  // definition
+template <> struct RecordType<EDTChordSuffix2012> : Stored<FourCharacterTag("SOIV"), OtherKey> {};  // suffix, place
+template <> struct RecordType<EDTEnclosure> : Stored<FourCharacterTag("otDe"), OtherKey> {};  // enclosure
+template <> struct RecordType<EDTSeparatePlacement> : Stored<FourCharacterTag("otDI"), OtherKey> {};  // what is placed, place
+template <> struct RecordType<EDTTextBlock2004> : Stored<FourCharacterTag("SOTX"), OtherKey> {};  // text block
+template <> struct RecordType<EDTPageText> : Stored<0x4F027054, OtherKey> {};  // page text, place
+template <> struct RecordType<EDTMeasureText> : Stored<FourCharacterTag("dtmt"), DetailKey> {};  // the measure and the staff, place
+template <> struct RecordType<EDTCenterShape> : Stored<0x44034378, DetailKey> {};  // smart shape, centre shape
+template <> struct RecordType<EDTSmartShapeMeasMark> : Stored<FourCharacterTag("otMx"), OtherKey> {};  // measure, place
+template <> struct RecordType<EDTSmartShapeEntMark> : Stored<FourCharacterTag("edEx"), EntryDetailKey> {};  // entry, place
 // clang-format on
 
 }  // namespace edk

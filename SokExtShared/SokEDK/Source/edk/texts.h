@@ -5,7 +5,9 @@
 /// comes out empty.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "SokExtShared/LIB/PORTABLE/string_resources.h"
 #include "SokExtShared/LIB/strings/eu16string.h"
@@ -26,6 +28,14 @@ enum class Carets { kKeep, kStrip };
 inline eu16string Copy(const unsigned short* text) {
   eu16string copy;
   if (text != nullptr) copy.assign(text);
+  return copy;
+}
+
+/// A copy of a record's text, which need not be terminated when it fills its field.
+template <std::size_t size>
+eu16string CopyField(const unsigned short (&text)[size]) {
+  eu16string copy;
+  copy.assign(text, std::find(std::begin(text), std::end(text), 0));
   return copy;
 }
 
