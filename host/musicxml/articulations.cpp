@@ -27,27 +27,18 @@ const char* ElementOf(const Document& document, short definition) {
 
 }  // namespace
 
-std::optional<std::vector<AddedArticulations>> FindArticulations(const Document& document, std::vector<EXENTRY> before,
-                                                                 const std::vector<EXENTRY>& after) {
-  if (before.size() != after.size()) return std::nullopt;
-  std::vector<AddedArticulations> added;
-  for (std::size_t i = 0; i < after.size(); ++i) {
-    const bool marked = (after[i].flags & ~before[i].flags & kEntryHasArticulations) != 0;
-    if (marked) before[i].flags |= kEntryHasArticulations;
-    if (!SameMusic(before[i], after[i])) return std::nullopt;
-    if (!marked) continue;
-    EDataID id{};
-    id.entryDetail.entryNum = after[i].number;
-    AddedArticulations& signs = added.emplace_back(AddedArticulations{i, {}});
-    short definition = 0;
-    for (int size = sizeof definition; document.records.Load(kAssignmentTag, id, &definition, &size);
-         size = sizeof definition, ++id.entryDetail.subIndex) {
-      const char* element = ElementOf(document, definition);
-      if (element == nullptr) return std::nullopt;
-      signs.elements.emplace_back(element);
-    }
+std::optional<std::vector<std::string>> ArticulationsOn(const Document& document, int entry) {
+  std::vector<std::string> elements;
+  EDataID id{};
+  id.entryDetail.entryNum = entry;
+  short definition = 0;
+  for (int size = sizeof definition; document.records.Load(kAssignmentTag, id, &definition, &size);
+       size = sizeof definition, ++id.entryDetail.subIndex) {
+    const char* element = ElementOf(document, definition);
+    if (element == nullptr) return std::nullopt;
+    elements.emplace_back(element);
   }
-  return added;
+  return elements;
 }
 
 }  // namespace sok

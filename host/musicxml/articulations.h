@@ -13,14 +13,7 @@ namespace sok {
 inline constexpr unsigned int kAssignmentTag = 0x6564494D;  // 'edIM': 12 bytes, the definition's number first
 inline constexpr unsigned int kDefinitionTag = 0x4F044958;  // 60 bytes, its character in the music font first
 
-struct AddedArticulations {
-  std::size_t entry = 0;              // index in the frame
-  std::vector<std::string> elements;  // "accent" …
-};
-
-// The difference between two frames when it is nothing but articulations; none when there is another one, or when an
-// articulation is not one that MusicXML has.
-std::optional<std::vector<AddedArticulations>> FindArticulations(const Document& document, std::vector<EXENTRY> before,
-                                                                 const std::vector<EXENTRY>& after);
+// The elements of the articulations on an entry; none when one of them is not among those that MusicXML has.
+std::optional<std::vector<std::string>> ArticulationsOn(const Document& document, int entry);
 
 }  // namespace sok

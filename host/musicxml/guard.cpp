@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <tuple>
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
 #include "host/musicxml/markup.h"
@@ -16,9 +17,11 @@ struct Trace {
   int staff;
   std::uint64_t fingerprint;
   std::uint32_t entries;
-  bool full_rest;  // the first entry is a rest that may last the whole measure
-  auto operator<=>(const Trace&) const = default;
+  bool full_rest;      // the first entry is a rest that may last the whole measure
+  std::uint32_t cell;  // index in Part::cells
 };
+
+bool operator<(const Trace& a, const Trace& b) { return std::tie(a.voice, a.staff) < std::tie(b.voice, b.staff); }
 
 std::vector<Trace> TracesOf(const Model& model, const Part& part, const Cell& cell) {
   std::vector<Trace> traces;
@@ -28,25 +31,58 @@ std::vector<Trace> TracesOf(const Model& model, const Part& part, const Cell& ce
     const Entry& first = model.entries[voice.first_entry];
     const bool marked = (first.flags & (kBarRest | kUntyped)) != 0 || first.duration == kWholeRestDuration;
     const bool full_rest = marked && (first.flags & kRest) != 0;
-    traces.push_back({owner.name, owner.key_staff, voice.fingerprint, voice.entries, full_rest});
+    traces.push_back({owner.name, owner.key_staff, voice.fingerprint, voice.entries, full_rest, cell.first_voice + i});
   }
   std::sort(traces.begin(), traces.end());
   return traces;
 }
 
-bool TakeOut(const VoiceChange& change, std::vector<Trace>& traces, bool is_full_rest) {
-  const auto at = std::find_if(traces.begin(), traces.end(), [&](const Trace& trace) {
-    return trace.voice == change.voice && trace.staff == change.staff;
-  });
-  if (at == traces.end() || (is_full_rest && (at->entries != 1 || !at->full_rest))) return false;
-  traces.erase(at);
+std::vector<Trace>::iterator Find(const VoiceChange& change, std::vector<Trace>& traces) {
+  return std::find_if(traces.begin(), traces.end(),
+                      [&](const Trace& trace) { return trace.voice == change.voice && trace.staff == change.staff; });
+}
+
+// Whether an entry that was read again is the one that was saved.
+bool IsSaved(const Model& model, const Entry& entry, const EXENTRY& saved, bool lone) {
+  const bool rest = (entry.flags & kRest) != 0;
+  if (rest == ((saved.flags & kEntryIsNote) != 0)) return false;
+  const bool whole = rest && lone && saved.duration == kWholeRestDuration;
+  if (whole ? (entry.flags & (kBarRest | kUntyped)) == 0 && entry.duration != saved.duration
+            : entry.duration != saved.duration)
+    return false;
+  if (rest) return true;
+  if (entry.notes != saved.noteCount) return false;
+  for (int i = 0; i < saved.noteCount; ++i) {
+    const Pitch& pitch = model.pitches[entry.pitch + static_cast<std::uint32_t>(i)];
+    if (pitch.step != saved.notes[i].first || pitch.alter != saved.notes[i].second) return false;
+  }
+  return true;
+}
+
+bool IsAsSaved(const Model& again, const VoiceChange& change, const Trace& trace) {
+  if (change.entries.empty()) return trace.entries == 1 && trace.full_rest;
+  const VoiceCell& voice = again.parts[0].cells[trace.cell];
+  if (voice.entries != change.entries.size() || (change.home != 0 && voice.home != change.home)) return false;
+  for (std::uint32_t i = 0; i < voice.entries; ++i) {
+    if (!IsSaved(again, again.entries[voice.first_entry + i], change.entries[i], voice.entries == 1)) return false;
+  }
   return true;
 }
 
 // Takes the voices that were to go out of `before` and those that were to come out of `after`; false when one of them
 // is not there, or is not what was to come.
-bool TakeNamed(const VoiceChange& change, std::vector<Trace>& before, std::vector<Trace>& after) {
-  return (!change.was || TakeOut(change, before, false)) && (!change.is || TakeOut(change, after, true));
+bool TakeNamed(const Model& again, const VoiceChange& change, std::vector<Trace>& before, std::vector<Trace>& after) {
+  if (change.was) {
+    const auto at = Find(change, before);
+    if (at == before.end()) return false;
+    before.erase(at);
+  }
+  if (change.is) {
+    const auto at = Find(change, after);
+    if (at == after.end() || !IsAsSaved(again, change, *at)) return false;
+    after.erase(at);
+  }
+  return true;
 }
 
 bool SameBeside(const Model& model, const Part& part, const Cell& cell, std::string_view patched,
@@ -60,10 +96,16 @@ bool SameBeside(const Model& model, const Part& part, const Cell& cell, std::str
   const Cell& is = again.parts[0].measures[0];
   std::vector<Trace> before = TracesOf(model, part, cell);
   std::vector<Trace> after = TracesOf(again, again.parts[0], is);
+  bool relaid = false;  // then what stands among the notes moves with them
   for (const VoiceChange* change : voices) {
-    if (!TakeNamed(*change, before, after)) return false;
+    if (!TakeNamed(again, *change, before, after)) return false;
+    relaid = relaid || change->home != 0;
   }
-  return before == after && cell.fingerprint == is.fingerprint;
+  const auto same = [](const Trace& a, const Trace& b) {
+    return a.voice == b.voice && a.staff == b.staff && a.fingerprint == b.fingerprint && a.entries == b.entries;
+  };
+  return std::equal(before.begin(), before.end(), after.begin(), after.end(), same) && cell.names == is.names &&
+         (relaid || cell.fingerprint == is.fingerprint);
 }
 
 }  // namespace

@@ -160,23 +160,6 @@ void MeasurePatch::Show(const EntryRange& voice) {
   }
 }
 
-void MeasurePatch::Articulate(int entry, const std::vector<std::string>& articulations) {
-  const auto piece =
-      std::find_if(pieces_.begin(), pieces_.end(), [&](const Piece& p) { return p.entry == entry && !p.chord; });
-  if (piece == pieces_.end()) return;
-  ElementText note(TextOf(*piece));
-  ElementText notations(note.Has("notations") ? note.Child("notations") : "<notations/>");
-  ElementText signs(notations.Has("articulations") ? notations.Child("articulations") : "<articulations/>");
-  const std::string before = signs.text();
-  for (const std::string& articulation : articulations) {
-    if (!signs.Has(articulation)) signs.Insert("<" + articulation + "/>");
-  }
-  if (signs.text() == before) return;
-  notations.Has("articulations") ? notations.Replace("articulations", signs.text()) : notations.Insert(signs.text());
-  note.Has("notations") ? note.Replace("notations", notations.text()) : note.Insert(notations.text(), kNoteOrder);
-  piece->text = note.text();
-}
-
 std::vector<std::string> MeasurePatch::Attached(const EntryRange& voice) const {
   std::vector<std::string> names;
   const auto add = [&](const char* name) {
@@ -247,18 +230,18 @@ std::size_t MeasurePatch::WaitingForward(const NewRest& rest) const {
 
 // In front of the first note of a lower staff, as scores are written, but behind the notes of the staff itself and of
 // upper ones. Only where the measure is at its start.
-std::size_t MeasurePatch::BeforeLowerStaves(const NewRest& rest) const {
+std::size_t MeasurePatch::BeforeLowerStaves(int staff) const {
   std::size_t own_end = 0;
   std::size_t next = kNone;  // note of a lower staff
   for (std::size_t i = 0; i < pieces_.size(); ++i) {
     const Piece& piece = pieces_[i];
     if (piece.gone || piece.kind != ItemKind::kNote) continue;
-    const bool lower = piece.item != nullptr && piece.item->staff > rest.staff;
+    const bool lower = piece.item != nullptr && piece.item->staff > staff;
     if (!lower) own_end = i + 1;
     if (!lower) next = kNone;
     if (lower && next == kNone) next = i;
   }
-  if (rest.staff == 0 || next == kNone) return kNone;
+  if (staff == 0 || next == kNone) return kNone;
   for (std::size_t i = own_end; i <= next; ++i) {
     const Piece& piece = pieces_[i];
     const bool starts = own_end == 0 ? piece.MovesCursor() && !piece.gone : i > own_end && pieces_[i - 1].MovesCursor();
@@ -274,6 +257,11 @@ std::size_t MeasurePatch::EndOfMeasure() const {
   std::size_t at = pieces_.size();
   while (at > 0 && IsRightBarline(pieces_[at - 1].item)) --at;
   return at;
+}
+
+std::size_t MeasurePatch::PlaceOfNewVoice(int staff) const {
+  const std::size_t place = BeforeLowerStaves(staff);
+  return place != kNone ? place : EndOfMeasure();
 }
 
 void MeasurePatch::InsertAtStart(std::size_t index, const NewRest& rest) {
@@ -306,7 +294,7 @@ std::vector<std::string> MeasurePatch::RestParts(const NewRest& rest, const std:
 
 void MeasurePatch::Insert(const NewRest& rest) {
   std::size_t place = rest.own_voice ? kNone : WaitingForward(rest);
-  if (place == kNone) place = BeforeLowerStaves(rest);
+  if (place == kNone) place = BeforeLowerStaves(rest.staff);
   place != kNone ? InsertAtStart(place, rest) : InsertAtEnd(rest);
   Walk();
 }

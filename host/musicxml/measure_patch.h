@@ -5,12 +5,14 @@
 // what was put in gives the text of before, byte for byte.
 #pragma once
 
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/musicxml/note_style.h"
+#include "host/musicxml/note_text.h"
 #include "host/musicxml/open_measure.h"
 
 namespace sok {
@@ -40,6 +42,29 @@ struct EntryRange {
   bool Holds(int entry) const { return entry >= first && entry < end; }
 };
 
+// One entry of a voice as it is to be written. Without a source it is new.
+struct PlannedEntry {
+  EXENTRY entry{};
+  int source = 0;                          // number of the entry whose text it takes; 0: none
+  WrittenEntry from;                       // of an entry that comes from elsewhere
+  bool whole = false;                      // lasts the whole measure
+  std::vector<std::string> articulations;  // that come to it, as names of elements
+};
+
+// All entries of one voice of the measure.
+struct VoicePlan {
+  const Change* change = nullptr;
+  std::string voice;  // empty: none is written
+  int key_staff = 0;  // of a voice without a name
+  int home = 1;       // the staff that its new notes stand on
+  int staff = 0;      // the same when staves are written, else 0
+  EntryRange before;  // those that it had
+  std::vector<PlannedEntry> entries;
+};
+
+// Takes one end of a tie from a note.
+void UntieText(std::string& text, TieEnd end);
+
 class MeasurePatch {
  public:
   // Text and style must outlive the patch.
@@ -48,9 +73,15 @@ class MeasurePatch {
   // Takes out all notes of the voices.
   void Remove(const std::vector<EntryRange>& voices);
   void Insert(const NewRest& rest);
+  // Gives a voice the entries of a plan. Those that it had and that did not change keep their bytes. After the last one
+  // Settle() lays the moves anew where time has changed. Both throw EntryRefused.
+  void Relay(const VoicePlan& plan);
+  void Settle();
+  // The text of an entry, as it stands.
+  WrittenEntry SourceOf(int entry) const;
+  // Takes an end of a tie from the notes of an entry.
+  void Untie(int entry, std::size_t note, TieEnd end);
   void Show(const EntryRange& voice);  // a hidden rest is printed again
-  // Gives articulations (names of elements) to an entry; those that it has already are passed over.
-  void Articulate(int entry, const std::vector<std::string>& articulations);
   // What hangs on the voice's notes beside the notes themselves, by element name; "fermata" first.
   std::vector<std::string> Attached(const EntryRange& voice) const;
   // Puts the fermatas of the voice's notes on the right barline, where it has none of their kind yet.
@@ -64,7 +95,11 @@ class MeasurePatch {
   struct Piece {
     ItemKind kind = ItemKind::kStanding;
     const Item* item = nullptr;  // null: added
-    int entry = 0;               // number of a note's entry
+    int entry = 0;               // number of a note's entry, while it stands where it was
+    NoteText note;               // what it is now, where it was written
+    bool written = false;        // `note` says what it is
+    bool relaid = false;         // of a voice that was relaid
+    Fraction target;             // where an entry that was relaid is to begin
     bool chord = false;
     bool gone = false;
     std::string text;  // an added piece's, or what another one becomes
@@ -88,7 +123,7 @@ class MeasurePatch {
   enum class Group { kBetweenMoves, kAndBack, kBackAnd };
   bool RemoveGroup(std::size_t index, Group group);
   std::size_t WaitingForward(const NewRest& rest) const;
-  std::size_t BeforeLowerStaves(const NewRest& rest) const;
+  std::size_t BeforeLowerStaves(int staff) const;
   std::size_t EndOfMeasure() const;
   void InsertAtStart(std::size_t index, const NewRest& rest);
   void InsertAtEnd(const NewRest& rest);
@@ -99,6 +134,34 @@ class MeasurePatch {
   void Add(std::size_t index, ItemKind kind, const Fraction& length, const std::string& name,
            const std::vector<std::string>& children);
   void AddMove(std::size_t index, const Fraction& from, const Fraction& to);
+
+  // Relaying: see measure_relay.cpp.
+  struct Relaid;
+  struct Sounding;
+  using Additions = std::vector<std::vector<Piece>>;  // by the piece that they stand in front of
+  static constexpr int kNoAccidental = 100;
+  Relaid MatchHeads(const VoicePlan& plan);
+  EntryTarget TargetOf(const VoicePlan& plan, const PlannedEntry& planned, const Fraction& divisions, Fraction& length,
+                       Fraction& finer) const;
+  void WriteInPlace(std::size_t head, const PlannedEntry& planned, const std::vector<NoteText>& notes,
+                    Additions& added);
+  Piece AddedNote(const NoteText& note, std::size_t at, bool chord) const;
+  Piece AddedDivisions(const Fraction& divisions, std::size_t at) const;
+  std::size_t ChordEnd(std::size_t head) const;
+  std::size_t NthNote(std::size_t head, std::size_t end, int n) const;
+  std::size_t PlaceOfNewVoice(int staff) const;
+  void MendGroups(const VoicePlan& plan, const Relaid& old);
+  void Merge(Additions added);
+  bool InRelaidStream(std::size_t index) const;
+  bool IsGapOfRelaid(std::size_t index) const;
+  const Fraction* PlaceNeeded(std::size_t index) const;
+  void LayMove(std::vector<Piece>& laid, std::size_t owed, const Fraction& from, const Fraction& to);
+  void LayMoves();
+  void JoinDivisions();
+  int Fifths() const;
+  std::map<std::size_t, int> Implied(std::vector<Sounding> notes) const;
+  void MendAccidentals();
+  void ShowAccidental(Piece& piece, int alter) const;
   std::string Added() const;
   bool NothingLeft() const;
 

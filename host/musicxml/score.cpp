@@ -140,7 +140,9 @@ std::vector<Change> Score::Changes() const {
   for (Change& change : changes) {
     const Cell* cell = impl_->model.CellOf(change.slot, change.measure);
     if (cell != nullptr) change.line = impl_->lines->LineOf(cell->offset);
-    if (change.kind == ChangeKind::kCleared) change.lost = AttachedTo(impl_->model, impl_->text, change);
+    if (change.kind != ChangeKind::kFilled) {
+      change.lost = AttachedTo(impl_->model, impl_->document, impl_->text, change);
+    }
   }
   return changes;
 }

@@ -5,38 +5,69 @@
 #include <set>
 
 #include "host/musicxml/articulations.h"
+#include "host/musicxml/frame_plans.h"
 #include "host/musicxml/frames.h"
 #include "host/musicxml/measure_patch.h"
 
 namespace sok {
 namespace {
 
+constexpr std::size_t kMostRefusals = 100;  // that are named
+
 class Writer {
  public:
-  Writer(const Model& model, const Document& document, std::string_view text, const WriteOptions& options,
-         std::vector<VoiceChange>& voices)
-      : model_(model),
+  Writer(const Model& model, const Document& document, std::string_view text, const std::vector<Change>& changes,
+         const WriteOptions& options, std::vector<VoiceChange>& voices)
+      : plans_(model, document, changes),
+        model_(model),
         document_(document),
         text_(text),
         options_(options),
         voices_(voices),
         style_(NoteStyle::Of(text, model.first_note)) {}
 
-  // All changes of one measure of one part.
-  void Apply(const std::vector<const Change*>& changes) {
-    const Change& first = *changes.front();
-    MeasurePatch patch(model_, text_, model_.StaffAt(first.slot).part, first.measure, style_);
+  // All measures of parts that change, or have a note tied to one that does: part, measure.
+  using Measures = std::map<std::pair<int, short>, std::vector<const Change*>>;
+  Measures MeasuresOf(const std::vector<Change>& changes) const {
+    Measures measures;
+    for (const Change& change : changes) {
+      CellOf(change);
+      measures[{model_.StaffAt(change.slot).part, change.measure}].push_back(&change);
+    }
+    const ModelFrames frames(model_);
+    for (const auto& [entry, ends] : plans_.LooseEnds()) {
+      const FramePlace place = frames.Find(entry)->place;
+      measures[{model_.StaffAt(place.instrument).part, place.measure}];
+    }
+    return measures;
+  }
+
+  // All changes of one measure of one part, by slot.
+  void Apply(int part, short measure, const std::vector<const Change*>& changes) {
+    MeasurePatch patch(model_, text_, part, measure, style_);
     std::vector<EntryRange> gone;
+    std::vector<VoicePlan> relaid;
     voices_given_.clear();
+    voices_.push_back({part, measure, {}, 0, false, false, {}, 0});
+    Untie(patch, part, measure);
     for (const Change* change : changes) {
-      if (change->kind == ChangeKind::kOther) Articulate(patch, *change);
+      if (change->kind == ChangeKind::kOther) Attempt(*change, [&] { Plan(patch, *change, relaid); });
       if (change->kind == ChangeKind::kCleared) Clear(patch, *change, gone);
     }
+    for (const VoicePlan& plan : relaid) Attempt(*plan.change, [&] { patch.Relay(plan); });
+    if (!relaid.empty()) Attempt(*relaid.front().change, [&] { patch.Settle(); });
     patch.Remove(gone);
-    for (const Change* change : changes) {  // by slot
+    for (const Change* change : changes) {
       if (change->kind == ChangeKind::kFilled) Fill(patch, *change);
     }
     for (Splice& splice : patch.Splices()) splices_.push_back(std::move(splice));
+  }
+
+  // Every change that cannot be written is named before nothing is.
+  void ThrowRefusals() const {
+    std::string all;
+    for (const std::string& refusal : refusals_) all += (all.empty() ? "" : "\n") + refusal;
+    if (!refusals_.empty()) throw WriteError(refused_at_, all);
   }
 
   const Cell& CellOf(const Change& change) const {
@@ -71,24 +102,106 @@ class Writer {
 
  private:
   VoiceChange& NameVoice(const Change& change, const std::string& voice, int staff) {
-    return voices_.emplace_back(VoiceChange{model_.StaffAt(change.slot).part, change.measure, voice, staff, {}, {}});
+    return voices_.emplace_back(
+        VoiceChange{model_.StaffAt(change.slot).part, change.measure, voice, staff, false, false, {}, 0});
   }
 
-  void Articulate(MeasurePatch& patch, const Change& change) {
-    const FramePlace place{change.slot, change.measure, change.layer};
-    const ModelFrames frames(model_);
-    std::vector<EXENTRY> before(static_cast<std::size_t>(frames.Count(place)));
-    if (!before.empty()) frames.Fill(place, before.data());
-    const std::vector<EXENTRY> after = document_.Entries(place);
-    const auto added = FindArticulations(document_, std::move(before), after);
-    if (!added) {
-      throw WriteError(CellOf(change).offset,
-                       Place(change) +
-                           ": its entries were changed in a way that cannot be written; only whole-measure rests "
-                           "that come, layers that are emptied and common articulations can");
+  template <typename Work>
+  void Attempt(const Change& change, Work work) try {
+    work();
+  } catch (const EntryRefused& refused) {
+    if (refusals_.empty()) refused_at_ = CellOf(change).offset;
+    if (refusals_.size() < kMostRefusals) refusals_.push_back(Place(change) + ": " + refused.what());
+  }
+
+  // Entries in frames that did not change lose the ends of ties to those that did.
+  void Untie(MeasurePatch& patch, int part, short measure) const {
+    const Part& owner = model_.parts[static_cast<std::size_t>(part)];
+    const Cell& cell = owner.measures[static_cast<std::size_t>(measure - 1)];
+    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
+      const EntryRange range = EntryRange::Of(owner.cells[i]);
+      const auto& ends = plans_.LooseEnds();
+      for (auto at = ends.lower_bound(range.first); at != ends.end() && range.Holds(at->first); ++at) {
+        for (const LooseEnd& end : at->second) patch.Untie(at->first, end.note, end.end);
+      }
     }
-    for (const AddedArticulations& signs : *added) patch.Articulate(after[signs.entry].number, signs.elements);
-    NameVoice(change, {}, 0);
+  }
+
+  // The text of an entry that was read, wherever it stands, without ends of ties that hold no more.
+  WrittenEntry TextOf(const MeasurePatch& patch, const Change& change, int number) {
+    const ModelFrames frames(model_);
+    const FramePlace origin = frames.Find(number)->place;
+    const int part = model_.StaffAt(origin.instrument).part;
+    WrittenEntry written;
+    if (part == model_.StaffAt(change.slot).part && origin.measure == change.measure) {
+      written = patch.SourceOf(number);
+    } else {
+      MeasurePatch other(model_, text_, part, origin.measure, style_);
+      Untie(other, part, origin.measure);
+      written = other.SourceOf(number);
+    }
+    written.entry = plans_.Before(number);
+    model_.ForEachVoice(origin.instrument, origin.measure, origin.layer, [&](const Voice&, const VoiceCell& voice) {
+      if (EntryRange::Of(voice).Holds(number)) written.whole = model_.IsWholeRest(voice, origin.measure);
+    });
+    return written;
+  }
+
+  PlannedEntry PlanEntry(const MeasurePatch& patch, const Change& change, const EXENTRY& entry, bool lone) {
+    constexpr unsigned int kKnown =
+        kEntryLegal | kEntryIsNote | kEntryHasRestNote | kEntryHasArticulations | kEntryRestPlaced;
+    PlannedEntry planned;
+    planned.entry = entry;
+    planned.source = plans_.SourceOf({change.slot, change.measure, change.layer}, entry);
+    planned.whole = lone && (entry.flags & kEntryIsNote) == 0 && entry.duration == kWholeRestDuration;
+    if (planned.source != 0) planned.from = TextOf(patch, change, planned.source);
+    if (((entry.flags ^ planned.from.entry.flags) & ~kKnown) != 0) {
+      throw EntryRefused("entry " + std::to_string(entry.number) + " has flags that no score can hold");
+    }
+    if (entry.duration == 0) throw EntryRefused("entry " + std::to_string(entry.number) + " has no duration");
+    if ((entry.flags & ~planned.from.entry.flags & kEntryHasArticulations) == 0) return planned;
+    const auto signs = ArticulationsOn(document_, entry.number);
+    if (!signs) throw EntryRefused("entry " + std::to_string(entry.number) + " has an articulation without a name");
+    planned.articulations = *signs;
+    return planned;
+  }
+
+  // The voices of the layer, each with the entries that are now its own: those that it had, and what follows them.
+  void Plan(const MeasurePatch& patch, const Change& change, std::vector<VoicePlan>& plans) {
+    const std::size_t first = plans.size();
+    const int staff = model_.StaffOf(change.slot);
+    VoicePlan plan;
+    plan.change = &change;
+    plan.home = staff;
+    plan.staff = model_.PartOf(change.slot).staves > 1 ? staff : 0;
+    model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
+      plan.voice = owner.name;
+      plan.key_staff = owner.key_staff;
+      plan.before = EntryRange::Of(voice);
+      plans.push_back(plan);
+    });
+    if (plans.size() == first) {
+      plan.voice = VoiceForLayer(change);
+      plan.key_staff = plan.voice.empty() ? staff : 0;
+      voices_given_.insert(plan.voice);
+      plans.push_back(plan);
+    }
+    std::size_t at = first;
+    const std::vector<EXENTRY>& after = plans_.After({change.slot, change.measure, change.layer});
+    for (const EXENTRY& entry : after) {
+      PlannedEntry planned = PlanEntry(patch, change, entry, after.size() == 1);
+      for (std::size_t i = first; i < plans.size(); ++i) {
+        if (plans[i].before.Holds(planned.source)) at = i;
+      }
+      plans[at].entries.push_back(std::move(planned));
+    }
+    for (std::size_t i = first; i < plans.size(); ++i) {
+      VoiceChange& named = NameVoice(change, plans[i].voice, plans[i].key_staff);
+      named.was = plans[i].before.first != 0;
+      named.is = !plans[i].entries.empty();
+      named.home = staff;
+      for (const PlannedEntry& planned : plans[i].entries) named.entries.push_back(planned.entry);
+    }
   }
 
   void Clear(MeasurePatch& patch, const Change& change, std::vector<EntryRange>& gone) {
@@ -152,6 +265,19 @@ class Writer {
     return Remembered(extra_voices_, change.slot);
   }
 
+  // A voice for entries that come to a layer without any.
+  std::string VoiceForLayer(const Change& change) {
+    if (change.layer == 0) return VoiceFor(change);
+    const Part& part = model_.PartOf(change.slot);
+    const Cell& cell = CellOf(change);
+    for (const Voice& voice : part.voices) {
+      const VoiceHome* home = voice.HomeOn(model_.StaffOf(change.slot));
+      const bool its = home != nullptr && home->layer == change.layer && !home->surplus && !voice.name.empty();
+      if (its && !IsUsed(cell, part, voice)) return voice.name;
+    }
+    return Remembered(layer_voices_[change.layer], change.slot);
+  }
+
   // The voices of a staff's other layers, by layer.
   std::vector<const Voice*> OthersOf(short slot) const {
     const int staff = model_.StaffOf(slot);
@@ -188,6 +314,7 @@ class Writer {
     return *taken.insert(std::to_string(number)).first;
   }
 
+  FramePlans plans_;
   const Model& model_;
   const Document& document_;
   std::string_view text_;
@@ -198,34 +325,44 @@ class Writer {
   std::set<std::string> voices_given_;       // to new rests of the measure at hand
   std::map<short, std::string> new_voices_;  // by slot
   std::map<short, std::string> extra_voices_;
+  std::map<short, std::map<short, std::string>> layer_voices_;  // by layer
+  std::vector<std::string> refusals_;
+  std::size_t refused_at_ = 0;
   std::map<int, std::set<std::string>> taken_;  // by part: names given to new voices
 };
 
 }  // namespace
 
-std::vector<std::string> AttachedTo(const Model& model, std::string_view text, const Change& change) {
+std::vector<std::string> AttachedTo(const Model& model, const Document& document, std::string_view text,
+                                    const Change& change) {
   std::vector<std::string> names;
-  const Cell* cell = model.CellOf(change.slot, change.measure);
-  if (cell == nullptr) return names;
-  const NoteStyle style;
-  const MeasurePatch patch(model, text, model.StaffAt(change.slot).part, change.measure, style);
+  std::vector<EntryRange> gone;
   model.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice&, const VoiceCell& voice) {
     if (model.IsLeftOut(voice, change.measure)) return;
-    for (std::string& name : patch.Attached(EntryRange::Of(voice))) names.push_back(std::move(name));
+    const EntryRange range = EntryRange::Of(voice);
+    for (int number = range.first; number < range.end; ++number) {
+      if (!document.FindEntry(number)) gone.push_back({number, number + 1});
+    }
   });
+  if (gone.empty()) return names;
+  const NoteStyle style;
+  const MeasurePatch patch(model, text, model.StaffAt(change.slot).part, change.measure, style);
+  for (const EntryRange& entry : gone) {
+    for (std::string& name : patch.Attached(entry)) {
+      if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(std::move(name));
+    }
+  }
   return names;
 }
 
 std::string PatchText(const Model& model, const Document& document, std::string_view text,
                       const std::vector<Change>& changes, const WriteOptions& options,
                       std::vector<VoiceChange>& voices) {
-  Writer writer(model, document, text, options, voices);
-  std::map<std::size_t, std::vector<const Change*>> by_cell;
-  for (const Change& change : changes) {
-    const Cell& cell = writer.CellOf(change);
-    by_cell[cell.offset].push_back(&change);
+  Writer writer(model, document, text, changes, options, voices);
+  for (const auto& [place, of_measure] : writer.MeasuresOf(changes)) {
+    writer.Apply(place.first, place.second, of_measure);
   }
-  for (const auto& [offset, cell_changes] : by_cell) writer.Apply(cell_changes);
+  writer.ThrowRefusals();
   return writer.Result();
 }
 

@@ -21,13 +21,16 @@ struct VoiceChange {
   int part = 0;
   short measure = 0;  // from 1
   std::string voice;
-  int staff = 0;     // of a voice without a name
-  bool was = false;  // there when the score was read
-  bool is = false;   // there now: one whole-measure rest
+  int staff = 0;                 // of a voice without a name
+  bool was = false;              // there when the score was read
+  bool is = false;               // there now
+  std::vector<EXENTRY> entries;  // what is there now; none: one whole-measure rest
+  int home = 0;                  // the staff that they live on; 0: whichever
 };
 
-// What hangs on a layer's notes beside the notes, by element name.
-std::vector<std::string> AttachedTo(const Model& model, std::string_view text, const Change& change);
+// What hung on the layer's notes that are gone, beside the notes, by element name.
+std::vector<std::string> AttachedTo(const Model& model, const Document& document, std::string_view text,
+                                    const Change& change);
 
 // The text with the changes spliced in, and what they are in terms of voices. Throws WriteError.
 std::string PatchText(const Model& model, const Document& document, std::string_view text,
