@@ -131,19 +131,48 @@ bool Document::SetEntries(const FramePlace& place, std::vector<EXENTRY> entries)
     if (entry.noteCount < 0 || entry.noteCount > kNoteSlots) return false;
   }
   const std::uint64_t packed = Packed(place);
+  const std::vector<EXENTRY> left = waiting_.empty() ? std::vector<EXENTRY>() : Entries(place);
   if (const auto* const before = FindSet(place)) {
     for (const EXENTRY& entry : *before) number_places_.erase(static_cast<int>(entry.number));
   }
   set_frames_[packed].clear();  // from here on the source's entries of this place no longer count
   for (EXENTRY& entry : entries) {
-    int number = entry.number;
-    if (number <= 0 || FindEntry(number)) number = NewEntryNumber();
-    last_entry_number_ = std::max(last_entry_number_, number);
-    number_places_[number] = packed;
-    entry.number = number;
+    entry.number = NumberFor(entry.number);
+    last_entry_number_ = std::max(last_entry_number_, static_cast<int>(entry.number));
+    number_places_[entry.number] = packed;
   }
   set_frames_[packed] = std::move(entries);
+  for (const EXENTRY& entry : left) GiveBackNumber(entry.number);
   return true;
+}
+
+// An entry that stands elsewhere, too, gets a number of its own, for as long as it does.
+int Document::NumberFor(int wanted) {
+  const auto stand_in = stand_ins_.find(wanted);
+  const int own = stand_in == stand_ins_.end() ? wanted : stand_in->second;
+  if (own > 0 && !FindEntry(own)) return own;
+  if (wanted > 0 && !FindEntry(wanted)) return wanted;
+  const int number = NewEntryNumber();
+  if (own > 0) {
+    stand_ins_[number] = own;
+    waiting_[own] = number;
+  }
+  return number;
+}
+
+// An entry whose own number is free now has moved, not been copied: it has it back.
+void Document::GiveBackNumber(int own) {
+  const auto waiting = waiting_.find(own);
+  if (waiting == waiting_.end() || FindEntry(own)) return;
+  const auto at = number_places_.find(waiting->second);
+  if (at != number_places_.end()) {
+    for (EXENTRY& entry : set_frames_.at(at->second)) {
+      if (entry.number == waiting->second) entry.number = own;
+    }
+    number_places_[own] = at->second;
+    number_places_.erase(waiting->second);
+  }
+  waiting_.erase(waiting);
 }
 
 void Document::ForEachSetFrame(const FrameVisitor& visit) const {

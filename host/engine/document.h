@@ -93,8 +93,9 @@ class Document {
   short EntryCount(const FramePlace& place) const;
   void CopyEntries(const FramePlace& place, EXENTRY* entries) const;  // EntryCount() of them
 
-  // Replaces the entries of a frame. An entry whose number is 0 or less, or belongs to another entry of the document,
-  // gets a new number. False for a place that does not exist, more than 32767 entries, or a note count outside 0 to 12.
+  // Replaces the entries of a frame. An entry whose number is 0 or less gets a new number, and so does one whose number
+  // belongs to another entry of the document; once that one is gone the entry has moved, and has its number back. No
+  // number is ever given twice. False for a place that does not exist, more than 32767 entries, or a note count outside 0 to 12.
   bool SetEntries(const FramePlace& place, std::vector<EXENTRY> entries);
 
   // Calls `visit` for every frame that has been set, in order of instrument, measure and layer.
@@ -123,6 +124,8 @@ class Document {
 
  private:
   const std::vector<EXENTRY>* FindSet(const FramePlace& place) const;
+  int NumberFor(int wanted);
+  void GiveBackNumber(int own);
 
   std::map<unsigned short, std::vector<short>> staff_lists_ = {{0, {}}};
   short staff_count_ = 0;
@@ -131,6 +134,8 @@ class Document {
   const EntrySource* source_ = nullptr;
   std::unordered_map<std::uint64_t, std::vector<EXENTRY>> set_frames_;  // by packed place
   std::unordered_map<int, std::uint64_t> number_places_;                // of the entries in set_frames_
+  std::unordered_map<int, int> stand_ins_;  // numbers given to entries that stood elsewhere, too, and their own ones
+  std::unordered_map<int, int> waiting_;    // own numbers of such entries, and what they are called until then
   int last_entry_number_ = 0;
   std::vector<std::string> fonts_;
   std::vector<std::string> parts_ = {"Score"};

@@ -165,8 +165,10 @@ TEST(Document, TakesUnsetFramesFromItsSource) {
   EXPECT_EQ(Numbers(document.Entries({1, 2, 0})), std::vector{2});
   EXPECT_TRUE(document.SetEntries({1, 1, 1}, {Entry(1, 1024), Entry(0, 1024), Entry(9, 512), Entry(9, 512)}));
   EXPECT_EQ(Numbers(document.Entries({1, 1, 1})), (std::vector{3, 4, 9, 10}));  // 1 belongs to the source still
-  EXPECT_TRUE(document.SetEntries({1, 1, 0}, {}));
-  EXPECT_TRUE(document.SetEntries({1, 1, 1}, {Entry(1, 1024)}));
+  EXPECT_TRUE(document.SetEntries({1, 1, 0}, {}));  // it has moved
+  EXPECT_EQ(Numbers(document.Entries({1, 1, 1})), (std::vector{1, 4, 9, 10}));
+  EXPECT_TRUE(document.SetEntries({1, 1, 1}, {Entry(3, 1024)}));  // by the number that it had in between
+  EXPECT_EQ(Numbers(document.Entries({1, 1, 1})), std::vector{1});
   EXPECT_EQ(document.FindEntry(1)->place, (FramePlace{1, 1, 1}));
   EXPECT_FALSE(document.FindEntry(9));
   std::vector<FramePlace> set;
