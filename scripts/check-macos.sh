@@ -4,6 +4,7 @@
 #   Kit.LinksForMacOS      what the bundle exports and asks for, its layout, the installed kit
 # Needs scripts/install-macos-tools.sh. Exits 1 at the first finding.
 set -euo pipefail
+export LC_ALL=C  # names are sorted by bytes, and i is a letter between a and z, which it is not in Turkish
 cd "$(dirname "$0")/.."
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

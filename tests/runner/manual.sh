@@ -2,6 +2,7 @@
 # The manual and the completions know every command and every option that --help shows, and no others.
 # Usage: manual.sh SOKRUN SOURCE_DIR
 set -euo pipefail
+export LC_ALL=C  # i is between a and z, which it is not in Turkish
 sokrun=$1 manual=$2/docs/sokrun.1 zsh=$2/host/runner/commands/completions/_sokrun bash=$2/host/runner/commands/completions/sokrun.bash
 failed=0
 # same WHAT FILE FILE: complains of what stands in one alone.

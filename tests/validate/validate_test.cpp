@@ -14,10 +14,8 @@ namespace fs = std::filesystem;
 
 using Kinds = std::set<std::string>;
 
-std::string Quoted(const std::string& path) { return "\"" + path + "\""; }
-
 ShellResult Validate(const std::string& arguments, const std::string& fault = "") {
-  return Shell("FAULT=" + fault + " \"" SOKRUN "\" validate " + arguments + " 2>/dev/null");
+  return Shell("FAULT=" + fault + " " + Quoted(SOKRUN) + " validate " + arguments + " 2>/dev/null");
 }
 
 // A copy of the extension, beside it.
