@@ -68,6 +68,9 @@ const CFStringRef kXml = CFSTR("Xml");
 const CFStringRef kStrings = CFSTR("strings");
 const CFStringRef kFormat = CFSTR("long %@ %S %*d %.2f %s");
 
+// What is null because memory ended must not be retained: that ends the process.
+CFTypeRef Retained(CFTypeRef object) { return object != nullptr ? CFRetain(object) : nullptr; }
+
 CFTypeRef Localized(const Subject& subject, CFStringRef table) {
   return CFBundleCopyLocalizedString(subject.bundle.get(), kKey, nullptr, table);
 }
@@ -96,19 +99,19 @@ const Operation kOperations[] = {
     {"MadeBundle", false, true, nullptr,
      [](const Subject& subject) -> CFTypeRef {
        const Owned<CFBundleRef> bundle(CFBundleCreate(nullptr, subject.url.get()));
-       return CFRetain(CFBundleGetIdentifier(bundle.get()));
+       return Retained(CFBundleGetIdentifier(bundle.get()));
      }},
     {"BundleWithIdentifier", true, true, nullptr,
      [](const Subject& subject) -> CFTypeRef {
        return CFBundleCopyBundleURL(CFBundleGetBundleWithIdentifier(subject.identifier.get()));
      }},
     {"MainBundle", false, true, "<object>",
-     [](const Subject&) -> CFTypeRef { return CFRetain(CFBundleGetMainBundle()); }},
+     [](const Subject&) -> CFTypeRef { return Retained(CFBundleGetMainBundle()); }},
     {"Executable", true, true, nullptr,
      [](const Subject& subject) -> CFTypeRef { return CFBundleCopyExecutableURL(subject.bundle.get()); }},
     {"InfoValue", true, true, "1.25",
      [](const Subject& subject) -> CFTypeRef {
-       return CFRetain(CFBundleGetValueForInfoDictionaryKey(subject.bundle.get(), kReal));
+       return Retained(CFBundleGetValueForInfoDictionaryKey(subject.bundle.get(), kReal));
      }},
     {"OldStyleTable", true, true, "the value of a key in a table",
      [](const Subject& subject) { return Localized(subject, nullptr); }},
@@ -136,7 +139,7 @@ void WriteBundle(const Folder& folder, const std::string& name) {
 std::string Shown(CFTypeRef object) {
   const OwnedString text(CFStringCreateWithFormat(nullptr, nullptr, kObject, object));
   std::string shown = object != nullptr ? Ascii(text.get()) : "(null)";
-  CFRelease(object);
+  if (object != nullptr) CFRelease(object);
   return shown;
 }
 
