@@ -166,3 +166,5 @@ What a score may hold has bounds; a name forges no line, and a bundle's lists ar
   1
   $ echo '{ "30000" = { a = b; }; "30003" = (c, d); }' | tee pipe.bundle/Contents/Resources/*.lproj/*.strings >/dev/null
   $ cp "$TEST_EXTENSION/Contents/Info.plist" pipe.bundle/Contents; sokrun list pipe.bundle | head -2
+    0  
+       30002
