@@ -46,6 +46,13 @@ string(REGEX REPLACE "/$" "" sok_pc_prefix "${sok_pc_prefix}")
 configure_file(cmake/SokEDK.pc.in "${PROJECT_BINARY_DIR}/SokEDK.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/SokEDK.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
+# Pages, examples and what starts an extension; the reference when scripts/docs.sh has made it.
+install(FILES docs/first-steps.md docs/guide.md docs/cookbook.md docs/numbers.md docs/traps.md docs/finding-faults.md
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/sokedk")
+install(DIRECTORY build/docs/html DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/sokedk" OPTIONAL)
+install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DATADIR}/sokedk" PATTERN CMakeLists.txt EXCLUDE)
+install(PROGRAMS scripts/new-extension.sh DESTINATION "${CMAKE_INSTALL_BINDIR}" RENAME sok-new-extension)
+
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME sokrun)
 sok_install_bundle(MeasureRests)
 if(TARGET SonkelEngine)

@@ -28,9 +28,9 @@ mv "$prefix" "$work/moved"
 prefix=$work/moved
 "$prefix/bin/sokrun" validate "$prefix/lib/sok/MeasureRests.bundle" --rounds 1 --only-failed
 
-# find_package, from a project as the script starts it.
-"$source/scripts/new-extension.sh" Outside "$work/outside" >/dev/null
-cmake -S "$work/outside" -B "$work/outside/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_CXX_COMPILER="$compiler" \
+# find_package, from a project as the installed script starts it.
+"$prefix/bin/sok-new-extension" Outside "$work/outside" >/dev/null
+cmake -S "$work/outside" -B "$work/outside/build" -DCMAKE_CXX_COMPILER="$compiler" \
   -DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Wconversion -Werror $sanitize" >/dev/null
 [ ! -d "$work/outside/build/SokEDK" ] || fail "the project did not find the installed kit"
 cmake --build "$work/outside/build" >/dev/null
@@ -60,8 +60,9 @@ eval "flags=($(pkg-config --cflags --libs SokEDK))"  # words for the shell, blan
 [ -f "$(pkg-config --variable=exports SokEDK)" ] || fail "the list of exports is not where the kit says it is"
 "$prefix/bin/sokrun" validate "$by_hand" --check symbols --check hidden-names --check texts --check frames --only-failed
 
-# Without an installed kit the same project builds the tree's.
-cmake -S "$work/outside" -B "$work/outside/tree" -DCMAKE_DISABLE_FIND_PACKAGE_SokEDK=ON -DCMAKE_BUILD_TYPE=Debug \
+# Without an installed kit a project builds the tree's.
+"$source/scripts/new-extension.sh" Outside "$work/inside" >/dev/null
+cmake -S "$work/inside" -B "$work/inside/tree" -DCMAKE_DISABLE_FIND_PACKAGE_SokEDK=ON -DCMAKE_BUILD_TYPE=Debug \
   -DCMAKE_CXX_COMPILER="$compiler" >/dev/null
-cmake --build "$work/outside/tree" -j2 >/dev/null
-"$prefix/bin/sokrun" list "$work/outside/tree/Outside.bundle"
+cmake --build "$work/inside/tree" -j2 >/dev/null
+"$prefix/bin/sokrun" list "$work/inside/tree/Outside.bundle"
