@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The guide and the reference of the kit as HTML in build/docs/html. Fails on a public name without documentation and on
+# The pages for authors and the reference of the kit as HTML in build/docs/html. Fails on a public name without documentation and on
 # every other warning of Doxygen.
 set -euo pipefail
 cd "$(dirname "$0")/.."

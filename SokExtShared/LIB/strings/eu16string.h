@@ -1,10 +1,11 @@
-// eu16string: a UTF-16 string that converts from and to 8-bit text, with the 1-based editing of AnsiString.
-//
-// It is a standard string of 16-bit units and has all of that string's functions. What these return, such as substr()
-// and +, is the standard string: name.assign(text.substr(1)) makes an eu16string of it, as assign() does of
-// zero-terminated UTF-16, for which there is no constructor. The functions named here count
-// positions from 1; lengths and positions count units. "8-bit text" is text in the application's encoding
-// (GetApplicationTextEncoding). Conversions go through CoreFoundation strings; what these refuse comes out empty.
+/// @file
+/// eu16string: a UTF-16 string that converts from and to 8-bit text, with the 1-based editing of AnsiString.
+///
+/// It is a standard string of 16-bit units and has all of that string's functions. What these return, such as substr()
+/// and +, is the standard string: name.assign(text.substr(1)) makes an eu16string of it, as assign() does of
+/// zero-terminated UTF-16, for which there is no constructor. The functions named here count
+/// positions from 1; lengths and positions count units. "8-bit text" is text in the application's encoding
+/// (GetApplicationTextEncoding). Conversions go through CoreFoundation strings; what these refuse comes out empty.
 #pragma once
 
 #include <algorithm>
@@ -15,7 +16,7 @@
 
 #include "SokExtShared/LIB/strings/utf16_strings.h"
 
-// The traits of 16-bit units; the standard has none for unsigned short.
+/// The traits of 16-bit units; the standard has none for unsigned short.
 struct eu16traits {
   using char_type = unsigned short;
   using int_type = unsigned int;
@@ -59,55 +60,65 @@ struct eu16traits {
   static constexpr int_type not_eof(int_type value) noexcept { return value == eof() ? 0 : value; }
 };
 
-// A UTF-16 string.
+/// A UTF-16 string.
 class eu16string : public std::basic_string<unsigned short, eu16traits> {
  public:
+  /// Empty, copied, moved.
+  ///@{
   eu16string() = default;
   eu16string(const eu16string&) = default;
   eu16string(eu16string&&) = default;
   eu16string& operator=(const eu16string&) = default;
   eu16string& operator=(eu16string&&) = default;
   virtual ~eu16string() = default;
+  ///@}
 
-  // Zero-terminated 8-bit text; the second form takes UTF-8. Bytes that are not valid give the empty string; the text
-  // also ends at a decoded U+0000.
+  /// Zero-terminated 8-bit text; the second form takes UTF-8. Bytes that are not valid give the empty string; the text
+  /// also ends at a decoded U+0000.
+  ///@{
   eu16string(const char* text);
   eu16string(const unsigned char* utf8);
+  ///@}
 
-  // One code point: a surrogate pair from 0x10000 to 0x10FFFF, else its low 16 bits; the empty string when these are 0.
-  // The second form keeps plain literals from being ambiguous.
+  /// One code point: a surrogate pair from 0x10000 to 0x10FFFF, else its low 16 bits; the empty string when these are
+  /// 0. The second form keeps plain literals from being ambiguous.
+  ///@{
   eu16string(unsigned int code_point);
   eu16string(int code_point) : eu16string(static_cast<unsigned int>(code_point)) {}
+  ///@}
 
-  // One byte of 8-bit text; the empty string for the byte 0.
+  /// One byte of 8-bit text; the empty string for the byte 0.
   eu16string(char byte);
 
-  // Replaces `text` by this one as 8-bit text up to the first zero byte. Characters that the encoding lacks become "?".
+  /// Replaces `text` by this one as 8-bit text up to the first zero byte. Characters that the encoding lacks become
+  /// "?".
   void GetStdString(std::string& text) const;
 
-  // Position of the first occurrence, 0 when absent. The empty text is at 1, except in an empty string.
+  /// Position of the first occurrence, 0 when absent. The empty text is at 1, except in an empty string.
   int AnsiPos(const eu16string& part) const;
 
-  // The unit at a position. Out of range: a space here, the first unit below. In an empty string that is the
-  // terminator, which must not be changed.
+  /// The unit at a position. Out of range: a space here, the first unit below. In an empty string that is the
+  /// terminator, which must not be changed.
+  ///@{
   unsigned short AnsiCharAtIndex(int position) const;
   unsigned short& AnsiCharAtIndex(int position);
+  ///@}
 
-  // Removes up to `count` units from a position. Nothing happens when position or count is below 1 or the position
-  // lies beyond the end.
+  /// Removes up to `count` units from a position. Nothing happens when position or count is below 1 or the position
+  /// lies beyond the end.
   eu16string& AnsiDelete(unsigned int position, int count);
 
-  // Up to `count` units from a position; one below 1 counts as 1. Empty when the count is below 1 or the position lies
-  // beyond the end.
+  /// Up to `count` units from a position; one below 1 counts as 1. Empty when the count is below 1 or the position lies
+  /// beyond the end.
   eu16string AnsiSubString(int position, int count) const;
 
-  // Shortens; never lengthens.
+  /// Shortens; never lengthens.
   eu16string& AnsiSetLength(unsigned int length);
 };
 static_assert(sizeof(eu16string) == sizeof(void*) + sizeof(std::string), "eu16string is a vtable pointer and its text");
 
-// The number in decimal.
+/// The number in decimal.
 eu16string IntToEu16Str(long number);
 
-// The number that the text starts with, 0 when it starts with none; `otherwise` for the empty string alone.
+/// The number that the text starts with, 0 when it starts with none; `otherwise` for the empty string alone.
 int StrToIntDef(eu16string text, int otherwise);
