@@ -8,8 +8,8 @@
 
 #include <cstddef>
 
-inline constexpr unsigned int kTextBlockTag = 0x534f5458;  ///< 'SOTX'; key view `other`: block number, 0
-inline constexpr unsigned int kRawTextTag = 0x74780000;    ///< 'tx', with the kind in the low 16 bits; key view `other`: text number, 0
+inline constexpr unsigned int kTextBlockTag = 0x534f5458;  ///< 'SOTX', `other`: block, 0
+inline constexpr unsigned int kRawTextTag = 0x74780000;    ///< 'tx' and the kind in the low 16 bits, `other`: text, 0
 inline constexpr short kOrdinaryText = 0x626c;             ///< the kind 'bl'
 
 #pragma pack(push, 2)  // host records are packed to 2 bytes
