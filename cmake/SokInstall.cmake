@@ -47,7 +47,8 @@ configure_file(cmake/SokEDK.pc.in "${PROJECT_BINARY_DIR}/SokEDK.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/SokEDK.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
 # Pages, examples and what starts an extension; the reference when scripts/docs.sh has made it.
-install(FILES docs/first-steps.md docs/guide.md docs/cookbook.md docs/numbers.md docs/traps.md docs/finding-faults.md
+install(FILES docs/first-steps.md docs/guide.md docs/cookbook.md docs/music-in-frames.md docs/numbers.md docs/traps.md
+  docs/finding-faults.md
   DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/sokedk")
 install(DIRECTORY build/docs/html DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/sokedk" OPTIONAL)
 install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DATADIR}/sokedk" PATTERN CMakeLists.txt EXCLUDE)
