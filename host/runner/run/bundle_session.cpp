@@ -25,7 +25,8 @@ using InvokeFunction = int (*)(void*, int, EREGION*);
 using TerminateFunction = void (*)();
 using AttachFunction = void (*)(Session*);
 
-// The platform takes a list that it cannot read for none; an author wants to know what is wrong, and where.
+// The platform takes a list that it cannot read for none; an author wants to know what is wrong, and where. A wrong
+// table of texts is no reason to refuse a bundle, as no host does: its texts come out as their numbers.
 void CheckList(const fs::path& list) {
   std::error_code error;
   if (!fs::exists(list, error)) return;
@@ -35,18 +36,10 @@ void CheckList(const fs::path& list) {
   if (line > 0) throw InputError(list.string() + ":" + std::to_string(line) + ": not a property list");
 }
 
-void CheckLists(const fs::path& bundle) {
-  CheckList(bundle / "Contents/Info.plist");
-  std::error_code error;
-  for (const auto& folder : fs::directory_iterator(bundle / "Contents/Resources", error)) {
-    if (folder.path().extension() == ".lproj") CheckList(folder.path() / "Localizable.strings");
-  }
-}
-
 CFBundleRef OpenBundle(const std::string& path) {
   std::error_code error;
   if (!fs::exists(path, error)) throw InputError(path + ": no such bundle");
-  CheckLists(path);
+  CheckList(path + "/Contents/Info.plist");
   const CFURLRef url = CFURLCreateFromFileSystemRepresentation(nullptr, reinterpret_cast<const UInt8*>(path.data()),
                                                                static_cast<CFIndex>(path.size()), true);
   const CFBundleRef bundle = url != nullptr ? CFBundleCreate(nullptr, url) : nullptr;
