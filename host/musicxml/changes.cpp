@@ -1,6 +1,8 @@
 #include "host/musicxml/changes.h"
 
 #include <algorithm>
+#include <map>
+#include <numeric>
 #include <tuple>
 
 namespace sok {
@@ -8,6 +10,51 @@ namespace {
 
 bool IsNewWholeRest(const EXENTRY& entry, int last_known) {
   return entry.duration == kWholeRestDuration && (entry.flags & kEntryIsNote) == 0 && entry.number > last_known;
+}
+
+bool SamePitches(const EXENTRY& a, const EXENTRY& b) {
+  const auto same = [](const EXNOTE& x, const EXNOTE& y) { return x.first == y.first && x.second == y.second; };
+  return a.noteCount == b.noteCount && std::equal(a.notes, a.notes + a.noteCount, b.notes, same);
+}
+
+bool IsNote(const EXENTRY& entry) { return (entry.flags & kEntryIsNote) != 0; }
+
+int LengthOf(std::span<const EXENTRY> entries) {
+  return std::accumulate(entries.begin(), entries.end(), 0,
+                         [](int sum, const EXENTRY& entry) { return sum + entry.duration; });
+}
+
+// What happened to the entries of a frame, in words.
+std::string EditsOf(std::span<const EXENTRY> before, std::span<const EXENTRY> after, int measure) {
+  std::map<int, const EXENTRY*> known;
+  for (const EXENTRY& entry : before) known[entry.number] = &entry;
+  int came = 0, values = 0, pitches = 0, kinds = 0, marks = 0;
+  for (const EXENTRY& entry : after) {
+    const auto at = known.find(entry.number);
+    if (at == known.end()) {
+      ++came;
+      continue;
+    }
+    const EXENTRY& was = *at->second;
+    known.erase(at);
+    values += was.duration != entry.duration ? 1 : 0;
+    kinds += IsNote(was) != IsNote(entry) ? 1 : 0;
+    pitches += IsNote(was) && IsNote(entry) && !SamePitches(was, entry) ? 1 : 0;
+    marks += ((was.flags ^ entry.flags) & kEntryHasArticulations) != 0 ? 1 : 0;
+  }
+  std::string text;
+  const auto say = [&](int count, const char* one, const char* many) {
+    if (count > 0) text += (text.empty() ? "" : ", ") + std::to_string(count) + (count == 1 ? one : many);
+  };
+  say(values, " value changed", " values changed");
+  say(pitches, " entry has other pitches", " entries have other pitches");
+  say(kinds, " note or rest became the other", " notes and rests became the other");
+  say(marks, " entry has articulations", " entries have articulations");
+  say(came, " entry in", " entries in");
+  say(static_cast<int>(known.size()), " entry out", " entries out");
+  if (text.empty()) text = "the order of its entries changed";
+  if (LengthOf(after) > measure && LengthOf(after) > LengthOf(before)) text += ", longer than its measure now";
+  return text;
 }
 
 // False: the frames are the same.
@@ -35,6 +82,9 @@ std::vector<Change> FindChanges(const Model& model, const Document& document) {
     if (!before.empty()) frames.Fill(place, before.data());
     Change change;
     if (!Compare(before, after, frames.LastNumber(), change.kind)) return;
+    if (change.kind == ChangeKind::kOther) {
+      change.edits = EditsOf(before, after, document.MeasureDuration(place.measure));
+    }
     change.slot = place.instrument;  // instruments are numbered by slot
     change.measure = place.measure;
     change.layer = place.layer;

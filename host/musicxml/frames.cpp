@@ -50,7 +50,7 @@ void ModelFrames::Fill(const FramePlace& place, EXENTRY* entries) const {
       std::memset(static_cast<void*>(&entry), 0, sizeof entry);
       entry.number = static_cast<int>(voice.first_entry + i + 1);
       entry.duration = whole ? kWholeRestDuration : from.duration;
-      entry.flags = kEntryLegal;
+      entry.flags = kEntryLegal | ((from.flags & kGrace) != 0 ? kEntryIsGrace : 0);
       entry.noteCount = from.notes;
       if ((from.flags & kRest) != 0) {
         entry.flags |= kEntryHasRestNote | (whole ? kEntryRestPlaced : 0);
@@ -61,6 +61,8 @@ void ModelFrames::Fill(const FramePlace& place, EXENTRY* entries) const {
         for (int n = 0; n < from.notes; ++n) {
           const Pitch& pitch = model_.pitches[from.pitch + static_cast<std::uint32_t>(n)];
           SetNote(entry.notes[n], n + 1, pitch.step, pitch.alter);
+          entry.notes[n].flags |= (pitch.ties & kTieStart) != 0 ? kNoteTieStart : 0;
+          entry.notes[n].flags |= (pitch.ties & kTieStop) != 0 ? kNoteTieStop : 0;
         }
       }
     }

@@ -6,10 +6,15 @@
 
 namespace sok {
 
+inline constexpr unsigned int kEntryIsGrace = 0x00000100;  // in EXENTRY::flags: takes no time
+inline constexpr unsigned int kNoteTieStart = 0x40000000;  // in EXNOTE::flags: tied to the next entry
+inline constexpr unsigned int kNoteTieStop = 0x20000000;   // and to the one before
+
 // How the host interface sees a score:
 // - a note's first word is its diatonic steps from middle C, its second its alteration in semitones;
 // - a rest has one note record; that of a whole-measure rest is placed on the staff's middle line, as the instrument
-//   definition says, exactly as the fill command would write it.
+//   definition says, exactly as the fill command would write it;
+// - flags of the host's own tell of grace notes and ties; what an extension makes of those of a tie is not heeded.
 class ModelFrames : public EntrySource {
  public:
   explicit ModelFrames(const Model& model) : model_(model) {}

@@ -2,7 +2,8 @@
 //
 // A score is read into a Document (frames, measures, staves, the records that the commands ask for). Its text is kept,
 // and is written back patched: only the cells (one staff in one measure) whose frames differ from what was read are
-// touched, everything else stays byte for byte.
+// touched, and in those only what changed; everything else stays byte for byte. What a frame says of its music, and
+// what can be written, stands in docs/music-in-frames.md.
 #pragma once
 
 #include <cstddef>
@@ -109,7 +110,8 @@ struct Change {
   short layer = 0;
   ChangeKind kind = ChangeKind::kOther;
   int line = 0;                   // of the cell's measure in the text that was read
-  std::vector<std::string> lost;  // notations that go with a cleared rest: "fermata", "dynamics" …
+  std::string edits;              // of kOther, in words: "2 values changed, 1 entry in"
+  std::vector<std::string> lost;  // what hung on entries that are gone: "fermata", "dynamics" …
 };
 
 class Score {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,12 @@ std::unique_ptr<Score> ReadScoreText(const std::string& text, const ReadOptions&
 // What the commands do to a document, over the whole of it; how many frames changed.
 int FillMeasures(Score& score);
 int ClearRests(Score& score);
+
+// One change of one frame: pitch, value, a note of a chord, an entry in or out, another layer or measure.
+void RandomEdit(Document& document, std::mt19937& random);
+
+// A score's text with measures that hold nothing in XML's short form, in which they may come back.
+std::string Short(std::string text);
 
 // "1024n 1024n/4096r;-|…": entries by layer (/), staff (;) and measure (|); n notes, r rests; "-" no entry.
 std::string Frames(const Score& score);

@@ -24,18 +24,6 @@ std::string After(const std::string& text, int (*command)(Score&), const Setting
   return score->Write(settings.write);
 }
 
-// An element without content may come back in XML's short form.
-std::string Short(std::string text) {
-  constexpr std::string_view kEnd = "</measure>";
-  for (std::size_t at = text.find(kEnd); at != std::string::npos; at = text.find(kEnd, at + 1)) {
-    const std::size_t begin = text.find_last_not_of(" \t\r\n", at - 1);
-    if (text[begin] != '>' || text.compare(text.rfind('<', begin), 8, "<measure") != 0) continue;
-    text.replace(begin, at + kEnd.size() - begin, "/>");
-    at = begin;
-  }
-  return text;
-}
-
 // Whatever the score: filling and clearing is clearing, what was filled is full, and untouched is unchanged.
 void CheckLaws(const std::string& text, const Settings& settings = {}) {
   const std::string filled = After(text, FillMeasures, settings);
@@ -89,54 +77,6 @@ std::string RandomScore(std::mt19937& random, unsigned int voices) {
     score += part > 1 ? "|| " : "";
   }
   return ScoreText(score);
-}
-
-// One change of one frame: pitch, value, a note of a chord, an entry in or out, another layer or measure.
-void RandomEdit(Document& document, std::mt19937& random) {
-  const auto below = [&](int bound) { return static_cast<short>(random() % static_cast<unsigned>(bound)); };
-  const FramePlace place{static_cast<short>(1 + below(document.StaffCount())),
-                         static_cast<short>(1 + below(document.MeasureCount())), below(2)};
-  std::vector<EXENTRY> entries = document.Entries(place);
-  if (entries.empty()) return;
-  EXENTRY& entry = entries[static_cast<std::size_t>(below(static_cast<int>(entries.size())))];
-  constexpr unsigned short kValues[] = {256, 512, 768, 1024, 2048, 3072};
-  switch (below(8)) {
-    case 0:
-      entry.notes[0].first = static_cast<short>(below(20) - 5);
-      break;
-    case 1:
-      entry.duration = kValues[below(6)];
-      break;
-    case 2:
-      entry.flags ^= kEntryIsNote;
-      entry.noteCount = 1;
-      break;
-    case 3:
-      if (entry.noteCount < 12) entry.notes[entry.noteCount++] = {below(9), 1, 0, 0};
-      break;
-    case 4:
-      entries.insert(entries.begin() + below(static_cast<int>(entries.size()) + 1), EXENTRY{});
-      break;
-    case 5:
-      entries.erase(entries.begin() + below(static_cast<int>(entries.size())));
-      break;
-    default: {  // to the other layer, or another measure, whose frame is saved first
-      FramePlace other = place;
-      if (below(2) == 0) other.measure = static_cast<short>(1 + below(document.MeasureCount()));
-      if (other == place) other.layer = static_cast<short>(1 - place.layer);
-      if (!document.Exists(other)) break;
-      std::vector<EXENTRY> there = document.Entries(other);
-      std::swap(there, entries);
-      document.SetEntries(other, there);
-    }
-  }
-  for (EXENTRY& each : entries) {
-    if (each.duration != 0) continue;
-    each.duration = kValues[below(6)];
-    each.flags = kEntryLegal | (below(2) == 0 ? kEntryIsNote : 0U);
-    each.noteCount = 1;
-  }
-  document.SetEntries(place, std::move(entries));
 }
 
 // Clearing twice is left out: a measure that lost its longest rest is shorter, and other rests may fill it then.

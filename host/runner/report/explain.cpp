@@ -158,9 +158,12 @@ std::string Text(const Verdict& verdict, Purpose purpose) {
 std::vector<std::string> Notes(const Score& score, const std::vector<Change>& changes, bool fermatas_kept) {
   std::vector<std::string> notes;
   for (const Change& change : changes) {
+    if (!change.edits.empty()) notes.push_back("layer " + std::to_string(change.layer + 1) + ": " + change.edits);
+    const bool rest =
+        change.kind == ChangeKind::kCleared && score.Facts(change.slot, change.measure, change.layer).whole_rest;
     for (const std::string& lost : change.lost) {
       const bool kept = fermatas_kept && lost == "fermata";
-      notes.push_back(lost + (kept ? " moved to the barline" : " went with the rest"));
+      notes.push_back(lost + (kept ? " moved to the barline" : rest ? " went with the rest" : " went with its note"));
     }
   }
   const Change& first = changes.front();
