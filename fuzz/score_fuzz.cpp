@@ -36,7 +36,8 @@ std::string After(const std::string& bytes, int command, TestHost& host, const E
 
 // With more voices than layers a new rest can push another one into a layer that holds music already.
 bool HasSurplusVoices(const std::string& bytes) {
-  for (const sok::Warning& warning : Read(bytes, true)->warnings()) {
+  const auto score = Read(bytes, true);
+  for (const sok::Warning& warning : score->warnings()) {
     if (warning.text.find("more than there are layers") != std::string::npos) return true;
   }
   return false;
