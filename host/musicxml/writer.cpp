@@ -12,7 +12,7 @@
 namespace sok {
 namespace {
 
-constexpr std::size_t kMostRefusals = 100;  // that are named
+constexpr int kMostRefusals = 100;  // that are named
 
 class Writer {
  public:
@@ -66,7 +66,8 @@ class Writer {
   // Every change that cannot be written is named before nothing is.
   void ThrowRefusals() const {
     std::string all;
-    for (const std::string& refusal : refusals_) all += (all.empty() ? "" : "\n") + refusal;
+    for (const auto& [reason, places] : refusals_) all += (all.empty() ? "" : "; ") + reason + " (" + places + ")";
+    if (refused_ > kMostRefusals) all += "; and " + std::to_string(refused_ - kMostRefusals) + " more";
     if (!refusals_.empty()) throw WriteError(refused_at_, all);
   }
 
@@ -111,7 +112,9 @@ class Writer {
     work();
   } catch (const EntryRefused& refused) {
     if (refusals_.empty()) refused_at_ = CellOf(change).offset;
-    if (refusals_.size() < kMostRefusals) refusals_.push_back(Place(change) + ": " + refused.what());
+    if (++refused_ > kMostRefusals) return;
+    std::string& places = refusals_[refused.what()];
+    places += (places.empty() ? "" : "; ") + Place(change);
   }
 
   // Entries in frames that did not change lose the ends of ties to those that did.
@@ -326,7 +329,8 @@ class Writer {
   std::map<short, std::string> new_voices_;  // by slot
   std::map<short, std::string> extra_voices_;
   std::map<short, std::map<short, std::string>> layer_voices_;  // by layer
-  std::vector<std::string> refusals_;
+  std::map<std::string, std::string> refusals_;  // by reason: the places
+  int refused_ = 0;
   std::size_t refused_at_ = 0;
   std::map<int, std::set<std::string>> taken_;  // by part: names given to new voices
 };
