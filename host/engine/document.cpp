@@ -137,9 +137,10 @@ bool Document::SetEntries(const FramePlace& place, std::vector<EXENTRY> entries)
   }
   set_frames_[packed].clear();  // from here on the source's entries of this place no longer count
   for (EXENTRY& entry : entries) {
-    entry.number = NumberFor(entry.number);
-    last_entry_number_ = std::max(last_entry_number_, static_cast<int>(entry.number));
-    number_places_[entry.number] = packed;
+    const int number = NumberFor(entry.number);
+    last_entry_number_ = std::max(last_entry_number_, number);
+    number_places_[number] = packed;
+    entry.number = number;
   }
   set_frames_[packed] = std::move(entries);
   for (const EXENTRY& entry : left) GiveBackNumber(entry.number);

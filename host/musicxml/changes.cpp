@@ -27,10 +27,10 @@ int LengthOf(std::span<const EXENTRY> entries) {
 // What happened to the entries of a frame, in words.
 std::string EditsOf(std::span<const EXENTRY> before, std::span<const EXENTRY> after, int measure) {
   std::map<int, const EXENTRY*> known;
-  for (const EXENTRY& entry : before) known[entry.number] = &entry;
+  for (const EXENTRY& entry : before) known[int{entry.number}] = &entry;
   int came = 0, values = 0, pitches = 0, kinds = 0, marks = 0;
   for (const EXENTRY& entry : after) {
-    const auto at = known.find(entry.number);
+    const auto at = known.find(int{entry.number});
     if (at == known.end()) {
       ++came;
       continue;
