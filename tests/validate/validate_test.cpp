@@ -105,7 +105,7 @@ const FaultCase kFaultCases[] = {
     {"NUMBER_0", {"entries"}, "entry 0 has the number 0"},
     {"NUMBERS_ALIKE", {"entries"}, "as has one before it"},
     {"INSTRUMENT", {"document"}, "deletes the record SOIS 1,0, the definition of an instrument"},
-    {"PART", {"document"}, "leaves part 1 current, where part 0 was"},
+    {"PART", {"document"}, "leaves another part current, number 1, where 0 was"},
     {"ALERT_KEY", {"alerts"}, "shows the alert \"29999\""},
     {"EXCEPTION", {"runs"}, "threw an exception: no luck"},
     {"HANG", {"runs"}, "longer than it may", "--check runs --timeout 2"},

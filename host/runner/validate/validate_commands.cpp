@@ -66,7 +66,7 @@ std::string InstrumentFault(const Document& before, const Document& after) {
 
 std::string PartFault(const Document& before, const Document& after) {
   if (before.current_part == after.current_part) return {};
-  return "leaves part " + std::to_string(after.current_part) + " current, where part " +
+  return "leaves another part current, number " + std::to_string(after.current_part) + ", where " +
          std::to_string(before.current_part) + " was";
 }
 
