@@ -70,7 +70,7 @@ TEST(Binding, EveryWrapperReachesTheHostFunctionOfItsNameWithItsArguments) {
   RecordingEngine engine;
   SonkelEditDepth = 2;  // an end and a cancel reach the host while edits are open
 #define SX_ENTRY(result, name, parameters, arguments, fallback) ExpectPassedOn(engine, #name, &name);
-#define SX_CUSTOM(result, name, parameters) ExpectPassedOn(engine, #name, &name);
+#define SX_CUSTOM(result, name, parameters, arguments) ExpectPassedOn(engine, #name, &name);
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
 }
 
@@ -102,7 +102,7 @@ void ExpectFallbacks() {
     EXPECT_EQ(Call(&name), unusual.contains(#name) ? unusual.at(#name) : 0) << #name; \
   }
 #define SX_CUSTOM SX_ENTRY_CUSTOM
-#define SX_ENTRY_CUSTOM(result, name, parameters) EXPECT_EQ(Call(&name), 0) << #name;
+#define SX_ENTRY_CUSTOM(result, name, parameters, arguments) EXPECT_EQ(Call(&name), 0) << #name;
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
 #undef SX_ENTRY_CUSTOM
 }

@@ -252,7 +252,7 @@ TEST_F(Engine, ConvertsTextsBothWays) {
 TEST(EngineBundle, ExportsNothingButHostEntryPoints) {
   std::set<std::string> known = {"SonkelEngineAttach"};
 #define SX_ENTRY(result, name, parameters, arguments, fallback) known.insert(#name);
-#define SX_CUSTOM(result, name, parameters) known.insert(#name);
+#define SX_CUSTOM(result, name, parameters, arguments) known.insert(#name);
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
   std::istringstream names(Shell("nm -D --defined-only --format=just-symbols " + Quoted(SOK_ENGINE_EXECUTABLE)).out);
   int exported = 0;

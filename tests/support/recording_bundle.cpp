@@ -28,28 +28,12 @@ struct Recorder {
 
 }  // namespace
 
-// The arguments of the rows that do not list them.
-#define ARGUMENTS_SX_StartSonkelEdit (text, version)
-#define ARGUMENTS_SX_StartSonkelEdit_UTF16 (text, version)
-#define ARGUMENTS_SX_EndSonkelEdit (version)
-#define ARGUMENTS_SX_CancelSonkelEdit (version)
-#define ARGUMENTS_SX_StartMassEdit (edit, steps, version)
-#define ARGUMENTS_SX_EndMassEdit (edit, keep, version)
-#define ARGUMENTS_SX_LoadTGF (stafflist, slot, measure, layer, option, version)
-#define ARGUMENTS_SX_SaveTGF (frame, version)
-#define ARGUMENTS_SX_FreeTGF (frame, version)
-#define ARGUMENTS_SX_InsertEXENTRY (frame, index, count, version)
-#define ARGUMENTS_SX_DeleteEXENTRY (frame, index, count, version)
-#define ARGUMENTS_SX_ReduceEntries (frame, version)
-#define ARGUMENTS_SX_LoadEData (tag, id, buffer, size, version)
-#define ARGUMENTS_SX_SaveEData (tag, id, buffer, size, version)
-
 extern "C" {
 
 #define SX_ENTRY(result, name, parameters, arguments, fallback) \
   result name parameters { return Recorder<result>{#name} arguments; }
-#define SX_CUSTOM(result, name, parameters) \
-  result name parameters { return Recorder<result>{#name} ARGUMENTS_##name; }
+#define SX_CUSTOM(result, name, parameters, arguments) \
+  result name parameters { return Recorder<result>{#name} arguments; }
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
 
 Recording* SX_TestRecording();

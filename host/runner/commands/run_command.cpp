@@ -26,7 +26,7 @@ namespace {
 
 constexpr const char* kHostFunctions[] = {
 #define SX_ENTRY(result, name, parameters, arguments, fallback) #name,
-#define SX_CUSTOM(result, name, parameters) #name,
+#define SX_CUSTOM(result, name, parameters, arguments) #name,
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
 };
 

@@ -32,7 +32,7 @@ constexpr AnswerKind KindOf() {
 const std::unordered_map<std::string_view, AnswerKind>& AnswerKinds() {
   static const std::unordered_map<std::string_view, AnswerKind> kinds = {
 #define SX_ENTRY(result, name, parameters, arguments, fallback) {#name, KindOf<result>()},
-#define SX_CUSTOM(result, name, parameters) {#name, KindOf<result>()},
+#define SX_CUSTOM(result, name, parameters, arguments) {#name, KindOf<result>()},
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
   };
   return kinds;
@@ -296,7 +296,7 @@ void HostWatch::InterruptEdits(bool interrupt) {
 const std::vector<std::string>& EntryPointNames() {
   static const std::vector<std::string> names = {
 #define SX_ENTRY(result, name, parameters, arguments, fallback) #name,
-#define SX_CUSTOM(result, name, parameters) #name,
+#define SX_CUSTOM(result, name, parameters, arguments) #name,
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
   };
   return names;

@@ -15,5 +15,5 @@ void ZeroTextMetrics(ETEXTMETRICS* metrics) { *metrics = {}; }
     if (fpProc == nullptr) return fallback;                     \
     return fpProc arguments;                                    \
   }
-#define SX_CUSTOM(result, name, parameters)
+#define SX_CUSTOM(result, name, parameters, arguments)
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"

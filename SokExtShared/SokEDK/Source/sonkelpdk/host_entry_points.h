@@ -28,7 +28,7 @@ extern "C" {
 
 /// @cond
 #define SX_ENTRY(result, name, parameters, arguments, fallback) result name parameters;
-#define SX_CUSTOM(result, name, parameters) result name parameters;
+#define SX_CUSTOM(result, name, parameters, arguments) result name parameters;
 /// @endcond
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
 
