@@ -139,12 +139,16 @@ void MeasurePatch::Remove(const std::vector<EntryRange>& voices) {
   const auto is_lone = [&](const EntryRange& voice) {
     return std::count_if(pieces_.begin(), pieces_.end(), [&](const Piece& p) { return voice.Holds(p.entry); }) == 1;
   };
-  for (const Group group : {Group::kBetweenMoves, Group::kAndBack, Group::kBackAnd}) {
-    for (std::size_t i = 0; i < pieces_.size(); ++i) {
-      const auto range = range_of(pieces_[i]);
-      if (range != voices.end() && is_lone(*range) && RemoveGroup(i, group)) Walk();
+  const auto remove_group = [&] {
+    for (const Group group : {Group::kBetweenMoves, Group::kAndBack, Group::kBackAnd}) {
+      for (std::size_t i = 0; i < pieces_.size(); ++i) {
+        const auto range = range_of(pieces_[i]);
+        if (range != voices.end() && is_lone(*range) && RemoveGroup(i, group)) return true;
+      }
     }
-  }
+    return false;
+  };
+  while (remove_group()) Walk();
   for (std::size_t i = pieces_.size(); i-- > 0;) {
     if (range_of(pieces_[i]) != voices.end()) RemoveNote(i);
   }

@@ -1,6 +1,9 @@
 #include "host/musicxml/model.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
 #include "host/engine/document.h"
@@ -8,26 +11,94 @@
 namespace sok {
 namespace {
 
-// The next layer of a staff goes to a voice that has none there.
-VoiceHome& HomeFor(Voice& voice, int staff, int measure, int& layers_given) {
-  for (VoiceHome& home : voice.homes) {
-    if (home.staff == staff) return home;
-  }
-  const auto layer = static_cast<short>(std::min<int>(layers_given, kLayers - 1));
-  return voice.homes.emplace_back(VoiceHome{staff, layer, measure, layers_given++ >= kLayers});
+// Voices of a staff, by index in Part::voices.
+using VoiceOrder = std::vector<std::uint16_t>;
+
+// A voice that has no layer on a staff yet joins the order of those that are to have one.
+void Settle(Part& part, const VoiceCell& cell, std::size_t measure, VoiceOrder& order) {
+  Voice& voice = part.voices[cell.voice];
+  if (voice.HomeOn(cell.home) != nullptr) return;
+  voice.homes.push_back({cell.home, -1, static_cast<int>(measure), false});
+  order.push_back(cell.voice);
 }
 
-// In order of appearance, and kept for the whole part: layers must not move from measure to measure.
-void AssignLayers(Part& part) {
-  std::vector<int> layers_given(static_cast<std::size_t>(part.staves), 0);
+VoiceHome& HomeAt(Part& part, std::uint16_t voice, int staff) {
+  return *std::find_if(part.voices[voice].homes.begin(), part.voices[voice].homes.end(),
+                       [&](const VoiceHome& home) { return home.staff == staff; });
+}
+
+// How a voice stands among those of its staff.
+struct Company {
+  bool whole_rests = true;         // has nothing else, and beside one other voice at most
+  std::set<std::uint16_t> voices;  // each that is that one somewhere
+};
+
+std::map<std::uint16_t, Company> CompanyOn(const Model& model, const Part& part, int staff) {
+  std::map<std::uint16_t, Company> all;
+  std::vector<const VoiceCell*> here;
+  for (std::size_t measure = 0; measure < part.measures.size(); ++measure) {
+    const Cell& cell = part.measures[measure];
+    here.clear();
+    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
+      if (part.cells[i].home == staff) here.push_back(&part.cells[i]);
+    }
+    for (const VoiceCell* const voice : here) {
+      Company& company = all[voice->voice];
+      company.whole_rests =
+          company.whole_rests && here.size() <= 2 && model.IsWholeRest(*voice, static_cast<short>(measure + 1));
+      if (here.size() == 2) company.voices.insert(here[voice == here[0] ? 1 : 0]->voice);
+    }
+  }
+  return all;
+}
+
+// With more voices than layers, those with nothing but whole-measure rests give way, the last one first, so that such
+// rests come and go without moving others. Taken out of the order.
+VoiceOrder TakeGuests(const std::map<std::uint16_t, Company>& company, VoiceOrder& order) {
+  VoiceOrder guests;
+  for (std::size_t i = order.size(); i-- > 0 && order.size() > kLayers;) {
+    if (!company.at(order[i]).whole_rests) continue;
+    guests.push_back(order[i]);
+    order.erase(order.begin() + static_cast<std::ptrdiff_t>(i));
+  }
+  return guests;
+}
+
+// In order of appearance. Those that give way share the last layer whose voices they never meet.
+void OrderLayers(const Model& model, Part& part, int staff, VoiceOrder order) {
+  std::map<std::uint16_t, Company> company;
+  if (order.size() > kLayers) company = CompanyOn(model, part, staff);
+  const VoiceOrder guests = TakeGuests(company, order);
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    VoiceHome& home = HomeAt(part, order[i], staff);
+    home.layer = static_cast<short>(std::min<std::size_t>(i, kLayers - 1));
+    home.surplus = i >= kLayers;
+  }
+  for (const std::uint16_t guest : guests) {
+    const std::set<std::uint16_t>& others = company[guest].voices;
+    short layer = kLayers - 1;
+    const auto meets = [&](std::uint16_t other) { return HomeAt(part, other, staff).layer == layer; };
+    while (layer > 0 && std::any_of(others.begin(), others.end(), meets)) --layer;
+    VoiceHome& home = HomeAt(part, guest, staff);
+    home.layer = layer;
+    home.surplus = true;
+  }
+}
+
+// Kept for the whole part: layers must not move from measure to measure.
+void AssignLayers(const Model& model, Part& part) {
+  std::vector<VoiceOrder> orders(static_cast<std::size_t>(part.staves));
   for (std::size_t measure = 0; measure < part.measures.size(); ++measure) {
     const Cell& cell = part.measures[measure];
     for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
-      VoiceCell& voice = part.cells[i];
-      int& given = layers_given[static_cast<std::size_t>(voice.home - 1)];
-      const VoiceHome& home = HomeFor(part.voices[voice.voice], voice.home, static_cast<int>(measure), given);
-      voice.layer = static_cast<std::uint8_t>(home.layer);
+      Settle(part, part.cells[i], measure, orders[static_cast<std::size_t>(part.cells[i].home - 1)]);
     }
+  }
+  for (int staff = 1; staff <= part.staves; ++staff) {
+    OrderLayers(model, part, staff, std::move(orders[static_cast<std::size_t>(staff - 1)]));
+  }
+  for (VoiceCell& cell : part.cells) {
+    cell.layer = static_cast<std::uint8_t>(part.voices[cell.voice].HomeOn(cell.home)->layer);
   }
 }
 
@@ -103,7 +174,7 @@ void AssignLayers(Model& model) {
     Part& part = model.parts[index];
     part.first_slot = slot;
     part.clef_middles.resize(static_cast<std::size_t>(part.staves), 6);
-    AssignLayers(part);
+    AssignLayers(model, part);
     for (int staff = 1; staff <= part.staves; ++staff, ++slot) {
       if (slot == 32767) throw std::runtime_error("the score has too many staves");
       model.staves.push_back(

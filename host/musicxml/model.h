@@ -71,7 +71,7 @@ struct VoiceHome {
   int staff = 1;  // of the part
   short layer = 0;
   int first_measure = 0;  // where it lives there first, from 0
-  bool surplus = false;   // came after the last layer had been given away
+  bool surplus = false;   // shares its layer, as all had been given away
 };
 
 struct Voice {

@@ -224,7 +224,8 @@ class ScoreReader {
 
   void WarnOfSurplus(const Part& part, const Voice& voice, const VoiceHome& home) {
     model_.warnings.push_back({0, "part " + part.id + ", staff " + std::to_string(home.staff) + ": voice " +
-                                      voice.name + " is one more than there are layers and counts to the last layer"});
+                                      voice.name + " is one more than there are layers and counts to layer " +
+                                      std::to_string(home.layer + 1)});
   }
 
   std::string_view text_;

@@ -260,7 +260,8 @@ class Writer {
     const Cell& cell = CellOf(change);
     const Voice* first = model_.FirstVoice(change.slot);
     if (first == nullptr) return Remembered(new_voices_, change.slot);
-    if (!IsUsed(cell, part, *first)) return first->name;
+    const bool itself = first->key_staff == 0 || first->key_staff == model_.StaffOf(change.slot);
+    if (itself && !IsUsed(cell, part, *first)) return first->name;
     for (const Voice* voice : OthersOf(change.slot)) {
       if (!voice->name.empty() && !IsUsed(cell, part, *voice)) return voice->name;
       if (voice->HomeOn(model_.StaffOf(change.slot))->first_measure >= change.measure) break;
@@ -329,7 +330,7 @@ class Writer {
   std::map<short, std::string> new_voices_;  // by slot
   std::map<short, std::string> extra_voices_;
   std::map<short, std::map<short, std::string>> layer_voices_;  // by layer
-  std::map<std::string, std::string> refusals_;  // by reason: the places
+  std::map<std::string, std::string> refusals_;                 // by reason: the places
   int refused_ = 0;
   std::size_t refused_at_ = 0;
   std::map<int, std::set<std::string>> taken_;  // by part: names given to new voices

@@ -83,7 +83,7 @@ std::string RandomScore(std::mt19937& random, unsigned int voices) {
 TEST(Writing, TheLawsHoldForAnyScore) {
   std::mt19937 random(1);
   for (int i = 0; i < 2000; ++i) {
-    const std::string text = RandomScore(random, 5);
+    const std::string text = RandomScore(random, 6);
     Settings settings;
     settings.read.hidden_rests = static_cast<HiddenRests>(random() % 3);
     settings.read.fill_visited = random() % 3 == 0;
@@ -313,7 +313,7 @@ TEST(Writing, RandomEditsComeAsTheyWereSaved) {
 TEST(Writing, RefusesWhatItCannotWrite) {
   const std::string text = ScoreText("n1v1 n1v1");
   const std::pair<std::function<void(Entries&)>, const char*> kCases[] = {
-      {[](Entries& e) { e[0].flags |= 1; }, "staff 1, measure 1, layer 1: entry 1 has flags"},
+      {[](Entries& e) { e[0].flags |= 1; }, "entry 1 has flags that no score can hold (staff 1, measure 1, layer 1)"},
       {[](Entries& e) { e[1].notes[0].first = 100; }, "pitch 100"},
       {[](Entries& e) { e[1].notes[0].second = 5; }, "5 semitones"},
       {[](Entries& e) { e[1].duration = 0; }, "entry 2 has no duration"},
