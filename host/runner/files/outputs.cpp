@@ -108,7 +108,8 @@ std::string InFormOf(const std::string& output, std::string bytes) {
     return PackScore({fs::path(output).stem().string() + ".musicxml", std::move(bytes)});
   }
   const bool plain = EndsWithIgnoringCase(output, ".musicxml") || EndsWithIgnoringCase(output, ".xml");
-  return plain && packed ? UnpackScore(bytes).bytes : bytes;
+  if (plain && packed) return UnpackScore(bytes).bytes;
+  return bytes;  // moved: a conditional expression would copy it
 }
 
 }  // namespace sok
