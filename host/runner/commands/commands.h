@@ -39,7 +39,6 @@ void AddValidateCommand(CLI::App& app, int& exit_code);
 
 // Tables for a reader of a terminal, for the commands of the same names and for `inspect`. The score is read with
 // ReadOptions::document_data.
-void PrintFrames(std::ostream& out, const Score& score);
 void PrintRecords(std::ostream& out, const Score& score);
 void PrintTexts(std::ostream& out, const Score& score);
 void PrintShapes(std::ostream& out, const Score& score);

@@ -1,11 +1,10 @@
 // inspect: a score as the extension sees it, as tables.
 #include <algorithm>
-#include <cstdio>
 #include <iostream>
 #include <memory>
 
-#include "host/engine/document.h"
 #include "host/runner/commands/commands.h"
+#include "host/runner/report/frame_table.h"
 
 namespace sok {
 namespace {
@@ -16,36 +15,9 @@ struct Topic {
 };
 
 constexpr Topic kTopics[] = {
-    {"frames", PrintFrames}, {"records", PrintRecords}, {"texts", PrintTexts}, {"shapes", PrintShapes}};
-
-void PrintEntry(std::ostream& out, const FramePlace& place, std::size_t index, const EXENTRY& entry) {
-  char line[160];
-  std::snprintf(line, sizeof line, "%7d %5d %5d %5zu %7d %8d  %-4s %08x ", place.measure, place.instrument,
-                place.layer + 1, index, entry.number, entry.duration,
-                (entry.flags & kEntryIsNote) != 0 ? "note" : "rest", entry.flags);
-  out << line;
-  for (short note = 0; note < std::clamp<short>(entry.noteCount, 0, 12); ++note) {
-    std::snprintf(line, sizeof line, " %d/%d", entry.notes[note].first, entry.notes[note].second);
-    out << line;
-  }
-  out << '\n';
-}
+    {"frames", PrintFrameTable}, {"records", PrintRecords}, {"texts", PrintTexts}, {"shapes", PrintShapes}};
 
 }  // namespace
-
-void PrintFrames(std::ostream& out, const Score& score) {
-  out << "measure staff layer index  number duration kind flags     notes (level/displacement words)\n";
-  const Document& document = score.document();
-  for (int measure = 1; measure <= document.MeasureCount(); ++measure) {
-    for (const Staff& staff : score.staves()) {
-      for (short layer = 0; layer < kLayers; ++layer) {
-        const FramePlace place{staff.instrument, static_cast<short>(measure), layer};
-        const std::vector<EXENTRY> entries = document.Entries(place);
-        for (std::size_t i = 0; i < entries.size(); ++i) PrintEntry(out, place, i, entries[i]);
-      }
-    }
-  }
-}
 
 void AddInspectCommand(CLI::App& app, int&) {
   CLI::App& command = *app.add_subcommand("inspect", "Print a score as the extension sees it");

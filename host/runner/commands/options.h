@@ -43,9 +43,10 @@ struct RunOptions {
   bool verbose = false;
   bool only_changed = false;
   bool json = false;
-  bool batch = false;  // there are several scores
-  std::string html;    // the page's file; empty: none
-  int pictures = 24;   // the most systems that are drawn on it for one score
+  bool frames = false;  // the entries of what changed, before and after
+  bool batch = false;   // there are several scores
+  std::string html;     // the page's file; empty: none
+  int pictures = 24;    // the most systems that are drawn on it for one score
 
   // Whether anybody reads why staff-measures were left as they are, and which.
   bool WantsReasons() const { return (json || !html.empty() || !quiet) && !only_changed; }

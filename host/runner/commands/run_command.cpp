@@ -187,6 +187,7 @@ void AddReportOptions(CLI::App& command, RunOptions& options) {
   CLI::Option* const quiet =
       command.add_flag("-q,--quiet", options.quiet, "Say nothing but errors and alerts")->group(kGroup);
   command.add_flag("--json", options.json, "Report as JSON")->group(kGroup);
+  command.add_flag("--frames", options.frames, "Print the entries of what changed, before and after")->group(kGroup);
   CLI::Option* const verbose =
       command.add_flag("-v,--verbose", options.verbose, "Report every staff-measure, and why it was kept")
           ->excludes(quiet)

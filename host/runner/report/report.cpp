@@ -194,6 +194,7 @@ Json ReportJson(const Score& score, const ScoreReport& report, Detail detail) {
   for (const ReportCell& cell : report.cells) {
     if (Tells(detail, cell)) json["cells"].push_back(CellJson(score, cell, report.purpose));
   }
+  if (report.frames) json["frames"] = FramesJson(*report.frames);
   if (!report.diff.empty()) json["diff"] = report.diff;
   return json;
 }

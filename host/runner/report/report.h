@@ -2,10 +2,12 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "host/runner/report/explain.h"
+#include "host/runner/report/frame_table.h"
 #include "host/runner/report/json.h"
 #include "host/runner/run/record_changes.h"
 
@@ -34,8 +36,9 @@ struct ScoreReport {
   long selected = 0;              // staff-measures in the selection
   long changed = 0;               // staff-measures that changed
   std::vector<std::string> warnings;
-  std::vector<std::string> alerts;  // what the extension showed
-  std::string diff;                 // what would change in the text, with --dry-run
+  std::vector<std::string> alerts;                 // what the extension showed
+  std::optional<std::vector<FrameChange>> frames;  // what changed, with --frames
+  std::string diff;                                // what would change in the text, with --dry-run
 
   long RestsIn() const;
   long RestsOut() const;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <map>
 
-#include "host/engine/document.h"
 #include "host/engine/session.h"
 #include "host/musicxml/articulations.h"
 #include "host/musicxml/frames.h"
@@ -60,10 +59,10 @@ Records AllOf(const RecordStore& store) {
 
 }  // namespace
 
-std::vector<RecordChanges> FindRecordChanges(const RecordStore& before, const Score& score,
+std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score& score,
                                              const std::vector<Change>& music) {
   const Document& document = score.document();
-  if (document.records == before) return {};
+  if (document.records == before.records) return {};
   // Articulations travel with the entries of frames that changed.
   const auto written = [&](unsigned int tag, const EDataID& id) {
     FramePlace place;
@@ -73,7 +72,7 @@ std::vector<RecordChanges> FindRecordChanges(const RecordStore& before, const Sc
       return change.kind == ChangeKind::kOther && (tag == kDefinitionTag || (tag == kAssignmentTag && here));
     });
   };
-  const Records old = AllOf(before), now = AllOf(document.records);
+  const Records old = AllOf(before.records), now = AllOf(document.records);
   std::map<std::string, RecordChanges> kinds;
   for (const auto& [place, record] : now) {
     const auto found = old.find(place);

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/engine/record_store.h"
+#include "host/engine/document.h"
 #include "host/musicxml/score.h"
 
 namespace sok {
@@ -18,7 +18,7 @@ struct RecordChanges {
 };
 
 // What became of the records since `before`, by kind; articulations that were written with the music are left out.
-std::vector<RecordChanges> FindRecordChanges(const RecordStore& before, const Score& score,
+std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score& score,
                                              const std::vector<Change>& music);
 
 // "the extension changed texts (2 records changed, 1 record added); only music is written back".

@@ -186,6 +186,12 @@ bool IsTold(const RunOptions& options, const ScoreReport& report) {
   return !(options.only_changed && options.batch) || report.changed > 0 || !report.error.empty();
 }
 
+// Of several scores each table is below the name of its own.
+std::string FramesText(const RunOptions& options, const ScoreReport& report) {
+  const std::string table = report.frames ? FrameTable(*report.frames) : std::string();
+  return options.batch && !table.empty() ? ShownText(report.file) + ": frames\n" + table : table;
+}
+
 // Where the score or the difference takes stdout, the report makes room.
 FileResult Tell(const RunOptions& options, const std::string& output, const Score& score, const ScoreReport& report) {
   FileResult result;
@@ -199,7 +205,7 @@ FileResult Tell(const RunOptions& options, const std::string& output, const Scor
   }
   const std::string text = IsTold(options, report) ? ReportText(score, report, DetailOf(options)) : std::string();
   const bool stdout_taken = options.dry_run || output == kStream;
-  (stdout_taken ? result.err : result.out) += text;
+  (stdout_taken ? result.err : result.out) += text + (options.json ? "" : FramesText(options, report));
   if (!options.json) result.out += report.diff;
   if (!report.error.empty()) result.err += "sokrun: " + ShownText(report.error) + "\n";
   if (options.json) result.report = ReportJson(score, report, DetailOf(options));
@@ -216,12 +222,13 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   const std::unique_ptr<Score> score = Read(options, input, report);
   const std::vector<Invocation> invocations = Plan(options, *score, report);
   SetLayerPreferences(score->document(), options);
-  const RecordStore records = score->document().records;
+  const Document unchanged = score->document();
   report.title = Invoke(options, *score, invocations, report);
   EndCopies();
   report.changes = score->Changes();
-  report.records = FindRecordChanges(records, *score, report.changes);
+  report.records = FindRecordChanges(unchanged, *score, report.changes);
   for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
+  if (options.frames) report.frames = FindFrameChanges(unchanged, score->document(), report.changes);
   FillCells(options, *score, invocations, report);
   try {
     Deliver(options, input, output, before, *score, report);

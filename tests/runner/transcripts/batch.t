@@ -72,7 +72,7 @@ What an extension does to its process, or to stdout, is seen in the report of th
   $ sokrun run 0 crash --check --plugin "$TEST_EXTENSION" --html page.html
   noise
   crash/n.xml: Crash
-  0 rests in, 0 rests out; 1 of 1 staff-measure kept (1 nothing)
+  0 staff-measures changed; 1 of 1 staff-measure kept (1 nothing)
   sokrun: crash/nn.xml: the process that ran the extension was ended by signal 6 (Aborted)
   noise
   sokrun: crash/nnn.xml: the extension ended the process, with exit code 0

@@ -110,16 +110,40 @@ Other extensions are reported, too; what a score does not carry is lost, and nam
   in.xml: line 11: measure 2 holds nothing that takes time; it counts as long as its time signature says
   in.xml: the extension did not free 1 frame
   in.xml: Leak and Talk
-  0 rests in, 0 rests out; 2 of 2 staff-measures kept (2 nothing)
+  0 staff-measures changed; 2 of 2 staff-measures kept (2 nothing)
   $ sokrun run 3 in.xml --check --plugin "$TEST_EXTENSION"
   in.xml: line 11: measure 2 holds nothing that takes time; it counts as long as its time signature says
   in.xml: the extension changed ABCD (1 record added); only music is written back
   in.xml: the extension changed staves (1 record removed); only music is written back
   in.xml: the extension changed texts (1 record changed); only music is written back
   in.xml: Change Records
-  0 rests in, 0 rests out; 2 of 2 staff-measures kept (2 nothing)
+  0 staff-measures changed; 2 of 2 staff-measures kept (2 nothing)
   $ sokrun run 3 in.xml --check --plugin "$TEST_EXTENSION" --json 2>/dev/null | grep -A 18 '"records"' | tr -d ' \n'; echo
   "records":[{"kind":"ABCD","changed":0,"added":1,"removed":0},{"kind":"staves","changed":0,"added":0,"removed":1},{"kind":"texts","changed":1,"added":0,"removed":0}
+
+The entries of what changed, before and after.
+
+  $ sokrun run 2 in.xml --check --frames -q --plugin "$TEST_EXTENSION"
+    measure staff layer number  entry             what it is
+  +       1     1     1      2  r:1024            rest
+  +       1     1     1      3  r:1024            rest
+          1     1     1      1  C5:3072           note
+  [3]
+  $ sokrun run 2 in.xml in.xml --dry-run --frames --only-changed --measures 1 --plugin "$TEST_EXTENSION" 2>&1 >/dev/null | grep -A 2 'in.xml: frames'
+  in.xml: frames
+    measure staff layer number  entry             what it is
+  +       1     1     1      2  r:1024            rest
+  --
+  in.xml: frames
+    measure staff layer number  entry             what it is
+  +       1     1     1      2  r:1024            rest
+  $ sokrun run 2 in.xml --check --frames --json --plugin "$TEST_EXTENSION" 2>/dev/null | grep -A 99 '"frames"' | tr -d ' \n'; echo
+  "frames":[{"measure":1,"staff":1,"layer":1,"before":[{"number":1,"duration":3072,"pitches":["C5"],"flags":["note"]}],"after":[{"number":2,"duration":1024,"pitches":[],"flags":["rest"]},{"number":3,"duration":1024,"pitches":[],"flags":["rest"]},{"number":1,"duration":3072,"pitches":["C5"],"flags":["note"]}]}]}],"summary":{"files":1,"changed":1,"unchanged":0,"failed":0,"rests_in":0,"rests_out":0}}
+  $ sokrun fill in.xml --check --frames -q
+    measure staff layer number  entry             what it is
+  +       2     1     1      2  r:4096            whole-measure rest
+  [3]
+  $ sokrun clear in.xml --check --frames -q
 
 Traces, and a host that lacks something.
 

@@ -73,13 +73,13 @@ scan, inspect, records, texts and shapes: a score as an extension finds it. Noth
   }
   [1]
   $ sokrun inspect small.musicxml frames
-  measure staff layer index  number duration kind flags     notes (level/displacement words)
-        1     1     1     0       1     1024  note c0000000  7/0
-        1     1     1     1       2     1024  note c0000000  8/0
-        1     2     1     0       5     4096  rest 81000800  6/0
-        2     1     1     0       3     2048  note c0000000  16/0
-        3     1     1     0       4     4096  rest 81000800  6/0
-        3     2     1     0       6     2048  rest 81000000  0/0
+  measure staff layer number  entry             what it is
+        1     1     1      1  C5:1024           note
+        1     1     1      2  D5:1024           note
+        1     2     1      5  r:4096            whole-measure rest
+        2     1     1      3  E6:2048           note
+        3     1     1      4  r:4096            whole-measure rest
+        3     2     1      6  r:2048            rest
   $ sokrun inspect small.musicxml nothing
   sokrun: TOPIC: nothing not in {frames,records,texts,shapes}
   Try `sokrun inspect --help`.
