@@ -232,7 +232,7 @@ void CellReader::ReadAttributes(pugi::xml_node node) {
   }
 }
 
-void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size_t base) {
+void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size_t base, std::size_t size) {
   base_ = base;
   part_ = &model_.parts[static_cast<std::size_t>(part)];
   state_ = &state;
@@ -240,6 +240,7 @@ void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size
   last_ = nullptr;
   Cell cell;
   cell.offset = OffsetOf(node);
+  cell.size = static_cast<std::uint32_t>(size);
   cell.divisions = state.divisions;
   cell.fifths = static_cast<std::int8_t>(state.fifths);
   measure_.divisions = state.divisions;
@@ -248,7 +249,9 @@ void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size
   for (const ItemProblem& problem : measure_.problems) Warn(problem.node, problem.text);
   for (const Item& item : measure_.items) {
     if (item.kind == ItemKind::kNote) AddNote(item);
+    cell.has_signs = cell.has_signs || item.has_notations;
     if (item.kind != ItemKind::kPlaced) continue;
+    cell.has_signs = cell.has_signs || Is(item.node.name(), "direction");
     if (Is(item.node.name(), "attributes")) {
       ReadAttributes(item.node);
       if (SetsDivisionsOnly(item.node)) continue;  // they show in every length behind them

@@ -28,8 +28,8 @@ class CellReader {
   CellReader(Model& model, const LineTable& lines) : model_(model), lines_(lines) {}
 
   // Appends the measure to the part. The part's measures come in order. `base` is where the tree of the cell begins in
-  // the text.
-  void Read(int part, PartState& state, pugi::xml_node cell, std::size_t base);
+  // the text, `size` how long the cell is there.
+  void Read(int part, PartState& state, pugi::xml_node cell, std::size_t base, std::size_t size);
   void EndPart(int part, PartState& state);
 
  private:

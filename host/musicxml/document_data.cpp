@@ -16,6 +16,7 @@ void ReadDocumentData(const Model& model, std::string_view text, Document& docum
   ShapeReader shapes(context);
   for (std::size_t part = 0; part < model.parts.size(); ++part) {
     for (std::size_t i = 1; i <= model.parts[part].measures.size(); ++i) {
+      if (!model.parts[part].measures[i - 1].has_signs) continue;
       const OpenMeasure measure(model, text, static_cast<int>(part), static_cast<short>(i), pugi::parse_default);
       AddMeasureTexts(context, measure.tree.document_element(), measure.part, measure.measure);
       shapes.Read(measure);

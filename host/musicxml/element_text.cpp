@@ -63,18 +63,19 @@ ElementText::ElementText(std::string text) : text_(std::move(text)) { Scan(); }
 
 void ElementText::Scan() {
   children_.clear();
-  const std::size_t content = MarkupEnd(text_, 0);
-  for (std::size_t at = text_.find('<', content); at != std::string::npos && text_.compare(at, 2, "</") != 0;) {
-    const bool element = text_[at + 1] != '!' && text_[at + 1] != '?';
-    const std::size_t end = element ? ElementEnd(text_, at) : MarkupEnd(text_, at);
-    if (element) children_.push_back({std::string(ElementName(std::string_view(text_).substr(at))), at, end});
-    at = text_.find('<', end);
+  const std::string_view text = text_;
+  const std::size_t content = MarkupEnd(text, 0);
+  for (std::size_t at = text.find('<', content); at != std::string_view::npos && text[at + 1] != '/';) {
+    const bool element = text[at + 1] != '!' && text[at + 1] != '?';
+    const std::size_t end = element ? ElementEnd(text, at) : MarkupEnd(text, at);
+    if (element) children_.push_back({ElementName(text.substr(at, end - at)).size(), at, end});
+    at = text.find('<', end);
   }
 }
 
 const ElementText::ChildPlace* ElementText::Find(std::string_view name) const {
   const auto at =
-      std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& child) { return child.name == name; });
+      std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& child) { return NameOf(child) == name; });
   return at == children_.end() ? nullptr : &*at;
 }
 
@@ -90,7 +91,7 @@ std::string ElementText::Child(std::string_view name) const {
 std::vector<std::string> ElementText::Children(std::string_view name) const {
   std::vector<std::string> all;
   for (const ChildPlace& child : children_) {
-    if (child.name == name) all.emplace_back(TextOf(child));
+    if (NameOf(child) == name) all.emplace_back(TextOf(child));
   }
   return all;
 }
@@ -102,10 +103,18 @@ std::string ElementText::Content(std::string_view name) const {
   return child.substr(begin, child.rfind("</") - begin);
 }
 
-void ElementText::Cut(std::size_t begin, std::size_t end) {
-  begin = SpaceBefore(text_, begin);
-  text_.erase(begin, end - begin);
-  Scan();
+void ElementText::Exchange(std::size_t begin, std::size_t end, std::string_view text, std::size_t index) {
+  text_.replace(begin, end - begin, text);
+  for (std::size_t i = index; i < children_.size(); ++i) {
+    children_[i].begin += text.size() - (end - begin);
+    children_[i].end += text.size() - (end - begin);
+  }
+}
+
+void ElementText::Cut(std::size_t index) {
+  const ChildPlace child = children_[index];
+  children_.erase(children_.begin() + static_cast<std::ptrdiff_t>(index));
+  Exchange(SpaceBefore(text_, child.begin), child.end, {}, index);
 }
 
 void ElementText::Insert(const std::string& child, ElementOrder order) {
@@ -117,14 +126,17 @@ void ElementText::Insert(const std::string& child, ElementOrder order) {
   }
   const std::size_t place = PlaceIn(order, ElementName(child));
   const auto later = std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& other) {
-    const std::size_t its = PlaceIn(order, other.name);
+    const std::size_t its = PlaceIn(order, NameOf(other));
     return its != order.size() && its > place;
   });
   const std::size_t at = later != children_.end() ? later->begin : text_.rfind("</");
   const std::string_view layout = children_.empty() ? std::string_view() : Indentation(text_, children_.front().begin);
   const std::string whole = std::string(layout) + child;
-  text_.insert(SpaceBefore(text_, at), whole);
-  Scan();
+  const std::size_t space = SpaceBefore(text_, at);
+  const auto index = static_cast<std::size_t>(later - children_.begin());
+  const ChildPlace added{ElementName(child).size(), space + layout.size(), space + whole.size()};
+  Exchange(space, space, whole, index);
+  children_.insert(children_.begin() + static_cast<std::ptrdiff_t>(index), added);
 }
 
 void ElementText::SetContent(std::string_view name, const std::string& content, ElementOrder order) {
@@ -136,16 +148,20 @@ void ElementText::SetContent(std::string_view name, const std::string& content, 
     Replace(name, whole);
   } else {
     const std::size_t begin = MarkupEnd(text_, child->begin);
-    text_.replace(begin, text_.rfind("</", child->end - 1) - begin, content);
-    Scan();
+    const auto index = static_cast<std::size_t>(child - children_.data());
+    const std::size_t end = text_.rfind("</", child->end - 1);
+    children_[index].end += content.size() - (end - begin);
+    Exchange(begin, end, content, index + 1);
   }
 }
 
 void ElementText::Replace(std::string_view name, const std::string& child) {
-  if (const ChildPlace* place = Find(name)) {
-    text_.replace(place->begin, place->end - place->begin, child);
-    Scan();
-  }
+  const ChildPlace* const place = Find(name);
+  if (place == nullptr) return;
+  const ChildPlace old = *place;
+  const auto index = static_cast<std::size_t>(place - children_.data());
+  children_[index] = {ElementName(child).size(), old.begin, old.begin + child.size()};
+  Exchange(old.begin, old.end, child, index + 1);
 }
 
 void ElementText::RemoveAttribute(std::string_view name) {

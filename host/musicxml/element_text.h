@@ -36,7 +36,7 @@ class ElementText {
   template <typename Predicate>
   void RemoveIf(std::string_view name, Predicate goes) {
     for (std::size_t i = children_.size(); i-- > 0;) {
-      if (children_[i].name == name && goes(TextOf(children_[i]))) Cut(children_[i].begin, children_[i].end);
+      if (NameOf(children_[i]) == name && goes(TextOf(children_[i]))) Cut(i);
     }
   }
   void Remove(std::string_view name) {
@@ -46,14 +46,17 @@ class ElementText {
 
  private:
   struct ChildPlace {
-    std::string name;
+    std::size_t name = 0;  // its length
     std::size_t begin = 0;
     std::size_t end = 0;
   };
   const ChildPlace* Find(std::string_view name) const;
   std::string_view TextOf(const ChildPlace& child) const;
+  std::string_view NameOf(const ChildPlace& child) const { return TextOf(child).substr(1, child.name); }
   void Scan();
-  void Cut(std::size_t begin, std::size_t end);
+  void Cut(std::size_t index);
+  // Puts text in place of another one; children from `index` on stand behind it.
+  void Exchange(std::size_t begin, std::size_t end, std::string_view text, std::size_t index);
 
   std::string text_;
   std::vector<ChildPlace> children_;

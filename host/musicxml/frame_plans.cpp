@@ -7,9 +7,20 @@
 namespace sok {
 namespace {
 
-bool Holds(const std::vector<EXENTRY>& entries, int number) {
-  return std::any_of(entries.begin(), entries.end(), [&](const EXENTRY& entry) { return entry.number == number; });
+// Null: not among them. Most frames hold numbers in a row.
+const EXENTRY* Find(const std::vector<EXENTRY>& entries, int number) {
+  if (entries.empty()) return nullptr;
+  const std::int64_t guess = std::int64_t{number} - entries.front().number;
+  if (guess >= 0 && guess < std::ssize(entries)) {
+    const EXENTRY& entry = entries[static_cast<std::size_t>(guess)];
+    if (entry.number == number) return &entry;
+  }
+  const auto at =
+      std::find_if(entries.begin(), entries.end(), [&](const EXENTRY& entry) { return entry.number == number; });
+  return at == entries.end() ? nullptr : &*at;
 }
+
+bool Holds(const std::vector<EXENTRY>& entries, int number) { return Find(entries, number) != nullptr; }
 
 FramePlace PlaceOf(const Change& change) { return {change.slot, change.measure, change.layer}; }
 
@@ -50,14 +61,17 @@ std::vector<EXENTRY> FramePlans::Now(const FramePlace& place) const {
 
 EXENTRY FramePlans::Before(int number) const {
   const auto found = read_.Find(number);
-  return found ? Read(found->place)[static_cast<std::size_t>(found->index)] : EXENTRY{};
+  if (!found) return {};
+  const auto index = static_cast<std::size_t>(found->index);
+  const auto frame = frames_.find(found->place);
+  return frame == frames_.end() ? Read(found->place)[index] : frame->second.before[index];
 }
 
 int FramePlans::SourceOf(const FramePlace& place, const EXENTRY& entry) const {
   const int number = entry.number;
+  if (Holds(frames_.at(place).before, number)) return number;
   const auto origin = read_.Find(number);
   if (!origin) return 0;
-  if (origin->place == place) return number;
   const auto home = frames_.find(origin->place);
   if (home == frames_.end() || Holds(home->second.after, number)) return 0;
   const auto first = std::find_if(frames_.begin(), frames_.end(),

@@ -73,6 +73,8 @@ std::optional<EntrySource::Position> ModelFrames::Find(int number) const {
   if (number < 1 || number > LastNumber()) return std::nullopt;
   const auto entry = static_cast<std::uint32_t>(number - 1);
   for (const Part& part : model_.parts) {
+    if (part.cells.empty() || entry < part.cells.front().first_entry) continue;
+    if (part.cells.back().first_entry + part.cells.back().entries <= entry) continue;
     // Both the voices of a part and its measures stand in the order of their entries.
     const auto behind =
         std::upper_bound(part.cells.begin(), part.cells.end(), entry,

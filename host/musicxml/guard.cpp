@@ -128,7 +128,7 @@ void CheckPatchedText(const Model& model, std::string_view text, std::string_vie
       is += length;
       const std::size_t end = ElementEnd(patched, is);
       same = SameBeside(model, part, part.measures[measure], patched.substr(is, end - is), changes);
-      was = ElementEnd(text, offset);
+      was = offset + part.measures[measure].size;
       is = end;
     }
     if (!same) {

@@ -23,11 +23,17 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 std::size_t MarkupEnd(std::string_view text, std::size_t begin) {
-  const std::string_view rest = text.substr(begin);
-  if (rest.starts_with("</")) return Behind(text, begin + 2, ">");  // holds no quotes
-  if (rest.starts_with("<!--")) return Behind(text, begin + 4, "-->");
-  if (rest.starts_with("<![CDATA[")) return Behind(text, begin + 9, "]]>");
-  if (rest.starts_with("<?")) return Behind(text, begin + 2, "?>");
+  const char kind = begin + 1 < text.size() ? text[begin + 1] : '>';
+  if (kind == '/') {  // holds no quotes
+    const std::size_t end = text.find('>', begin + 2);
+    return end == std::string_view::npos ? text.size() : end + 1;
+  }
+  if (kind == '!' || kind == '?') {
+    const std::string_view rest = text.substr(begin);
+    if (rest.starts_with("<!--")) return Behind(text, begin + 4, "-->");
+    if (rest.starts_with("<![CDATA[")) return Behind(text, begin + 9, "]]>");
+    if (kind == '?') return Behind(text, begin + 2, "?>");
+  }
   for (std::size_t at = begin + 1; at < text.size(); ++at) {
     if (text[at] == '>') return at + 1;
     if (text[at] == '"' || text[at] == '\'') {

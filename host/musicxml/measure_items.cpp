@@ -84,6 +84,7 @@ void ReadStaff(pugi::xml_node node, NoteParts& note) {
 }
 
 void ReadNotations(pugi::xml_node node, NoteParts& note) {
+  note.item.has_notations = true;
   if (node.child("fermata")) Flag(note, kFermata);
 }
 

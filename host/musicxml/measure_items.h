@@ -29,6 +29,7 @@ enum class ItemKind : std::uint8_t {
 struct Item {
   ItemKind kind = ItemKind::kStanding;
   bool chord = false;  // sounds with the note before it
+  bool has_notations = false;
   int staff = 1;       // of a note
   int key_staff = 0;   // a part of the voice's identity where it has no name, else 0; a chord's are its first note's
   Entry entry;         // of a note, as if it were alone; its pitch number means nothing

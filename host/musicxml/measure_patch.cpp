@@ -46,6 +46,7 @@ MeasurePatch::MeasurePatch(const Model& model, std::string_view text, int part, 
     Piece& piece = pieces_.emplace_back();
     piece.kind = item.kind;
     piece.item = &item;
+    piece.end = ElementEnd(text, item.begin);
     piece.entry = measure_.entries[i];
     piece.chord = item.chord;
     piece.length = item.chord ? Fraction() : item.length;
@@ -55,11 +56,9 @@ MeasurePatch::MeasurePatch(const Model& model, std::string_view text, int part, 
   }
 }
 
-std::size_t MeasurePatch::EndOf(const Piece& piece) const { return ElementEnd(text_, piece.item->begin); }
-
 std::string MeasurePatch::TextOf(const Piece& piece) const {
   if (piece.item == nullptr || !piece.text.empty()) return piece.text;
-  return std::string(text_.substr(piece.item->begin, EndOf(piece) - piece.item->begin));
+  return std::string(text_.substr(piece.item->begin, piece.end - piece.item->begin));
 }
 
 void MeasurePatch::Walk() {
@@ -346,7 +345,7 @@ bool MeasurePatch::NothingLeft() const {
   std::size_t from = content_;
   for (const Piece& piece : pieces_) {
     if (!piece.gone || piece.item == nullptr || !IsBlank(text_.substr(from, piece.item->begin - from))) return false;
-    from = EndOf(piece);
+    from = piece.end;
   }
   return !pieces_.empty() && IsBlank(text_.substr(from, text_.rfind("</", measure_.end - 1) - from));
 }
@@ -367,12 +366,11 @@ std::vector<Splice> MeasurePatch::Splices() const {
       if (!piece.gone) splices.push_back({anchor, anchor, piece.text});
       continue;
     }
-    const std::size_t end = EndOf(piece);
     if (piece.gone)
-      splices.push_back({SpaceBefore(text_, piece.item->begin), end, {}});
+      splices.push_back({SpaceBefore(text_, piece.item->begin), piece.end, {}});
     else if (!piece.text.empty())
-      splices.push_back({piece.item->begin, end, piece.text});
-    anchor = end;
+      splices.push_back({piece.item->begin, piece.end, piece.text});
+    anchor = piece.end;
   }
   return splices;
 }

@@ -95,6 +95,7 @@ class MeasurePatch {
   struct Piece {
     ItemKind kind = ItemKind::kStanding;
     const Item* item = nullptr;  // null: added
+    std::size_t end = 0;         // of the item's text
     int entry = 0;               // number of a note's entry, while it stands where it was
     NoteText note;               // what it is now, where it was written
     bool written = false;        // `note` says what it is
@@ -112,7 +113,6 @@ class MeasurePatch {
   };
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  std::size_t EndOf(const Piece& piece) const;
   std::string TextOf(const Piece& piece) const;
   void Walk();
   std::size_t Neighbour(std::size_t index, int step, bool cursor_only) const;

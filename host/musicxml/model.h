@@ -58,12 +58,14 @@ struct VoiceCell {
 // One measure of one part: the <measure> of a partwise score, the <part> of a timewise one.
 struct Cell {
   std::size_t offset = 0;         // of its '<' in the text
+  std::uint32_t size = 0;         // of its text
   std::uint32_t first_voice = 0;  // index in Part::cells
   std::uint32_t voices = 0;
   std::uint64_t fingerprint = 0;  // of what stands beside the notes, and where
   std::uint64_t names = 0;        // the same wherever it stands
   Fraction divisions;             // in force at its start
   std::int8_t fifths = 0;         // the key in force at its start: sharps, or flats below 0
+  bool has_signs = false;         // directions, or notations on notes
 };
 
 // A staff that a voice lives on in some measures, and its layer there.

@@ -2,8 +2,6 @@
 
 #include <map>
 
-#include "host/musicxml/markup.h"
-
 namespace sok {
 namespace {
 
@@ -36,7 +34,7 @@ OpenMeasure::OpenMeasure(const Model& model, std::string_view text, int in_part,
       part(in_part),
       measure(in_measure),
       begin(cell.offset),
-      end(ElementEnd(text, cell.offset)) {
+      end(cell.offset + cell.size) {
   tree.load_buffer(text.data() + begin, end - begin, parse, pugi::encoding_utf8);
   parts.divisions = cell.divisions;
   parts.Read(tree.document_element(), begin);

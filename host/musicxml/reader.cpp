@@ -6,6 +6,7 @@
 
 #include "host/musicxml/cell_reader.h"
 #include "host/musicxml/limits.h"
+#include "host/musicxml/markup.h"
 #include "host/musicxml/skeleton.h"
 
 namespace sok {
@@ -165,12 +166,12 @@ class ScoreReader {
       first_offsets_.push_back(at_);
     }
     if (whole) {
-      cells_.Read(part, state, cell, 0);
+      cells_.Read(part, state, cell, 0, ElementEnd(text_, at_ - 1) - (at_ - 1));
     } else {
       cell_text_.assign(text_, place.begin, place.end - place.begin);
       Check(cell_tree_.load_buffer_inplace(cell_text_.data(), cell_text_.size(), kMusicOnly, pugi::encoding_utf8),
             place.begin);
-      cells_.Read(part, state, cell_tree_.document_element(), place.begin);
+      cells_.Read(part, state, cell_tree_.document_element(), place.begin, place.end - place.begin);
     }
     if (times_[position].IsZero()) times_[position] = state.time;
   }
@@ -263,7 +264,7 @@ Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptio
   const LineTable lines(cell);
   PartState state;
   state.divisions = divisions;
-  CellReader(model, lines).Read(0, state, tree.document_element(), 0);
+  CellReader(model, lines).Read(0, state, tree.document_element(), 0, cell.size());
   return model;
 }
 

@@ -86,7 +86,7 @@ class PartLines {
       const Item& item = measure.parts.items[i];
       if (item.kind == ItemKind::kNote) {
         if (!item.chord) chord_position = ToUnits(item.before);
-        ReadNote(item.node, measure.entries[i], Place(item.node, measure, chord_position));
+        if (item.has_notations) ReadNote(item.node, measure.entries[i], Place(item.node, measure, chord_position));
       } else if (Is(item.node.name(), "direction")) {
         const int offset = OffsetOf(item.node, item.divisions);
         const End place = Place(item.node, measure, ToUnits(item.before) + offset);
