@@ -21,8 +21,9 @@ short LeakAndTalk(const EREGION& region, short) {
   return 0;
 }
 
+// In the first measure, selected or not.
 short AddRests(const EREGION& region, short) {
-  EXTGF2005a* const frame = SX_LoadTGF(0, region.start.slot, region.start.measure, 0, 1, kInterfaceVersion);
+  EXTGF2005a* const frame = SX_LoadTGF(0, region.start.slot, 1, 0, 1, kInterfaceVersion);
   if (frame == nullptr) return 0;
   SX_InsertEXENTRY(frame, 0, 2, kInterfaceVersion);
   for (short i = 0; i < 2; ++i) {

@@ -68,6 +68,7 @@ std::string OutputOf(const RunOptions& options, const Input& input) {
   if (options.in_place) return input.path;
   if (!options.output_folder.empty()) return OutputInFolder(options, input);
   if (IsStream(input)) return kStream;
+  if (options.purpose == Purpose::kOther) return {};  // it may be a report, which changes nothing
   throw UsageError(
       "say where the result goes: -o, --in-place or --output-dir; or look first with --dry-run or --check");
 }

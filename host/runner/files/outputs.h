@@ -9,8 +9,8 @@
 
 namespace sok {
 
-// Where each input's result goes; empty texts where it goes nowhere. Throws UsageError for what cannot be, as two
-// results under one name, or a page over a result.
+// Where each input's result goes; empty texts where it goes nowhere, or where `run` was not told. Throws UsageError for
+// what cannot be, as two results under one name, or a page over a result.
 std::vector<std::string> PlanOutputs(const RunOptions& options, const std::vector<Input>& inputs);
 
 // Makes the folders that results go to. Throws InputError.

@@ -70,13 +70,21 @@ int Weight(Reason reason) {
   }
 }
 
+bool AreOneKind(const std::vector<Change>& changes) {
+  return std::ranges::all_of(changes, [&](const Change& change) { return change.kind == changes.front().kind; });
+}
+
+// What happened to one of several layers.
+std::string EditsOf(const Change& change) {
+  if (change.kind == ChangeKind::kOther) return change.edits;
+  return change.kind == ChangeKind::kFilled ? "a whole-measure rest in" : "every entry out";
+}
+
 Verdict ExplainChange(const std::vector<Change>& changes, const std::vector<LayerFacts>& layers,
                       const Settings& settings) {
   const Change& first = changes.front();
   const bool shown = settings.layer_shown[first.layer];
-  const bool same_kind =
-      std::all_of(changes.begin(), changes.end(), [&](const Change& change) { return change.kind == first.kind; });
-  if (!same_kind || first.kind == ChangeKind::kOther)
+  if (!AreOneKind(changes) || first.kind == ChangeKind::kOther)
     return {Outcome::kChanged, Reason::kOtherChange, first.layer, shown};
   if (first.kind == ChangeKind::kCleared) {
     return {Outcome::kCleared, ReasonOf(layers[static_cast<std::size_t>(first.layer)]), first.layer, shown};
@@ -157,8 +165,9 @@ std::string Text(const Verdict& verdict, Purpose purpose) {
 
 std::vector<std::string> Notes(const Score& score, const std::vector<Change>& changes, bool fermatas_kept) {
   std::vector<std::string> notes;
+  const bool each = !AreOneKind(changes) || changes.front().kind == ChangeKind::kOther;
   for (const Change& change : changes) {
-    if (!change.edits.empty()) notes.push_back("layer " + std::to_string(change.layer + 1) + ": " + change.edits);
+    if (each) notes.push_back("layer " + std::to_string(change.layer + 1) + ": " + EditsOf(change));
     const bool rest =
         change.kind == ChangeKind::kCleared && score.Facts(change.slot, change.measure, change.layer).whole_rest;
     for (const std::string& lost : change.lost) {

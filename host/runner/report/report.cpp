@@ -95,7 +95,7 @@ Json CellJson(const Score& score, const ReportCell& cell, Purpose purpose) {
 
 std::string_view Status(const ScoreReport& report) {
   if (!report.error.empty()) return "failed";
-  return report.changed > 0 ? "changed" : "unchanged";
+  return !report.changes.empty() ? "changed" : "unchanged";
 }
 
 }  // namespace
@@ -132,8 +132,10 @@ std::string MeasuresLabel(const Score& score, const std::vector<short>& measures
 
 std::string Sentence(const ReportCell& cell, Purpose purpose) {
   std::string text(Name(cell.verdict.outcome));
-  text += ": " + Text(cell.verdict, purpose);
-  for (const std::string& note : cell.notes) text += "; " + note;
+  // The notes of other changes say which layers have what.
+  const bool told = cell.verdict.reason != Reason::kOtherChange;
+  if (told) text += ": " + Text(cell.verdict, purpose);
+  for (const std::string& note : cell.notes) text += (told || &note != &cell.notes.front() ? "; " : ": ") + note;
   return text;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "host/engine/session.h"
 #include "host/musicxml/articulations.h"
@@ -91,6 +92,25 @@ std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score
     all.push_back(std::move(changes));
   }
   return all;
+}
+
+std::vector<std::string> FindOrphans(const Document& before, const Score& score, const std::vector<Change>& music) {
+  const Document& document = score.document();
+  std::set<int> gone;
+  for (const Change& change : music) {
+    for (const EXENTRY& entry : before.Entries({change.slot, change.measure, change.layer})) {
+      if (!document.FindEntry(entry.number)) gone.insert(int{entry.number});
+    }
+  }
+  if (gone.empty()) return {};
+  std::map<std::string, long> kinds;
+  document.records.ForEach([&](unsigned int tag, const EDataID& id, auto) {
+    if (ViewOf(tag) == KeyView::kEntryDetail && gone.contains(int{id.entryDetail.entryNum})) ++kinds[KindOf(tag)];
+  });
+  std::vector<std::string> texts;
+  for (const auto& [kind, count] : kinds)
+    texts.push_back(kind + " are left without their entry (" + Counted(count, "record") + ")");
+  return texts;
 }
 
 std::string Text(const RecordChanges& changes) {

@@ -88,13 +88,19 @@ bool Before(const Change& change, short measure, short slot) {
   return change.measure != measure ? change.measure < measure : change.slot < slot;
 }
 
+// What an extension does to music that nobody selected is written like the rest, but nobody expects it.
+void WarnOfOutside(const Change& change, ScoreReport& report) {
+  report.warnings.push_back("measure " + std::to_string(change.measure) + ", staff " + std::to_string(change.slot) +
+                            ", layer " + std::to_string(change.layer + 1) + " changed, which was not selected");
+}
+
 // Counts the changed staff-measures, and makes cells of those that anybody wants to see.
 void FillCells(const RunOptions& options, const Score& score, const std::vector<Invocation>& invocations,
                ScoreReport& report) {
   auto next = report.changes.begin();
   const auto visit = [&](short measure, short slot, const Invocation& invocation) {
     std::vector<Change> changes;
-    while (next != report.changes.end() && Before(*next, measure, slot)) ++next;
+    for (; next != report.changes.end() && Before(*next, measure, slot); ++next) WarnOfOutside(*next, report);
     for (; next != report.changes.end() && next->measure == measure && next->slot == slot; ++next) {
       changes.push_back(*next);
     }
@@ -123,6 +129,7 @@ void FillCells(const RunOptions& options, const Score& score, const std::vector<
     }
     begin = end;
   }
+  for (; next != report.changes.end(); ++next) WarnOfOutside(*next, report);
 }
 
 // Writes the result, or finds the difference.
@@ -135,11 +142,13 @@ void Deliver(const RunOptions& options, const Input& input, const std::string& o
     return;
   }
   if (output.empty()) {
-    if (report.changed > 0) score.WriteText(options.write);  // says what could not be written
-    return;
+    if (report.changes.empty()) return;
+    score.WriteText(options.write);  // says what could not be written
+    if (options.check) return;
+    throw ScoreError(report.file + ": it changed; say where the result goes: -o, --in-place or --output-dir");
   }
   const bool over_itself = output != kStream && SameFile(output, input.path);
-  if (over_itself && report.changed == 0) return;  // nothing to do to the file
+  if (over_itself && report.changes.empty()) return;  // nothing to do to the file
   std::string bytes = score.Write(options.write);
   if (!over_itself) bytes = InFormOf(output, std::move(bytes));
   if (options.backup) {
@@ -183,7 +192,7 @@ Detail DetailOf(const RunOptions& options) {
 // A score without changes is no news where only changes are.
 bool IsTold(const RunOptions& options, const ScoreReport& report) {
   if (options.quiet || options.json) return false;
-  return !(options.only_changed && options.batch) || report.changed > 0 || !report.error.empty();
+  return !(options.only_changed && options.batch) || !report.changes.empty() || !report.error.empty();
 }
 
 // Of several scores each table is below the name of its own.
@@ -196,7 +205,7 @@ std::string FramesText(const RunOptions& options, const ScoreReport& report) {
 FileResult Tell(const RunOptions& options, const std::string& output, const Score& score, const ScoreReport& report) {
   FileResult result;
   result.exit_code = report.error.empty() ? 0 : kExitBadInput;
-  result.changed = report.changed > 0;
+  result.changed = !report.changes.empty();
   result.rests_in = report.RestsIn();
   result.rests_out = report.RestsOut();
   result.err = Lines(report.file + ": alert: ", report.alerts);
@@ -228,6 +237,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   report.changes = score->Changes();
   report.records = FindRecordChanges(unchanged, *score, report.changes);
   for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
+  for (std::string& left : FindOrphans(unchanged, *score, report.changes)) report.warnings.push_back(std::move(left));
   if (options.frames) report.frames = FindFrameChanges(unchanged, score->document(), report.changes);
   FillCells(options, *score, invocations, report);
   try {

@@ -2,9 +2,20 @@
 
 #include <string_view>
 
+#include "host/runner/report/frame_table.h"
 #include "host/runner/report/shown_text.h"
 
 namespace sok {
+
+namespace {
+
+std::string EntriesOf(const EXTGF2005a& frame) {
+  const EXENTRY* const entries = frame.entries;
+  const short count = frame.count;
+  return EntriesText({entries, entries != nullptr && count > 0 ? static_cast<std::size_t>(count) : 0});
+}
+
+}  // namespace
 
 void Tracer::After(HostCall& call) {
   const std::string_view name = call.name;
@@ -16,6 +27,7 @@ void Tracer::After(HostCall& call) {
     const short count = call.frame->count;
     line += " of " + std::to_string(count) + (count == 1 ? " entry" : " entries");
   }
+  if (name == "SX_SaveTGF" && call.result != 0) line += ": " + EntriesOf(*call.frame);
   line = ShownText(line);
   if (mode_ == TraceMode::kAll) {
     std::fprintf(out_, "%s\n", line.c_str());

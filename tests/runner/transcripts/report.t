@@ -145,11 +145,35 @@ The entries of what changed, before and after.
   [3]
   $ sokrun clear in.xml --check --frames -q
 
+What changed without being selected, and what is left without its entry, is named.
+
+  $ sokrun run 2 in.xml --check --measures 2 --plugin "$TEST_EXTENSION" 2>&1 | grep selected
+  in.xml: measure 1, staff 1, layer 1 changed, which was not selected
+  $ slur() { echo "s|</note>|<notations><slur type=\"$1\" number=\"1\"/></notations></note>|"; }
+  $ letters Flute=wn | sed "0,/<\/note>/$(slur start); /number=\"2\"/,\$$(slur stop)" >marked.xml
+  $ sokrun run 0 marked.xml --check 2>&1 | grep -E 'left|went'
+  marked.xml: lines are left without their entry (1 record)
+  Flute  measure 1  cleared: layer 1 held a whole-measure rest; slur went with the rest
+
+A run that changes nothing needs no place for its result; one that does is not written without.
+
+  $ sokrun run 1 in.xml -q --plugin "$TEST_EXTENSION"
+  in.xml: alert: a word from the extension
+  $ sokrun run 2 in.xml --plugin "$TEST_EXTENSION" 2>&1
+  in.xml: line 11: measure 2 holds nothing that takes time; it counts as long as its time signature says
+  sokrun: in.xml: it changed; say where the result goes: -o, --in-place or --output-dir
+  in.xml: Add Rests
+  Flute  measure 1  changed: layer 1: 2 entries in, longer than its measure now
+  1 staff-measure changed; 1 of 2 staff-measures kept (1 nothing); not written
+  [1]
+
 Traces, and a host that lacks something.
 
   $ sokrun fill in.xml --check --trace -q 2>&1 | grep -E 'LoadTGF\(0 1 1 0|MaxLayers'
   SX_GetMaxLayers() -> 4
   SX_LoadTGF(0 1 1 0 1) -> frame of 1 entry
+  $ sokrun run 2 in.xml --check --trace -q --plugin "$TEST_EXTENSION" 2>&1 | grep Save
+  SX_SaveTGF(1,1,0 3) -> 1: r:1024 r:1024 C5:3072
   $ sokrun fill in.xml --check --trace-changed -q 2>&1 | head -3
   measure 2, staff 1:
     SX_LoadTGF(0 1 2 0 1) -> frame of 0 entries
