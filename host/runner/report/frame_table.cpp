@@ -131,10 +131,10 @@ std::string EntriesText(std::span<const EXENTRY> entries) {
 void PrintFrameTable(std::ostream& out, const Score& score) {
   out << kHeading;
   const Document& document = score.document();
-  for (short measure = 1; measure <= document.MeasureCount(); ++measure) {
+  for (int measure = 1; measure <= document.MeasureCount(); ++measure) {
     for (const Staff& staff : score.staves()) {
       for (short layer = 0; layer < kLayers; ++layer) {
-        const FramePlace place{staff.instrument, measure, layer};
+        const FramePlace place{staff.instrument, static_cast<short>(measure), layer};
         for (const EXENTRY& entry : document.Entries(place)) out << Row(place, entry);
       }
     }

@@ -135,3 +135,10 @@ A kind alone, a part of the score, several scores, the worst first.
   <th scope="row">small.musicxml
   <th scope="row">sound.musicxml
   $ cmp small.musicxml before
+
+The last measure that there can be is the last one that is shown.
+
+  $ letters Flute=n >one; python3 -c "print(open('one').read().replace('</measure>', '</measure>' + '<measure/>' * 32766))" >long.xml
+  $ sokrun inspect long.xml frames 2>/dev/null | head -9
+  measure staff layer number  entry             what it is
+        1     1     1      1  C5:3072           note
