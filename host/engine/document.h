@@ -10,6 +10,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -95,7 +96,8 @@ class Document {
 
   // Replaces the entries of a frame. An entry whose number is 0 or less gets a new number, and so does one whose number
   // belongs to another entry of the document; once that one is gone the entry has moved, and has its number back. No
-  // number is ever given twice. False for a place that does not exist, more than 32767 entries, or a note count outside 0 to 12.
+  // number is ever given twice. False for a place that does not exist, more than 32767 entries, or a note count outside
+  // 0 to 12.
   bool SetEntries(const FramePlace& place, std::vector<EXENTRY> entries);
 
   // Calls `visit` for every frame that has been set, in order of instrument, measure and layer.
@@ -105,6 +107,8 @@ class Document {
   // A number that no entry has.
   int NewEntryNumber();
   int LastEntryNumber() const { return last_entry_number_; }  // no entry has a higher one
+  // False for a number that came with saved entries and had not been given to any entry by then.
+  bool WasHandedOut(int number) const { return !made_up_numbers_.contains(number); }
 
   // Where an entry stands; none when no frame holds the number.
   std::optional<EntrySource::Position> FindEntry(int number) const;
@@ -137,6 +141,7 @@ class Document {
   std::unordered_map<int, int> stand_ins_;  // numbers given to entries that stood elsewhere, too, and their own ones
   std::unordered_map<int, int> waiting_;    // own numbers of such entries, and what they are called until then
   int last_entry_number_ = 0;
+  std::set<int> made_up_numbers_;
   std::vector<std::string> fonts_;
   std::vector<std::string> parts_ = {"Score"};
 };

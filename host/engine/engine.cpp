@@ -99,11 +99,7 @@ bool Engine::SaveFrame(EXTGF2005a* frame) {
   if (!entries) return false;
   Document& document = *session_->document;
   const FramePlace place = PlaceOf(*frame);
-  std::vector<EXENTRY> saved(entries->begin(), entries->end());
-  for (EXENTRY& entry : saved) {
-    if (entry.number > document.LastEntryNumber()) entry.number = 0;  // never handed out
-  }
-  if (!document.SetEntries(place, std::move(saved))) return false;
+  if (!document.SetEntries(place, {entries->begin(), entries->end()})) return false;
   document.CopyEntries(place, frame->entries);
   document.dirty = true;
   return true;

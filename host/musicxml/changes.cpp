@@ -19,7 +19,9 @@ bool SamePitches(const EXENTRY& a, const EXENTRY& b) {
 
 bool IsNote(const EXENTRY& entry) { return (entry.flags & kEntryIsNote) != 0; }
 
-int LengthOf(std::span<const EXENTRY> entries) {
+// A whole-measure rest is as long as its measure.
+int LengthOf(std::span<const EXENTRY> entries, int measure) {
+  if (entries.size() == 1 && !IsNote(entries[0]) && entries[0].duration == kWholeRestDuration) return measure;
   return std::accumulate(entries.begin(), entries.end(), 0,
                          [](int sum, const EXENTRY& entry) { return sum + entry.duration; });
 }
@@ -53,7 +55,8 @@ std::string EditsOf(std::span<const EXENTRY> before, std::span<const EXENTRY> af
   say(came, " entry in", " entries in");
   say(static_cast<int>(known.size()), " entry out", " entries out");
   if (text.empty()) text = "the order of its entries changed";
-  if (LengthOf(after) > measure && LengthOf(after) > LengthOf(before)) text += ", longer than its measure now";
+  const int length = LengthOf(after, measure);
+  if (length > measure && length > LengthOf(before, measure)) text += ", longer than its measure now";
   return text;
 }
 

@@ -58,7 +58,7 @@ class Writer {
     if (!relaid.empty()) Attempt(*relaid.front().change, [&] { patch.Settle(); });
     patch.Remove(gone);
     for (const Change* change : changes) {
-      if (change->kind == ChangeKind::kFilled) Fill(patch, *change);
+      if (change->kind == ChangeKind::kFilled) Attempt(*change, [&] { Fill(patch, *change); });
     }
     for (Splice& splice : patch.Splices()) splices_.push_back(std::move(splice));
   }
@@ -150,6 +150,13 @@ class Writer {
     return written;
   }
 
+  void CheckNumbers(const Change& change) const {
+    for (const EXENTRY& entry : plans_.After({change.slot, change.measure, change.layer})) {
+      if (!document_.WasHandedOut(entry.number))
+        throw EntryRefused("entry number " + std::to_string(entry.number) + " was never handed out");
+    }
+  }
+
   PlannedEntry PlanEntry(const MeasurePatch& patch, const Change& change, const EXENTRY& entry, bool lone) {
     constexpr unsigned int kKnown =
         kEntryLegal | kEntryIsNote | kEntryHasRestNote | kEntryHasArticulations | kEntryRestPlaced;
@@ -171,6 +178,7 @@ class Writer {
 
   // The voices of the layer, each with the entries that are now its own: those that it had, and what follows them.
   void Plan(const MeasurePatch& patch, const Change& change, std::vector<VoicePlan>& plans) {
+    CheckNumbers(change);
     const std::size_t first = plans.size();
     const int staff = model_.StaffOf(change.slot);
     VoicePlan plan;
@@ -217,6 +225,7 @@ class Writer {
   }
 
   void Fill(MeasurePatch& patch, const Change& change) {
+    CheckNumbers(change);
     if (ShowHidden(patch, change)) return;
     const Part& part = model_.PartOf(change.slot);
     const int staff = model_.StaffOf(change.slot);

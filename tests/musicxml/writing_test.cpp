@@ -317,6 +317,8 @@ TEST(Writing, RefusesWhatItCannotWrite) {
       {[](Entries& e) { e[1].notes[0].first = 100; }, "pitch 100"},
       {[](Entries& e) { e[1].notes[0].second = 5; }, "5 semitones"},
       {[](Entries& e) { e[1].duration = 0; }, "entry 2 has no duration"},
+      {[](Entries& e) { e[1].number = 99; }, "entry number 99 was never handed out (staff 1, measure 1, layer 1)"},
+      {[](Entries& e) { (e = {NewNote(4096, {})})[0].number = 3; }, "entry number 3 was never"},
   };
   for (const auto& [edit, message] : kCases) {
     const auto score = ReadScoreText(text);
