@@ -12,8 +12,6 @@
 namespace sok {
 namespace {
 
-constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-
 Fraction Units(int duration) { return {duration, 1024}; }
 
 // How long an entry sounds: a new value keeps the part of it that sounded, as in a tuplet.
