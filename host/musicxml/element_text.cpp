@@ -59,7 +59,10 @@ std::string_view AttributeOf(std::string_view text, std::string_view name) {
   return place.end == 0 ? std::string_view() : text.substr(place.value, place.end - 1 - place.value);
 }
 
-ElementText::ElementText(std::string text) : text_(std::move(text)) { Scan(); }
+ElementText::ElementText(std::string_view text) : text_(text) {
+  children_.reserve(16);
+  Scan();
+}
 
 void ElementText::Scan() {
   children_.clear();

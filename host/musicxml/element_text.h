@@ -16,7 +16,7 @@ extern const ElementOrder kBarlineOrder;
 
 class ElementText {
  public:
-  explicit ElementText(std::string text);
+  explicit ElementText(std::string_view text);
 
   const std::string& text() const { return text_; }
   bool Has(std::string_view name) const { return Find(name) != nullptr; }

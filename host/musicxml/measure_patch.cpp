@@ -56,9 +56,9 @@ MeasurePatch::MeasurePatch(const Model& model, std::string_view text, int part, 
   }
 }
 
-std::string MeasurePatch::TextOf(const Piece& piece) const {
+std::string_view MeasurePatch::TextOf(const Piece& piece) const {
   if (piece.item == nullptr || !piece.text.empty()) return piece.text;
-  return std::string(text_.substr(piece.item->begin, piece.end - piece.item->begin));
+  return text_.substr(piece.item->begin, piece.end - piece.item->begin);
 }
 
 void MeasurePatch::Walk() {
@@ -322,7 +322,7 @@ void MeasurePatch::MoveFermata(const std::string& fermata) {
     added.replace(added.find("<barline>"), 9, "<barline location=\"right\">");
     return;
   }
-  const std::string text = TextOf(*barline);
+  const std::string text(TextOf(*barline));
   const std::size_t begin = text.find('<');  // an added one brings its indentation
   ElementText whole(text.substr(begin));
   for (const std::string& other : whole.Children("fermata")) {

@@ -113,7 +113,7 @@ class MeasurePatch {
   };
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  std::string TextOf(const Piece& piece) const;
+  std::string_view TextOf(const Piece& piece) const;  // as long as the piece stays what it is
   void Walk();
   std::size_t Neighbour(std::size_t index, int step, bool cursor_only) const;
   std::size_t LastMover() const { return Neighbour(pieces_.size(), -1, true); }
@@ -143,8 +143,7 @@ class MeasurePatch {
   Relaid MatchHeads(const VoicePlan& plan);
   EntryTarget TargetOf(const VoicePlan& plan, const PlannedEntry& planned, const Fraction& divisions, Fraction& length,
                        Fraction& finer) const;
-  void WriteInPlace(std::size_t head, const PlannedEntry& planned, const std::vector<NoteText>& notes,
-                    Additions& added);
+  void WriteInPlace(std::size_t head, const PlannedEntry& planned, std::vector<NoteText> notes, Additions& added);
   Piece AddedNote(const NoteText& note, std::size_t at, bool chord) const;
   Piece AddedDivisions(const Fraction& divisions, std::size_t at) const;
   std::size_t ChordEnd(std::size_t head) const;

@@ -82,7 +82,7 @@ void RemoveNotation(ElementText& note, std::string_view name) {
   notations.IsEmpty() ? note.Remove("notations") : note.Replace("notations", notations.text());
 }
 
-std::string Without(const std::string& text, bool beams, bool tuplets) {
+std::string Without(std::string_view text, bool beams, bool tuplets) {
   ElementText note(text);
   if (beams) note.Remove("beam");
   if (tuplets) RemoveNotation(note, "tuplet");
@@ -133,7 +133,8 @@ WrittenEntry MeasurePatch::SourceOf(int entry) const {
       source.grace = (item.entry.flags & kGrace) != 0;
       source.untyped = (item.entry.flags & kUntyped) != 0;
     }
-    source.notes.push_back({TextOf(piece), item.staff, item.pitch, (item.entry.flags & kRest) != 0, false});
+    source.notes.push_back(
+        {std::string(TextOf(piece)), item.staff, item.pitch, (item.entry.flags & kRest) != 0, false});
   }
   return source;
 }
@@ -154,7 +155,7 @@ void UntieText(std::string& text, TieEnd end) {
 void MeasurePatch::Untie(int entry, std::size_t note, TieEnd end) {
   for (Piece& piece : pieces_) {
     if (piece.entry != entry || note-- > 0) continue;
-    piece.text = TextOf(piece);
+    if (piece.text.empty()) piece.text = TextOf(piece);
     UntieText(piece.text, end);
     return;
   }
@@ -270,7 +271,7 @@ MeasurePatch::Piece MeasurePatch::AddedDivisions(const Fraction& divisions, std:
 }
 
 // Writes an entry over the notes that it had; what comes behind them goes into `added`, by place.
-void MeasurePatch::WriteInPlace(std::size_t head, const PlannedEntry& planned, const std::vector<NoteText>& notes,
+void MeasurePatch::WriteInPlace(std::size_t head, const PlannedEntry& planned, std::vector<NoteText> notes,
                                 Additions& added) {
   const std::size_t end = ChordEnd(head);
   const bool chords = notes.size() > 1 && !planned.from.notes.front().rest;
@@ -288,9 +289,10 @@ void MeasurePatch::WriteInPlace(std::size_t head, const PlannedEntry& planned, c
     }
     Piece& piece = pieces_[at];
     piece.gone = false;
-    piece.note = notes[n];
+    if (notes[n].text != TextOf(piece)) piece.text = std::move(notes[n].text);
+    piece.note = std::move(notes[n]);
+    piece.note.text.clear();
     piece.written = true;
-    if (notes[n].text != TextOf(piece)) piece.text = notes[n].text;
     last = at;
   }
 }
@@ -341,7 +343,7 @@ void MeasurePatch::Relay(const VoicePlan& plan) {
     if (stays) {
       pieces_[at].target = onset;
       pieces_[at].length = length;
-      WriteInPlace(at, planned, notes, added);
+      WriteInPlace(at, planned, std::move(notes), added);
       at = ChordEnd(at);
     } else {
       for (std::size_t n = 0; n < notes.size(); ++n) {
@@ -568,7 +570,7 @@ void MeasurePatch::MendAccidentals() {
 }
 
 void MeasurePatch::ShowAccidental(Piece& piece, int alter) const {
-  const std::string text = TextOf(piece);
+  const std::string text(TextOf(piece));
   const std::size_t begin = text.find('<');
   ElementText note(text.substr(begin));
   if (note.Has("unpitched")) return;
