@@ -13,12 +13,14 @@
 # Installs the bundle, into lib/sok by default. It finds the platform library where it was linked from, and in the
 # prefix that it is installed to.
 
-# sok_test_extension(NAME COMMAND number SCORE file [EXPECT file] [ALERT text] [OPTIONS option...])
+# sok_test_extension(NAME COMMAND number SCORE file [EXPECT file] [FRAMES file] [ALERT text]
+#                    [OPTIONS option...])
 #
 # Adds a test to ctest that runs one command of the extension on a score with `sokrun run` and its options, such as
-# OPTIONS --measures 2-3. It passes when the score that comes out is EXPECT's to the last byte and when ALERT, alerts
-# joined with line ends, is all that is shown; one of the two has to be there. What differs is printed. Where there is no
-# sokrun, the test is left out.
+# OPTIONS --measures 2-3. It passes when the score that comes out is EXPECT's to the last byte, when the entries of what
+# changed are the table in FRAMES (as `sokrun run … --check --quiet --frames` prints it; empty where nothing changes), and
+# when ALERT, alerts joined with line ends, is all that is shown; one of the three has to be there. What differs is
+# printed. Where there is no sokrun, the test is left out.
 
 # Lays a module library out as NAME.bundle below `folder`, with an Info.plist and the files of a resources folder.
 function(sok_bundle_layout target folder info_plist resources)
@@ -112,9 +114,10 @@ function(sok_find_sokrun result)
 endfunction()
 
 function(sok_test_extension name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMMAND;SCORE;EXPECT;ALERT" "OPTIONS")
-  if(NOT DEFINED arg_COMMAND OR NOT DEFINED arg_SCORE OR NOT (DEFINED arg_EXPECT OR DEFINED arg_ALERT))
-    message(FATAL_ERROR "sok_test_extension(${name}): needs COMMAND, SCORE and one of EXPECT and ALERT")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMMAND;SCORE;EXPECT;FRAMES;ALERT" "OPTIONS")
+  if(NOT DEFINED arg_COMMAND OR NOT DEFINED arg_SCORE OR NOT
+      (DEFINED arg_EXPECT OR DEFINED arg_FRAMES OR DEFINED arg_ALERT))
+    message(FATAL_ERROR "sok_test_extension(${name}): needs COMMAND, SCORE and one of EXPECT, FRAMES and ALERT")
   endif()
   sok_find_sokrun(sokrun)
   if(NOT sokrun)
@@ -123,16 +126,18 @@ function(sok_test_extension name)
   endif()
   get_filename_component(score "${arg_SCORE}" ABSOLUTE)
   get_filename_component(file "${arg_SCORE}" NAME)
-  get_filename_component(expected_file "${arg_EXPECT}" NAME)
+  get_filename_component(expected_file "${arg_EXPECT}${arg_FRAMES}" NAME)
   list(JOIN arg_OPTIONS " " options)
   string(REGEX REPLACE "[^A-Za-z0-9]+" "_" run "command_${arg_COMMAND}_${file} ${options} ${expected_file}.")
   string(REGEX REPLACE "_$" "" run "${run}")
   set(definitions "-DSOKRUN=${sokrun}" "-DBUNDLE=$<TARGET_PROPERTY:${name},SOK_BUNDLE>" "-DCOMMAND=${arg_COMMAND}"
     "-DSCORE=${score}" "-DRESULT=${CMAKE_CURRENT_BINARY_DIR}/${name}_${run}_${file}" "-DOPTIONS=${options}")
-  if(DEFINED arg_EXPECT)
-    get_filename_component(expect "${arg_EXPECT}" ABSOLUTE)
-    list(APPEND definitions "-DEXPECT=${expect}")
-  endif()
+  foreach(file EXPECT FRAMES)
+    if(DEFINED arg_${file})
+      get_filename_component(path "${arg_${file}}" ABSOLUTE)
+      list(APPEND definitions "-D${file}=${path}")
+    endif()
+  endforeach()
   if(DEFINED arg_ALERT)
     string(REPLACE ";" "\\;" alert "${arg_ALERT}")
     list(APPEND definitions "-DALERT=${alert}")

@@ -1,5 +1,5 @@
 # One test of sok_test_extension: cmake -DSOKRUN=... -DBUNDLE=... -DCOMMAND=... -DSCORE=... -DRESULT=... [-DEXPECT=...]
-# [-DALERT=...] [-DOPTIONS=...] -P SokTestExtension.cmake
+# [-DFRAMES=...] [-DALERT=...] [-DOPTIONS=...] -P SokTestExtension.cmake
 #
 # Runs the command and compares what it leaves and says with what is expected.
 cmake_minimum_required(VERSION 3.22)
@@ -25,18 +25,28 @@ if(DEFINED ALERT)
   endif()
 endif()
 
-if(DEFINED EXPECT)
-  if(NOT EXISTS "${EXPECT}")
-    message(FATAL_ERROR "There is no ${EXPECT} to compare with. If the result is what it should be:\n"
-      "  cp '${RESULT}' '${EXPECT}'")
+# Fails where a result is not, to the last byte, what a file has.
+function(compare result expected)
+  set(remedy "If the result is right:\n  cp '${result}' '${expected}'")
+  if(NOT EXISTS "${expected}")
+    message(FATAL_ERROR "There is no ${expected} to compare with. ${remedy}")
   endif()
-  file(SHA256 "${EXPECT}" expected)
-  file(SHA256 "${RESULT}" result)
-  if(NOT expected STREQUAL result)
-    execute_process(COMMAND diff -u -F "<measure" --label expected "${EXPECT}" --label result "${RESULT}"
+  file(SHA256 "${expected}" wanted)
+  file(SHA256 "${result}" got)
+  if(NOT wanted STREQUAL got)
+    execute_process(COMMAND diff -u -F "<measure" --label expected "${expected}" --label result "${result}"
       OUTPUT_VARIABLE difference)
     message("${difference}")
-    message(FATAL_ERROR "${RESULT} is not what ${EXPECT} has: see above. If the result is right:\n"
-      "  cp '${RESULT}' '${EXPECT}'")
+    message(FATAL_ERROR "${result} is not what ${expected} has: see above. ${remedy}")
   endif()
+endfunction()
+
+if(DEFINED EXPECT)
+  compare("${RESULT}" "${EXPECT}")
+endif()
+
+if(DEFINED FRAMES)
+  execute_process(COMMAND "${SOKRUN}" run ${COMMAND} "${SCORE}" --plugin "${BUNDLE}" --check --quiet --frames ${OPTIONS}
+    OUTPUT_FILE "${RESULT}.frames" ERROR_QUIET)
+  compare("${RESULT}.frames" "${FRAMES}")
 endif()

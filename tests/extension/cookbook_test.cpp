@@ -7,9 +7,9 @@
 #include <iterator>
 #include <sstream>
 
-#include "SokExtShared/SokEDK/Source/edk/entries.h"
 #include "host/musicxml/score.h"
 #include "host/musicxml/shapes.h"
+#include "host/runner/report/frame_table.h"
 #include "host/runner/run/bundle_session.h"
 
 namespace {
@@ -29,24 +29,12 @@ std::string Between(const std::string& text, const std::string& open, const std:
   return text.substr(first, text.find(close, first) - first);
 }
 
-std::string NoteText(const EXNOTE& note) {
-  const edk::Pitch pitch{note.first, note.second};
-  const std::string sign = pitch.alteration < 0 ? "b" : "#";
-  std::string text(1, "CDEFGAB"[pitch.Letter()]);
-  for (int i = std::abs(pitch.alteration); i > 0; --i) text += sign;
-  return text + std::to_string(pitch.Octave());
-}
-
 std::string EntryText(const EXENTRY& entry, const sok::Document& document) {
-  std::string text;
-  for (int i = 0; i < entry.noteCount && (entry.flags & kEntryIsNote) != 0; ++i) {
-    text += (i > 0 ? "+" : "") + NoteText(entry.notes[i]);
-  }
   EDataID id{};
   id.entryDetail.entryNum = entry.number;
   int size = 0;
   const bool marked = document.records.Load(kArticulationAssignment, id, nullptr, &size);
-  return (text.empty() ? "r" : text) + ":" + std::to_string(entry.duration) + (marked ? "." : "");
+  return sok::EntryText(entry) + (marked ? "." : "");
 }
 
 // The frames of the document as the page shows them; after a recipe also whether its shapes are gone.
