@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 
 #include "host/engine/session.h"
 #include "host/musicxml/articulations.h"
@@ -94,18 +93,13 @@ std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score
   return all;
 }
 
-std::vector<std::string> FindOrphans(const Document& before, const Score& score, const std::vector<Change>& music) {
+std::vector<std::string> FindOrphans(const Document& before, const Score& score) {
   const Document& document = score.document();
-  std::set<int> gone;
-  for (const Change& change : music) {
-    for (const EXENTRY& entry : before.Entries({change.slot, change.measure, change.layer})) {
-      if (!document.FindEntry(entry.number)) gone.insert(int{entry.number});
-    }
-  }
-  if (gone.empty()) return {};
   std::map<std::string, long> kinds;
   document.records.ForEach([&](unsigned int tag, const EDataID& id, auto) {
-    if (ViewOf(tag) == KeyView::kEntryDetail && gone.contains(int{id.entryDetail.entryNum})) ++kinds[KindOf(tag)];
+    if (ViewOf(tag) != KeyView::kEntryDetail) return;
+    const int number = id.entryDetail.entryNum;
+    if (before.FindEntry(number) && !document.FindEntry(number)) ++kinds[KindOf(tag)];
   });
   std::vector<std::string> texts;
   for (const auto& [kind, count] : kinds)

@@ -22,7 +22,7 @@ std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score
                                              const std::vector<Change>& music);
 
 // What is left hanging on entries that are gone: "articulations are left without their entry (2 records)".
-std::vector<std::string> FindOrphans(const Document& before, const Score& score, const std::vector<Change>& music);
+std::vector<std::string> FindOrphans(const Document& before, const Score& score);
 
 // "the extension changed texts (2 records changed, 1 record added); only music is written back".
 std::string Text(const RecordChanges& changes);

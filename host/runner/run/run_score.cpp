@@ -237,7 +237,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   report.changes = score->Changes();
   report.records = FindRecordChanges(unchanged, *score, report.changes);
   for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
-  for (std::string& left : FindOrphans(unchanged, *score, report.changes)) report.warnings.push_back(std::move(left));
+  for (std::string& left : FindOrphans(unchanged, *score)) report.warnings.push_back(std::move(left));
   if (options.frames) report.frames = FindFrameChanges(unchanged, score->document(), report.changes);
   FillCells(options, *score, invocations, report);
   try {
