@@ -46,6 +46,10 @@ void SetPitch(ElementText& note, const Pitch& old, const Pitch& pitch) {
   const bool unpitched = note.Has("unpitched");
   const std::string name = unpitched ? "unpitched" : "pitch";
   if (unpitched && pitch.alter != 0) throw EntryRefused("a note without pitch has no alteration");
+  if (!note.Has(name)) {  // the score has a note that is neither a rest nor says its pitch
+    note.Insert(PitchElement(pitch), kNoteOrder);
+    return;
+  }
   ElementText whole(note.Child(name));
   const std::string prefix = unpitched ? "display-" : "";
   whole.SetContent(prefix + "step", StepName(pitch.step), kPitchOrder);
