@@ -137,7 +137,7 @@ bool Document::SetEntries(const FramePlace& place, std::vector<EXENTRY> entries)
   }
   set_frames_[packed].clear();  // from here on the source's entries of this place no longer count
   for (EXENTRY& entry : entries) {
-    if (entry.number > last_entry_number_) made_up_numbers_.insert(entry.number);
+    if (entry.number > last_entry_number_) made_up_numbers_.insert(int{entry.number});
     const int number = NumberFor(entry.number);
     last_entry_number_ = std::max(last_entry_number_, number);
     number_places_[number] = packed;
