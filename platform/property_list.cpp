@@ -50,7 +50,8 @@ Ref<const Dictionary> ParsePropertyList(std::string_view bytes, int* line) {
   if (!text) return {};
   size_t place = 0;
   Value list = LooksLikeXml(*text) ? ParseXmlList(*text, place) : ParseOldStyleList(*text, place);
-  if (line != nullptr) *line += static_cast<int>(std::ranges::count(text->substr(0, place), u'\n'));
+  if (line != nullptr)
+    *line += static_cast<int>(std::count(text->begin(), text->begin() + static_cast<std::ptrdiff_t>(place), u'\n'));
   if (As<Dictionary>(list.get()) == nullptr) return {};
   return Ref<const Dictionary>::Adopt(static_cast<const Dictionary*>(list.Detach()));
 }
