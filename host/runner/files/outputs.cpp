@@ -81,6 +81,7 @@ std::vector<std::string> PlanOutputs(const RunOptions& options, const std::vecto
     throw UsageError("-o is for one score; use --output-dir or --in-place for several");
   }
   std::vector<std::string> outputs;
+  outputs.reserve(inputs.size());
   for (const Input& input : inputs) outputs.push_back(OutputOf(options, input));
   CheckNames(inputs, outputs);
   CheckPage(options, inputs, outputs);
