@@ -59,7 +59,7 @@ void ForEachRecord(const std::string& bytes, const Elf64_Shdr& section, Visit vi
 
 std::string Located(const std::string& library, const std::string& folders) {
   for (const std::string_view folder : Split(folders, ':')) {
-    const std::string path = std::string(folder) + "/" + library;
+    std::string path = std::string(folder) + "/" + library;
     if (std::error_code none; !folder.empty() && std::filesystem::exists(path, none)) return path;
   }
   return library;

@@ -11,6 +11,7 @@
 namespace sok {
 
 // What comes of one file, ready to be put together with that of others. Travels between processes.
+// NOLINTNEXTLINE(bugprone-exception-escape): moving a Json throws nothing
 struct FileResult {
   int exit_code = 0;  // 0, kExitBadInput or kExitUsage
   bool changed = false;
