@@ -61,7 +61,8 @@ std::uint16_t CellReader::VoiceNumber(const Item& note) {
   if (note.key_staff != 0) key += '\n' + std::to_string(note.key_staff);
   const auto [at, is_new] = state_->voices.try_emplace(key, static_cast<std::uint16_t>(part_->voices.size()));
   if (is_new) {
-    if (part_->voices.size() == 65535) throw std::runtime_error("the part has too many voices");
+    if (part_->voices.size() == kMostVoices)
+      throw std::runtime_error("the part has more than " + std::to_string(kMostVoices) + " voices");
     part_->voices.push_back({std::string(note.voice), note.key_staff, {}});
     state_->open_voices.push_back(0);
   }

@@ -9,6 +9,7 @@ namespace sok {
 inline constexpr int kMostMeasures = 32767;  // the host counts them in 16 bits
 inline constexpr int kMostStaves = 64;       // of one part
 inline constexpr int kMostStavesInAll = 1000;
+inline constexpr std::size_t kMostVoices = 65'535;  // of one part, so of one measure, too
 inline constexpr std::uint64_t kMostStaffMeasures = 500'000;  // staves by measures, whatever is in them
 
 // Of the text, unpacked and in UTF-8.

@@ -153,6 +153,11 @@ What a score may hold has bounds; a name forges no line, and a bundle's lists ar
   $ python3 -c "print(open('wide.xml').read().replace('</measure>', '</measure>' + '<measure/>' * 9000))" >huge.xml
   $ try fill huge.xml --check 2>&1 | grep -o 'the score has.*'
   the score has 64 staves of 9001 measures; the two numbers' product may be 500000
+  $ python3 -c "
+  > note = '<note><rest/><duration>1</duration><voice>v%d</voice></note>'
+  > print(open('in.xml').read().replace('</measure>', ''.join(note % i for i in range(70000)) + '</measure>', 1))" >voices.xml
+  $ try fill voices.xml --check 2>&1 | grep -o 'the part has.*'
+  the part has more than 65535 voices
   $ try fill $'no\e[2J\nsuch' --check
   sokrun: no\x1b[2J\nsuch: No such file or directory
   1
