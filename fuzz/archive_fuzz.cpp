@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <stdexcept>
 #include <string_view>
 
+#include "host/errors.h"
 #include "host/musicxml/archive.h"
 #include "host/musicxml/limits.h"
 
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   sok::PackedScore score;
   try {
     score = sok::UnpackScore(archive);
-  } catch (const std::runtime_error&) {
+  } catch (const sok::Error&) {
     return 0;
   }
   if (score.bytes.size() > std::max<std::uint64_t>(sok::kFreeSize, size * sok::kLargestRatio)) std::abort();
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::string packed;
   try {
     packed = sok::RepackScore(archive, score);
-  } catch (const std::runtime_error&) {
+  } catch (const sok::Error&) {
     return 0;  // a zip that can be read and not be written: other members may be damaged
   }
   const sok::PackedScore again = sok::UnpackScore(packed);

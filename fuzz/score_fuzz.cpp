@@ -5,6 +5,7 @@
 #include <random>
 #include <string>
 
+#include "host/errors.h"
 #include "host/musicxml/score.h"
 #include "tests/extension/extension_bundle.h"
 #include "tests/musicxml/score_text.h"
@@ -15,7 +16,7 @@ namespace {
 // What was written before must be readable; other bytes need not be.
 std::unique_ptr<sok::Score> Read(const std::string& bytes, bool written) try {
   return sok::Score::Read(bytes, "fuzz");
-} catch (const sok::ScoreError&) {
+} catch (const sok::Error&) {
   if (written) std::abort();
   throw;
 }
@@ -59,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string only_cleared = After(bytes, 0, host, extension);
     if (TextOf(only_cleared) != TextOf(cleared)) std::abort();  // fill, then clear, is clear
     Edit(bytes);
-  } catch (const sok::ScoreError&) {
+  } catch (const sok::Error&) {
     host.session.document = &host.document;
   }
   return 0;

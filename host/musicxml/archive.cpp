@@ -8,8 +8,8 @@
 #include <memory>
 #include <pugixml.hpp>
 #include <sstream>
-#include <stdexcept>
 
+#include "host/errors.h"
 #include "host/musicxml/limits.h"
 
 namespace sok {
@@ -33,7 +33,7 @@ using Source = std::unique_ptr<zip_source_t, FreeSource>;
 [[noreturn]] void Fail(const std::string& what, zip_error_t* error) {
   std::string message = what + ": " + zip_error_strerror(error);
   zip_error_fini(error);
-  throw std::runtime_error(message);
+  throw Error(message);
 }
 
 // `kept` receives the source when it must outlive the archive.
@@ -52,14 +52,14 @@ Archive Open(std::string_view bytes, Source* kept = nullptr) {
     static_cast<void>(source.release());  // the archive's now
   }
   Archive result(archive);
-  if (zip_get_num_entries(archive, 0) > kMostMembers) throw std::runtime_error("the zip has too many members");
+  if (zip_get_num_entries(archive, 0) > kMostMembers) throw Error("the zip has too many members");
   return result;
 }
 
 zip_stat_t Stat(zip_t* archive, zip_uint64_t index) {
   zip_stat_t stat;
   zip_stat_init(&stat);
-  if (zip_stat_index(archive, index, 0, &stat) != 0) throw std::runtime_error("the zip is damaged");
+  if (zip_stat_index(archive, index, 0, &stat) != 0) throw Error("the zip is damaged");
   return stat;
 }
 
@@ -67,10 +67,10 @@ zip_stat_t Stat(zip_t* archive, zip_uint64_t index) {
 std::string ReadMember(zip_t* archive, std::size_t archive_size, zip_uint64_t index) {
   const zip_stat_t stat = Stat(archive, index);
   const std::string name = stat.name;
-  if (stat.encryption_method != ZIP_EM_NONE) throw std::runtime_error("the member " + name + " is encrypted");
+  if (stat.encryption_method != ZIP_EM_NONE) throw Error("the member " + name + " is encrypted");
   const std::uint64_t packed = std::min<std::uint64_t>(stat.comp_size, archive_size);
   const std::uint64_t bound = std::min<std::uint64_t>(std::max(kFreeSize, packed * kLargestRatio), kLargestText);
-  const auto fail = [&name](const char* reason) { throw std::runtime_error("the member " + name + reason); };
+  const auto fail = [&name](const char* reason) { throw Error("the member " + name + reason); };
   if (stat.size > bound) fail(" is too large when unpacked");
   std::unique_ptr<zip_file_t, CloseMember> file(zip_fopen_index(archive, index, 0));
   if (file == nullptr) fail(" cannot be unpacked");
@@ -95,23 +95,23 @@ std::string FindScore(zip_t* archive, std::size_t archive_size) {
     const std::string text = ReadMember(archive, archive_size, static_cast<zip_uint64_t>(container));
     pugi::xml_document document;
     if (!document.load_buffer(text.data(), text.size())) {
-      throw std::runtime_error(std::string(kContainer) + " in the zip is not XML");
+      throw Error(std::string(kContainer) + " in the zip is not XML");
     }
     const pugi::xml_node root_file = document.child("container").child("rootfiles").child("rootfile");
     std::string path = root_file.attribute("full-path").value();
-    if (path.empty()) throw std::runtime_error(std::string(kContainer) + " names no score");
+    if (path.empty()) throw Error(std::string(kContainer) + " names no score");
     return path;
   }
   for (zip_int64_t i = 0; i < zip_get_num_entries(archive, 0); ++i) {
     std::string name = Stat(archive, static_cast<zip_uint64_t>(i)).name;
     if (!name.starts_with("META-INF/") && (name.ends_with(".xml") || name.ends_with(".musicxml"))) return name;
   }
-  throw std::runtime_error("the zip holds no score");
+  throw Error("the zip holds no score");
 }
 
 zip_uint64_t Locate(zip_t* archive, const std::string& name) {
   const zip_int64_t index = zip_name_locate(archive, name.c_str(), 0);
-  if (index < 0) throw std::runtime_error("the zip holds no member " + name);
+  if (index < 0) throw Error("the zip holds no member " + name);
   return static_cast<zip_uint64_t>(index);
 }
 
@@ -120,12 +120,12 @@ std::string Written(zip_source_t* source) {
   zip_stat_t whole;
   zip_stat_init(&whole);
   if (zip_source_stat(source, &whole) != 0 || zip_source_open(source) != 0) {
-    throw std::runtime_error("the zip cannot be written");
+    throw Error("the zip cannot be written");
   }
   std::string bytes(whole.size, '\0');
   const zip_int64_t size = zip_source_read(source, bytes.data(), bytes.size());
   zip_source_close(source);
-  if (size != static_cast<zip_int64_t>(bytes.size())) throw std::runtime_error("the zip cannot be written");
+  if (size != static_cast<zip_int64_t>(bytes.size())) throw Error("the zip cannot be written");
   return bytes;
 }
 
@@ -135,7 +135,7 @@ void AddMember(zip_t* archive, const std::string& name, std::string_view bytes) 
   const zip_int64_t index = source == nullptr ? -1 : zip_file_add(archive, name.c_str(), source, ZIP_FL_ENC_UTF_8);
   if (index < 0) {
     zip_source_free(source);
-    throw std::runtime_error("the zip cannot be written");
+    throw Error("the zip cannot be written");
   }
   zip_file_set_mtime(archive, static_cast<zip_uint64_t>(index), kNoTime, 0);
 }
@@ -158,7 +158,7 @@ void CheckArchive(std::string_view before, std::string_view after, const PackedS
       same = was.size == is.size && was.crc == is.crc && was.comp_size == is.comp_size;
     }
   }
-  if (!same) throw std::runtime_error("the new zip does not hold what it should; nothing is written");
+  if (!same) throw Error("the new zip does not hold what it should; nothing is written");
 }
 
 }  // namespace
@@ -181,11 +181,11 @@ std::string RepackScore(std::string_view bytes, const PackedScore& score) {
   zip_source_t* member = zip_source_buffer(archive.get(), score.bytes.data(), score.bytes.size(), 0);
   if (member == nullptr || zip_file_replace(archive.get(), index, member, 0) != 0) {
     if (member != nullptr) zip_source_free(member);
-    throw std::runtime_error("the zip cannot be written");
+    throw Error("the zip cannot be written");
   }
   if (zip_set_file_compression(archive.get(), index, stat.comp_method, 0) != 0 ||
       zip_file_set_mtime(archive.get(), index, stat.mtime, 0) != 0 || zip_close(archive.get()) != 0) {
-    throw std::runtime_error(std::string("the zip cannot be written: ") + zip_strerror(archive.get()));
+    throw Error(std::string("the zip cannot be written: ") + zip_strerror(archive.get()));
   }
   static_cast<void>(archive.release());  // closing it was its end
 
@@ -212,7 +212,7 @@ std::string PackScore(const PackedScore& score) {
   AddMember(archive.get(), kContainer, container_bytes);
   AddMember(archive.get(), score.member, score.bytes);
   if (zip_close(archive.get()) != 0) {
-    throw std::runtime_error(std::string("the zip cannot be written: ") + zip_strerror(archive.get()));
+    throw Error(std::string("the zip cannot be written: ") + zip_strerror(archive.get()));
   }
   static_cast<void>(archive.release());  // closing it was its end
   return Written(source.get());

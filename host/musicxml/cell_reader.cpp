@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/errors.h"
 #include "host/musicxml/markup.h"
 
 namespace sok {
@@ -62,7 +63,7 @@ std::uint16_t CellReader::VoiceNumber(const Item& note) {
   const auto [at, is_new] = state_->voices.try_emplace(key, static_cast<std::uint16_t>(part_->voices.size()));
   if (is_new) {
     if (part_->voices.size() == kMostVoices)
-      throw std::runtime_error("the part has more than " + std::to_string(kMostVoices) + " voices");
+      throw Error("the part has more than " + std::to_string(kMostVoices) + " voices");
     part_->voices.push_back({std::string(note.voice), note.key_staff, {}});
     state_->open_voices.push_back(0);
   }
@@ -268,8 +269,7 @@ void CellReader::Finish(Cell& cell) {
   for (std::size_t i = 0; i < open_count_; ++i) {
     OpenVoice& voice = open_[i];
     state_->open_voices[voice.cell.voice] = 0;
-    if (model_.entries.size() + voice.entries.size() > 0x7FFFFFF0)
-      throw std::runtime_error("the score has too many notes");
+    if (model_.entries.size() + voice.entries.size() > 0x7FFFFFF0) throw Error("the score has too many notes");
     voice.cell.length = Reduced(voice.cell.length);
     voice.cell.home = static_cast<std::uint8_t>(HomeOf(voice));
     voice.cell.first_entry = static_cast<std::uint32_t>(model_.entries.size());

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <stdexcept>
 
+#include "host/errors.h"
 #include "host/musicxml/limits.h"
 
 namespace sok {
@@ -29,26 +29,28 @@ class Converter {
  public:
   Converter(const std::string& to, const std::string& from) : handle_(iconv_open(to.c_str(), from.c_str())) {
     // The system's converter signals failure with an address that no handle has.
-    if (handle_ == reinterpret_cast<iconv_t>(-1)) throw std::runtime_error("the encoding " + from + " is not known");
+    if (handle_ == reinterpret_cast<iconv_t>(-1)) throw Error("the encoding " + from + " is not known");
   }
   ~Converter() { iconv_close(handle_); }
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
 
-  // `whole` says whether all of the input could be converted; the result is what could.
-  std::string Convert(std::string_view input, bool& whole) {
-    std::string result;
+  struct Result {
+    std::string text;
+    bool whole = true;  // all of the input could be converted; else the text is what could
+  };
+  Result Convert(std::string_view input) {
+    Result result;
     char block[16384];
     char* in = const_cast<char*>(input.data());
     std::size_t in_left = input.size();
-    whole = true;
     for (bool flush = false;;) {
       char* out = block;
       std::size_t out_left = sizeof block;
       const std::size_t done = iconv(handle_, flush ? nullptr : &in, flush ? nullptr : &in_left, &out, &out_left);
-      result.append(block, sizeof block - out_left);
+      result.text.append(block, sizeof block - out_left);
       if (done == static_cast<std::size_t>(-1) && errno != E2BIG) {
-        whole = false;
+        result.whole = false;
         return result;
       }
       if (done == static_cast<std::size_t>(-1)) continue;
@@ -112,25 +114,24 @@ DecodedText DecodeText(std::string bytes) {
   if (result.encoding == kUtf8) {
     result.text = std::move(bytes);
   } else {
-    bool whole = false;
-    result.text = Converter(kUtf8, result.encoding).Convert(bytes, whole);
+    auto [text, whole] = Converter(kUtf8, result.encoding).Convert(bytes);
     if (!whole) {
-      const auto lines = std::count(result.text.begin(), result.text.end(), '\n');
-      throw std::runtime_error("the text is not " + result.encoding + " in line " + std::to_string(lines + 1));
+      const auto lines = std::count(text.begin(), text.end(), '\n');
+      throw Error("the text is not " + result.encoding + " in line " + std::to_string(lines + 1));
     }
+    result.text = std::move(text);
     result.bytes = std::move(bytes);
   }
-  if (result.text.size() > kLargestText) throw std::runtime_error("the text is larger than 1 GiB");
-  if (result.text.find('\0') != std::string::npos) throw std::runtime_error("not a text: it holds zero bytes");
+  if (result.text.size() > kLargestText) throw Error("the text is larger than 1 GiB");
+  if (result.text.find('\0') != std::string::npos) throw Error("not a text: it holds zero bytes");
   return result;
 }
 
 std::string EncodeText(std::string_view text, const std::string& encoding) {
   if (encoding == kUtf8) return std::string(text);
-  bool whole = false;
-  std::string result = Converter(encoding, kUtf8).Convert(text, whole);
-  if (!whole) throw std::runtime_error("the text cannot be written in " + encoding);
-  return result;
+  Converter::Result result = Converter(encoding, kUtf8).Convert(text);
+  if (!result.whole) throw Error("the text cannot be written in " + encoding);
+  return std::move(result.text);
 }
 
 }  // namespace sok

@@ -14,10 +14,10 @@ struct DecodedText {
 };
 
 // What the bytes are shows in a byte-order mark or in how '<' is stored, then in the XML declaration. Throws
-// std::runtime_error with the reason when they are not text of that encoding.
+// Error with the reason when they are not text of that encoding.
 DecodedText DecodeText(std::string bytes);
 
-// UTF-8 text in another encoding. Throws std::runtime_error when the encoding cannot hold it.
+// UTF-8 text in another encoding. Throws Error when the encoding cannot hold it.
 std::string EncodeText(std::string_view text, const std::string& encoding);
 
 }  // namespace sok

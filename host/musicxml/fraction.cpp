@@ -3,6 +3,8 @@
 #include <limits>
 #include <numeric>
 
+#include "host/errors.h"
+
 namespace sok {
 namespace {
 
@@ -10,13 +12,13 @@ __extension__ typedef __int128 Wide;
 
 std::int64_t Times(std::int64_t a, std::int64_t b) {
   std::int64_t result = 0;
-  if (__builtin_mul_overflow(a, b, &result)) throw FractionOverflow();
+  if (__builtin_mul_overflow(a, b, &result)) throw Error("a duration is too large");
   return result;
 }
 
 std::int64_t Plus(std::int64_t a, std::int64_t b) {
   std::int64_t result = 0;
-  if (__builtin_add_overflow(a, b, &result)) throw FractionOverflow();
+  if (__builtin_add_overflow(a, b, &result)) throw Error("a duration is too large");
   return result;
 }
 

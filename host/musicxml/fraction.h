@@ -3,16 +3,10 @@
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace sok {
-
-// Numbers too large to reckon with: no real score has them.
-struct FractionOverflow : std::runtime_error {
-  FractionOverflow() : std::runtime_error("a duration is too large") {}
-};
 
 struct Fraction {
   std::int64_t numerator = 0;
@@ -24,7 +18,7 @@ struct Fraction {
   int Compare(const Fraction& other) const;
 };
 
-// These throw FractionOverflow.
+// These throw Error where a number is too large to reckon with, as none in a real score is.
 Fraction operator+(const Fraction& a, const Fraction& b);
 Fraction operator-(const Fraction& a, const Fraction& b);
 Fraction operator*(const Fraction& a, const Fraction& b);

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
+#include "host/errors.h"
 #include "host/musicxml/markup.h"
 #include "host/musicxml/reader.h"
 
@@ -90,7 +91,7 @@ bool SameBeside(const Model& model, const Part& part, const Cell& cell, std::str
   Model again;
   try {
     again = ReadCell(patched, cell.divisions, model.options);
-  } catch (const std::runtime_error&) {
+  } catch (const Error&) {
     return false;
   }
   const Cell& is = again.parts[0].measures[0];
@@ -132,12 +133,12 @@ void CheckPatchedText(const Model& model, std::string_view text, std::string_vie
       is = end;
     }
     if (!same) {
-      throw WriteError(offset, "part " + part.id + ", " + MeasureLabel(model.measures, measure + 1) +
-                                   " would come out changed beyond what was asked for; nothing is written");
+      throw TextError(offset, "part " + part.id + ", " + MeasureLabel(model.measures, measure + 1) +
+                                  " would come out changed beyond what was asked for; nothing is written");
     }
   }
   if (text.substr(was) != patched.substr(is)) {
-    throw WriteError(was, "the text would come out changed outside of the changed measures; nothing is written");
+    throw TextError(was, "the text would come out changed outside of the changed measures; nothing is written");
   }
 }
 

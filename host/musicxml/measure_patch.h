@@ -74,7 +74,7 @@ class MeasurePatch {
   void Remove(const std::vector<EntryRange>& voices);
   void Insert(const NewRest& rest);
   // Gives a voice the entries of a plan. Those that it had and that did not change keep their bytes. After the last one
-  // Settle() lays the moves anew where time has changed. Both throw EntryRefused.
+  // Settle() lays the moves anew where time has changed. Both throw Error.
   void Relay(const VoicePlan& plan);
   void Settle();
   // The text of an entry, as it stands.

@@ -4,6 +4,7 @@
 #include <map>
 #include <numeric>
 
+#include "host/errors.h"
 #include "host/musicxml/element_text.h"
 #include "host/musicxml/frames.h"
 #include "host/musicxml/markup.h"
@@ -34,7 +35,7 @@ Fraction FinerFor(const Fraction& length, const Fraction& divisions) {
   const Fraction count = Reduced(length * divisions);
   const Fraction finer = Reduced(divisions * Fraction{count.denominator, 1});
   if (count.denominator > 1 && Fraction{kMostDivisions, 1} < finer) {
-    throw EntryRefused("its length needs divisions beyond " + std::to_string(kMostDivisions));
+    throw Error("its length needs divisions beyond " + std::to_string(kMostDivisions));
   }
   return count.denominator == 1 ? divisions : finer;
 }

@@ -7,6 +7,7 @@
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
 #include "host/engine/document.h"
+#include "host/errors.h"
 
 namespace sok {
 namespace {
@@ -176,7 +177,7 @@ void AssignLayers(Model& model) {
     part.clef_middles.resize(static_cast<std::size_t>(part.staves), 6);
     AssignLayers(model, part);
     for (int staff = 1; staff <= part.staves; ++staff, ++slot) {
-      if (slot == 32767) throw std::runtime_error("the score has too many staves");
+      if (slot == 32767) throw Error("the score has too many staves");
       model.staves.push_back(
           {part.id, part.name, part.abbreviation, static_cast<int>(index), staff, part.staves, slot});
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "host/errors.h"
 #include "host/musicxml/element_text.h"
 
 namespace sok {
@@ -26,10 +27,10 @@ std::string Tagged(std::string_view name, const std::string& content) {
 Pitch PitchOf(const EXENTRY& entry, int note) {
   const EXNOTE& from = entry.notes[note];
   if (from.first < kLowestStep || from.first > kHighestStep) {
-    throw EntryRefused("pitch " + std::to_string(from.first) + " is beyond the octaves 0 to 9");
+    throw Error("pitch " + std::to_string(from.first) + " is beyond the octaves 0 to 9");
   }
   if (std::abs(int{from.second}) > kMostAlteration) {
-    throw EntryRefused("an alteration by " + std::to_string(from.second) + " semitones has no accidental");
+    throw Error("an alteration by " + std::to_string(from.second) + " semitones has no accidental");
   }
   return {from.first, static_cast<std::int8_t>(from.second), 0};
 }
@@ -45,7 +46,7 @@ std::string PitchElement(const Pitch& pitch) {
 void SetPitch(ElementText& note, const Pitch& old, const Pitch& pitch) {
   const bool unpitched = note.Has("unpitched");
   const std::string name = unpitched ? "unpitched" : "pitch";
-  if (unpitched && pitch.alter != 0) throw EntryRefused("a note without pitch has no alteration");
+  if (unpitched && pitch.alter != 0) throw Error("a note without pitch has no alteration");
   if (!note.Has(name)) {  // the score has a note that is neither a rest nor says its pitch
     note.Insert(PitchElement(pitch), kNoteOrder);
     return;
@@ -195,7 +196,7 @@ std::vector<NoteText> WriteEntry(const WrittenEntry& source, const EntryTarget& 
                                  std::string_view indentation) {
   const Layout layout{style, indentation};
   const EXENTRY& entry = target.entry;
-  if (IsNote(entry) && entry.noteCount < 1) throw EntryRefused("a note without a pitch");
+  if (IsNote(entry) && entry.noteCount < 1) throw Error("a note without a pitch");
   std::vector<NoteText> notes = {Head(source, target, layout)};
   if (!IsNote(entry)) return notes;
   const bool was_note = !source.notes.empty() && !source.notes.front().rest;

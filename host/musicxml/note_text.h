@@ -1,7 +1,6 @@
 // The text of an entry's notes, changed to what a saved frame says of the entry, or written anew.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -10,11 +9,6 @@
 #include "host/musicxml/note_style.h"
 
 namespace sok {
-
-// Why an entry cannot be written.
-struct EntryRefused : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 // The finest divisions that are written, and the highest and lowest pitch: what the schema has octaves for.
 inline constexpr std::int64_t kMostDivisions = 1'000'000;
@@ -58,7 +52,7 @@ std::vector<int> MatchNotes(const EXENTRY& before, const EXENTRY& after);
 // Whether the entry's length is not the source's any more: its value changed, or a whole measure's rest came or went.
 bool ChangesValue(const WrittenEntry& source, const EntryTarget& target);
 
-// The notes as they are to stand in the score. `indentation` is what new ones are laid out with. Throws EntryRefused.
+// The notes as they are to stand in the score. `indentation` is what new ones are laid out with. Throws Error.
 std::vector<NoteText> WriteEntry(const WrittenEntry& source, const EntryTarget& target, const NoteStyle& style,
                                  std::string_view indentation);
 

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <optional>
 
+#include "host/errors.h"
 #include "host/musicxml/cell_reader.h"
 #include "host/musicxml/limits.h"
 #include "host/musicxml/markup.h"
@@ -38,7 +39,7 @@ class ScoreReader {
       FinishMeasures();
       AssignLayers(model_);
       WarnOfShortParts();
-    } catch (const std::runtime_error& error) {  // numbers beyond all bounds
+    } catch (const Error& error) {  // numbers beyond all bounds
       throw TextError(at_, error.what());
     }
     std::stable_sort(model_.warnings.begin(), model_.warnings.end(),
@@ -144,7 +145,7 @@ class ScoreReader {
       for (const pugi::xml_node part : measure.children("part")) {
         const std::size_t index = known.at(part.attribute("id").value());
         const std::size_t read = model_.parts[static_cast<std::size_t>(place[index])].measures.size();
-        if (read != position) throw std::runtime_error("the part is missing in an earlier measure, or is there twice");
+        if (read != position) throw Error("the part is missing in an earlier measure, or is there twice");
         ReadNext(place[index], states[index], part, measure, position);
       }
       ++position;
@@ -158,7 +159,7 @@ class ScoreReader {
     at_ = whole ? static_cast<std::size_t>(cell.offset_debug()) : place.begin;
     if (position == model_.measures.size()) {
       if (position == kMostMeasures)
-        throw std::runtime_error("the score has more than " + std::to_string(kMostMeasures) + " measures");
+        throw Error("the score has more than " + std::to_string(kMostMeasures) + " measures");
       Measure& added = model_.measures.emplace_back();
       added.number = OneLine(measure.attribute("number").value());
       added.implicit = std::strcmp(measure.attribute("implicit").value(), "yes") == 0;
@@ -180,14 +181,12 @@ class ScoreReader {
     std::uint64_t staves = 0;
     for (const Part& part : model_.parts) staves += static_cast<std::uint64_t>(part.staves);
     if (staves > kMostStavesInAll) {
-      throw std::runtime_error("the score has " + std::to_string(staves) + " staves, more than " +
-                               std::to_string(kMostStavesInAll));
+      throw Error("the score has " + std::to_string(staves) + " staves, more than " + std::to_string(kMostStavesInAll));
     }
     const std::uint64_t cells = staves * model_.measures.size();
     if (cells > kMostStaffMeasures) {
-      throw std::runtime_error("the score has " + std::to_string(staves) + " staves of " +
-                               std::to_string(model_.measures.size()) + " measures; the two numbers' product may be " +
-                               std::to_string(kMostStaffMeasures));
+      throw Error("the score has " + std::to_string(staves) + " staves of " + std::to_string(model_.measures.size()) +
+                  " measures; the two numbers' product may be " + std::to_string(kMostStaffMeasures));
     }
   }
 

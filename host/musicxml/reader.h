@@ -2,19 +2,12 @@
 #pragma once
 
 #include <pugixml.hpp>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "host/musicxml/model.h"
 
 namespace sok {
-
-// What is wrong with a text, and where.
-struct TextError : std::runtime_error {
-  TextError(std::size_t at, const std::string& reason) : std::runtime_error(reason), offset(at) {}
-  std::size_t offset;
-};
 
 // `text` is UTF-8. Throws TextError.
 Model ReadModel(std::string_view text, const ReadOptions& options);

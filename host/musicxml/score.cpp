@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "host/errors.h"
 #include "host/musicxml/archive.h"
 #include "host/musicxml/changes.h"
 #include "host/musicxml/document_data.h"
@@ -28,9 +29,9 @@ struct Score::Impl {
   Document document;                  // over `frames`
 
   std::string Source() const { return member.empty() ? name : name + "(" + member + ")"; }
-  [[noreturn]] void Fail(const std::string& reason) const { throw ScoreError(Source() + ": " + reason); }
+  [[noreturn]] void Fail(const std::string& reason) const { throw Error(Source() + ": " + reason); }
   [[noreturn]] void FailAt(std::size_t offset, const std::string& reason) const {
-    throw ScoreError(Source() + ":" + std::to_string(lines->LineOf(offset)) + ": " + reason);
+    throw Error(Source() + ":" + std::to_string(lines->LineOf(offset)) + ": " + reason);
   }
 
   // Answers a warning or nothing.
@@ -48,7 +49,7 @@ struct Score::Impl {
       encoding = std::move(decoded.encoding);
       encoded = std::move(decoded.bytes);
       return std::move(decoded.warning);
-    } catch (const std::runtime_error& error) {
+    } catch (const Error& error) {
       Fail(error.what());
     }
   }
@@ -73,9 +74,9 @@ struct Score::Impl {
       std::string patched = PatchText(model, document, text, changes, options, voices);
       CheckPatchedText(model, text, patched, voices);
       return patched;
-    } catch (const WriteError& error) {
+    } catch (const TextError& error) {
       FailAt(error.offset, error.what());
-    } catch (const FractionOverflow& error) {
+    } catch (const Error& error) {
       Fail(error.what());
     }
   }
@@ -83,10 +84,9 @@ struct Score::Impl {
   // The patched text in the encoding of the score.
   std::string Encoded(std::string patched) const {
     if (encoding == "UTF-8") return patched;
-    if (EncodeText(text, encoding) != encoded)
-      throw std::runtime_error("the text in " + encoding + " has more than one spelling");
+    if (EncodeText(text, encoding) != encoded) throw Error("the text in " + encoding + " has more than one spelling");
     std::string bytes = EncodeText(patched, encoding);
-    if (DecodeText(bytes).text != patched) throw std::runtime_error("the text cannot be written in " + encoding);
+    if (DecodeText(bytes).text != patched) throw Error("the text cannot be written in " + encoding);
     return bytes;
   }
 };
@@ -163,7 +163,7 @@ std::string Score::Write(const WriteOptions& options) const {
     std::string bytes = impl_->Encoded(std::move(patched));
     if (impl_->archive.empty()) return bytes;
     return RepackScore(impl_->archive, {impl_->member, std::move(bytes)});
-  } catch (const std::runtime_error& error) {
+  } catch (const Error& error) {
     impl_->Fail(error.what());
   }
 }

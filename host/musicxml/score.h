@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,11 +15,6 @@
 namespace sok {
 
 class Document;
-
-// What cannot be read or written, as "file:line: reason" or "file: reason".
-struct ScoreError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
 
 // What a lone full rest is that is not printed.
 enum class HiddenRests : unsigned char {
@@ -117,7 +111,7 @@ struct Change {
 class Score {
  public:
   // Reads a score from the bytes of a file: plain XML or a zip (.mxl), whatever its name. `name` stands in messages.
-  // Throws ScoreError; no bytes, however odd, make it do anything else.
+  // Throws Error; no bytes, however odd, make it do anything else.
   static std::unique_ptr<Score> Read(std::string bytes, std::string name, const ReadOptions& options = {});
   ~Score();
   Score(const Score&) = delete;
@@ -148,7 +142,7 @@ class Score {
   std::vector<Change> Changes() const;
 
   // The file with the changes in place: for a zip the whole zip. Without changes these are the bytes that were read.
-  // The result is read again before it is handed out. Throws ScoreError when a change cannot be written (the message
+  // The result is read again before it is handed out. Throws Error when a change cannot be written (the message
   // names the place), or when anything beside the changed cells came out different.
   std::string Write(const WriteOptions& options = {}) const;
   // The text of the score in UTF-8 before and after, for a comparison by lines.

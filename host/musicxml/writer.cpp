@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "host/errors.h"
 #include "host/musicxml/articulations.h"
 #include "host/musicxml/frame_plans.h"
 #include "host/musicxml/frames.h"
@@ -68,13 +69,13 @@ class Writer {
     std::string all;
     for (const auto& [reason, places] : refusals_) all += (all.empty() ? "" : "; ") + reason + " (" + places + ")";
     if (refused_ > kMostRefusals) all += "; and " + std::to_string(refused_ - kMostRefusals) + " more";
-    if (!refusals_.empty()) throw WriteError(refused_at_, all);
+    if (!refusals_.empty()) throw TextError(refused_at_, all);
   }
 
   const Cell& CellOf(const Change& change) const {
     const Cell* cell = model_.CellOf(change.slot, change.measure);
     if (cell == nullptr) {
-      throw WriteError(0, Place(change) + ": the part has no such measure");
+      throw TextError(0, Place(change) + ": the part has no such measure");
     }
     return *cell;
   }
@@ -110,7 +111,7 @@ class Writer {
   template <typename Work>
   void Attempt(const Change& change, Work work) try {
     work();
-  } catch (const EntryRefused& refused) {
+  } catch (const Error& refused) {
     if (refusals_.empty()) refused_at_ = CellOf(change).offset;
     if (++refused_ > kMostRefusals) return;
     std::string& places = refusals_[refused.what()];
@@ -153,7 +154,7 @@ class Writer {
   void CheckNumbers(const Change& change) const {
     for (const EXENTRY& entry : plans_.After({change.slot, change.measure, change.layer})) {
       if (!document_.WasHandedOut(entry.number))
-        throw EntryRefused("entry number " + std::to_string(entry.number) + " was never handed out");
+        throw Error("entry number " + std::to_string(entry.number) + " was never handed out");
     }
   }
 
@@ -166,12 +167,12 @@ class Writer {
     planned.whole = lone && (entry.flags & kEntryIsNote) == 0 && entry.duration == kWholeRestDuration;
     if (planned.source != 0) planned.from = TextOf(patch, change, planned.source);
     if (((entry.flags ^ planned.from.entry.flags) & ~kKnown) != 0) {
-      throw EntryRefused("entry " + std::to_string(entry.number) + " has flags that no score can hold");
+      throw Error("entry " + std::to_string(entry.number) + " has flags that no score can hold");
     }
-    if (entry.duration == 0) throw EntryRefused("entry " + std::to_string(entry.number) + " has no duration");
+    if (entry.duration == 0) throw Error("entry " + std::to_string(entry.number) + " has no duration");
     if ((entry.flags & ~planned.from.entry.flags & kEntryHasArticulations) == 0) return planned;
     const auto signs = ArticulationsOn(document_, entry.number);
-    if (!signs) throw EntryRefused("entry " + std::to_string(entry.number) + " has an articulation without a name");
+    if (!signs) throw Error("entry " + std::to_string(entry.number) + " has an articulation without a name");
     planned.articulations = *signs;
     return planned;
   }

@@ -10,12 +10,6 @@
 
 namespace sok {
 
-// What a change that cannot be written says, with the place of its measure.
-struct WriteError : std::runtime_error {
-  WriteError(std::size_t at, const std::string& reason) : std::runtime_error(reason), offset(at) {}
-  std::size_t offset;
-};
-
 // A voice of a measure that does not come out as it was read; the measure alone when it neither was nor is there.
 struct VoiceChange {
   int part = 0;
@@ -32,7 +26,8 @@ struct VoiceChange {
 std::vector<std::string> AttachedTo(const Model& model, const Document& document, std::string_view text,
                                     const Change& change);
 
-// The text with the changes spliced in, and what they are in terms of voices. Throws WriteError.
+// The text with the changes spliced in, and what they are in terms of voices. Throws TextError, and Error for
+// lengths too large to reckon with.
 std::string PatchText(const Model& model, const Document& document, std::string_view text,
                       const std::vector<Change>& changes, const WriteOptions& options,
                       std::vector<VoiceChange>& voices);

@@ -6,6 +6,7 @@
 #include <exception>
 #include <iostream>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/commands/help.h"
 #include "host/runner/report/shown_text.h"
@@ -58,7 +59,7 @@ int Run(int count, char** arguments) {
   } catch (const CLI::ParseError& error) {
     if (app.exit(error) != 0) exit_code = sok::kExitUsage;
   }
-  if (std::fflush(stdout) != 0 || !std::cout.flush()) throw sok::InputError("stdout: cannot be written");
+  if (std::fflush(stdout) != 0 || !std::cout.flush()) throw sok::Error("stdout: cannot be written");
   return exit_code;
 }
 

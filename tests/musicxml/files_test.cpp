@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <zip.h>
 
+#include "host/errors.h"
 #include "host/musicxml/archive.h"
 #include "host/musicxml/encoding.h"
 #include "tests/musicxml/score_text.h"
@@ -104,11 +105,11 @@ TEST(Files, TimewiseScoresStayTimewise) {
 TEST(Files, CutTextsAreRefused) {
   const std::string text = WithHead("<?xml version=\"1.0\"?>", "S2 R4v1s1y b4 n4v5s2 | f4 || n4v1 | d e");
   for (std::size_t size = 0; size < text.size(); ++size) {
-    EXPECT_THROW(Score::Read(text.substr(0, size), "cut"), ScoreError) << size;
+    EXPECT_THROW(Score::Read(text.substr(0, size), "cut"), Error) << size;
   }
   const std::string zip = Zip({Container("s.xml"), {"s.xml", text}});
   for (std::size_t size = 0; size < zip.size(); ++size) {
-    EXPECT_THROW(Score::Read(zip.substr(0, size), "cut"), ScoreError) << size;
+    EXPECT_THROW(Score::Read(zip.substr(0, size), "cut"), Error) << size;
   }
 }
 
@@ -138,7 +139,7 @@ TEST(Files, WhatIsNoScoreIsRefusedWithItsPlace) {
     try {
       Score::Read(bytes, "x");
       ADD_FAILURE() << message;
-    } catch (const ScoreError& error) {
+    } catch (const Error& error) {
       EXPECT_TRUE(std::string_view(error.what()).starts_with(message)) << error.what();
     }
   }

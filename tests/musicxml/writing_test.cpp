@@ -6,6 +6,7 @@
 #include <random>
 #include <set>
 
+#include "host/errors.h"
 #include "tests/musicxml/score_text.h"
 
 namespace sok {
@@ -302,7 +303,7 @@ TEST(Writing, RandomEditsComeAsTheyWereSaved) {
       const auto again = ReadScoreText(score->Write());
       EXPECT_EQ(Music(*again), Music(*score)) << text << "\n" << score->WriteText();
       ++written;
-    } catch (const ScoreError& error) {
+    } catch (const Error& error) {
       EXPECT_NE(std::string_view(error.what()).find("measure "), std::string_view::npos) << error.what() << "\n"
                                                                                          << text;
     }
@@ -326,7 +327,7 @@ TEST(Writing, RefusesWhatItCannotWrite) {
     try {
       score->Write();
       ADD_FAILURE() << "written: " << message;
-    } catch (const ScoreError& error) {
+    } catch (const Error& error) {
       EXPECT_NE(std::string_view(error.what()).find(message), std::string_view::npos) << error.what();
     }
   }
@@ -359,7 +360,7 @@ TEST(Writing, ArticulationsGoOntoTheirNotes) {
       "<articulations><tenuto/></articulations>");
   EXPECT_EQ(mark(text, {{0, '>'}, {0, '.'}, {2, '-'}}), expected);
   EXPECT_EQ(mark(expected, {{0, '>'}, {2, '-'}}), expected);  // there already
-  EXPECT_THROW(mark(text, {{0, 'U'}}), ScoreError);
+  EXPECT_THROW(mark(text, {{0, 'U'}}), Error);
 }
 
 // A layer that another extension empties goes out whole, chords and all.

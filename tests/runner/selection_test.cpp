@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 

@@ -15,16 +15,6 @@ inline constexpr int kExitBadInput = 1;     // something could not be read, run 
 inline constexpr int kExitUsage = 2;        // the command line makes no sense
 inline constexpr int kExitWouldChange = 3;  // --check: something would change
 
-// What goes wrong with input or output: printed on stderr as it stands, exit code 1. ScoreError is treated alike.
-struct InputError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
-// What the command line asks for and cannot have: printed on stderr, exit code 2.
-struct UsageError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
 // Adds a subcommand. Its callback does the work, prints results on stdout and messages on stderr, and sets `exit_code`
 // when that is not 0; errors it throws.
 void AddRunCommands(CLI::App& app, int& exit_code);  // fill, clear, run
@@ -43,7 +33,7 @@ void PrintRecords(std::ostream& out, const Score& score);
 void PrintTexts(std::ostream& out, const Score& score);
 void PrintShapes(std::ostream& out, const Score& score);
 
-// The score of a file, or of stdin for "-". Throws InputError or ScoreError.
+// The score of a file, or of stdin for "-". Throws Error.
 std::unique_ptr<Score> ReadScore(const std::string& path, const ReadOptions& options = {});
 
 }  // namespace sok

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/shown_text.h"
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/commands/selection_options.h"
 #include "host/runner/files/input.h"
@@ -98,12 +99,17 @@ int RunFiles(RunOptions& options) {
   }
   Collector collector(options, outputs.front() == kStream || (options.dry_run && !options.json));
   Progress progress(inputs.size(), options.batch && isatty(STDERR_FILENO) != 0 && !options.quiet);
-  const auto done = [&](std::size_t i, const std::string& answer, std::string failure) {
-    std::optional<FileResult> result = failure.empty() ? FileResult::Deserialize(answer) : std::nullopt;
-    if (failure.empty()) failure = "the process that ran the extension gave an answer that makes no sense";
-    if (!result) result = Failure(inputs[i], kExitBadInput, DisplayName(inputs[i].path) + ": " + failure);
+  const auto result_of = [&](std::size_t i, const std::string& answer, const std::string& failure) {
+    try {
+      if (!failure.empty()) throw Error(failure);
+      return FileResult::Deserialize(answer);
+    } catch (const Error& error) {
+      return Failure(inputs[i], kExitBadInput, DisplayName(inputs[i].path) + ": " + error.what());
+    }
+  };
+  const auto done = [&](std::size_t i, const std::string& answer, const std::string& failure) {
     progress.Clear();
-    collector.Add(std::move(*result));
+    collector.Add(result_of(i, answer, failure));
   };
   RunInProcesses(inputs.size(), {.jobs = options.jobs},
                  {[&](std::size_t i) { return RunOnFile(options, inputs[i], outputs[i]).Serialize(); }, done,

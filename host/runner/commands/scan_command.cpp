@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "host/engine/document.h"
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/commands/selection_options.h"
 #include "host/runner/files/input.h"
@@ -105,7 +106,7 @@ void ForEachStaffMeasure(const Score& score, const std::vector<Invocation>& bloc
 
 // One file's part of the JSON report, and the lines that are printed of it.
 Json Scan(const ScanOptions& options, const Input& input) {
-  if (!input.error.empty()) throw InputError(input.error);
+  if (!input.error.empty()) throw Error(input.error);
   const std::string file = DisplayName(input.path);
   const std::unique_ptr<Score> score = ReadScore(input.path, {});
   std::vector<std::string> warnings;

@@ -6,6 +6,7 @@
 #include <limits>
 #include <optional>
 
+#include "host/errors.h"
 #include "host/musicxml/markup.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
@@ -108,7 +109,7 @@ void ChooseByPart(Chosen& chosen, const Score& score, const std::vector<std::str
     for (const Staff& staff : score.staves()) {
       if (staff.staff == 1) names += (names.empty() ? "" : ", ") + staff.part_name;
     }
-    throw InputError("no part is called \"" + wanted + "\"; the score has " + names);
+    throw Error("no part is called \"" + wanted + "\"; the score has " + names);
   }
 }
 
@@ -185,7 +186,7 @@ EREGION Invocation::Region(const Document& document) const {
 
 std::vector<Invocation> PlanInvocations(const Score& score, const Selection& selection,
                                         std::vector<std::string>& warnings) {
-  if (score.staves().empty() || score.measures().empty()) throw InputError("the score has no measures");
+  if (score.staves().empty() || score.measures().empty()) throw Error("the score has no measures");
   CheckHiddenLayers(score, selection);
   const std::size_t known = warnings.size();
   const bool all_measures = selection.measures.empty() && selection.numbers.empty();
@@ -216,7 +217,7 @@ std::vector<Invocation> PlanInvocations(const Score& score, const Selection& sel
   if (!invocations.empty()) return invocations;
   std::string reasons;  // what was left out; other warnings have nothing to do with it
   for (std::size_t i = known; i < warnings.size(); ++i) reasons += (i == known ? ": " : "; ") + warnings[i];
-  throw InputError("nothing is selected" + reasons);
+  throw Error("nothing is selected" + reasons);
 }
 
 }  // namespace sok

@@ -56,7 +56,7 @@ struct Invocation {
 };
 
 // The blocks of a selection, by measure, then by staff. What lies outside of the score is left out with a warning.
-// Throws InputError when nothing is left.
+// Throws Error when nothing is left.
 std::vector<Invocation> PlanInvocations(const Score& score, const Selection& selection,
                                         std::vector<std::string>& warnings);
 

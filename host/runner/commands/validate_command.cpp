@@ -13,6 +13,7 @@
 #include <random>
 #include <thread>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
 #include "host/runner/report/json.h"
@@ -165,13 +166,13 @@ std::string SanitizerLibraries(const std::string& plugin) {
   for (std::size_t at = 0; at < line.size(); at = line.find('\0', at) + 1) arguments.push_back(line.data() + at);
   arguments.push_back(nullptr);
   execv("/proc/self/exe", arguments.data());
-  throw InputError(std::string("--sanitize: sokrun cannot start itself: ") + std::strerror(errno));
+  throw Error(std::string("--sanitize: sokrun cannot start itself: ") + std::strerror(errno));
 }
 
 int Run(Command& command) {
   ValidateOptions& options = command.options;
   if (!command.only.empty()) options.only = ParseCase(command.only);
-  if (!std::filesystem::exists(options.plugin)) throw InputError(options.plugin + ": no such bundle");
+  if (!std::filesystem::exists(options.plugin)) throw Error(options.plugin + ": no such bundle");
   if (command.sanitize && std::getenv(kSanitized) == nullptr) StartWithSanitizers(options.plugin);
   options.guard_frames = !command.sanitize;
   const ReadOptions read = {.document_data = true};
@@ -185,7 +186,7 @@ int Run(Command& command) {
   } else {
     PrintText(command, report, failed);
   }
-  if (results.empty()) throw InputError("no check was run");
+  if (results.empty()) throw Error("no check was run");
   return failed == 0 ? kExitSuccess : kExitBadInput;
 }
 

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/kind.h"
 #include "host/runner/report/text.h"
@@ -21,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void Fail(const std::string& path, const std::string& reason) {
-  throw InputError(DisplayName(path) + ": " + reason);
+  throw Error(DisplayName(path) + ": " + reason);
 }
 
 bool IsScoreName(const std::string& name) {

@@ -8,7 +8,7 @@ namespace sok {
 
 inline constexpr const char* kStream = "-";  // stdin or stdout in the place of a file
 
-// The bytes of a file, or of stdin for "-". Throws InputError.
+// The bytes of a file, or of stdin for "-". Throws Error.
 std::string ReadBytes(const std::string& path);
 
 // What messages call an input: its path, or "stdin".

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
 #include "host/runner/files/rights.h"
@@ -22,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 [[noreturn]] void Fail(const std::string& path, int error) {
-  throw InputError((path == kStream ? "stdout" : path) + ": cannot be written: " + std::strerror(error));
+  throw Error((path == kStream ? "stdout" : path) + ": cannot be written: " + std::strerror(error));
 }
 
 int result_stream = STDOUT_FILENO;
@@ -139,7 +140,7 @@ void WriteStraight(const std::string& path, std::string_view bytes) {
 
 void Check(const std::string& path, const std::optional<FileState>& before) {
   if (before && StateOf(path) != before) {
-    throw InputError(path + ": changed while it was being worked on; it is left as it is now");
+    throw Error(path + ": changed while it was being worked on; it is left as it is now");
   }
 }
 
@@ -213,8 +214,8 @@ class Writing {
     if (!Overwrite(file, bytes)) {
       const int error = errno;
       if (!Overwrite(file, old)) {
-        throw InputError(path_ + ": writing it failed in the middle; what it held is in " + name + ": " +
-                         std::strerror(error));
+        throw Error(path_ + ": writing it failed in the middle; what it held is in " + name + ": " +
+                    std::strerror(error));
       }
       copy.KeepNoMore();
       Fail(path_, error);

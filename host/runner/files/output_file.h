@@ -31,7 +31,7 @@ std::optional<FileState> StateOf(const std::string& path);
 // instead, while its old bytes stay beside it in a hidden file; they are put back when that fails, and only the loss of
 // the whole process or machine leaves that file to be renamed by hand.
 //
-// Pipes and devices are written straight; "-" is stdout. Throws InputError, and the file is what it was: also when it
+// Pipes and devices are written straight; "-" is stdout. Throws Error, and the file is what it was: also when it
 // is not in the state `before` any more, so that nobody else's work is written over. The temporary file is removed on
 // every failure, and when a signal ends the program.
 void WriteFile(const std::string& path, std::string_view bytes, const std::optional<FileState>& before = {});

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 
+#include "host/errors.h"
 #include "host/musicxml/archive.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
@@ -95,7 +96,7 @@ void MakeOutputFolders(const RunOptions& options, const std::vector<std::string>
     std::error_code error;
     const fs::path folder = fs::path(output).parent_path();
     fs::create_directories(folder, error);
-    if (error) throw InputError(folder.string() + ": cannot be made: " + error.message());
+    if (error) throw Error(folder.string() + ": cannot be made: " + error.message());
   }
 }
 
@@ -104,7 +105,7 @@ bool SameFile(const std::string& left, const std::string& right) {
   return fs::equivalent(left, right, absent) || Resolved(left) == Resolved(right);
 }
 
-std::string InFormOf(const std::string& output, std::string bytes) {
+std::string InFormOf(const std::string& output, std::string bytes) try {
   const bool packed = IsArchive(bytes);
   if (EndsWithIgnoringCase(output, ".mxl") && !packed) {
     return PackScore({fs::path(output).stem().string() + ".musicxml", std::move(bytes)});
@@ -112,6 +113,8 @@ std::string InFormOf(const std::string& output, std::string bytes) {
   const bool plain = EndsWithIgnoringCase(output, ".musicxml") || EndsWithIgnoringCase(output, ".xml");
   if (plain && packed) return UnpackScore(bytes).bytes;
   return bytes;  // moved: a conditional expression would copy it
+} catch (const Error& error) {
+  throw Error(output + ": " + error.what());
 }
 
 }  // namespace sok

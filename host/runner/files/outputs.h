@@ -13,14 +13,14 @@ namespace sok {
 // what cannot be, as two results under one name, or a page over a result.
 std::vector<std::string> PlanOutputs(const RunOptions& options, const std::vector<Input>& inputs);
 
-// Makes the folders that results go to. Throws InputError.
+// Makes the folders that results go to. Throws Error.
 void MakeOutputFolders(const RunOptions& options, const std::vector<std::string>& outputs);
 
 // Whether two paths are the same file, however they are spelled, there or not.
 bool SameFile(const std::string& left, const std::string& right);
 
 // A score's file in the form that the output's name asks for: compressed for .mxl, plain for .musicxml and .xml, else
-// as it is. Throws std::runtime_error.
+// as it is. Throws Error.
 std::string InFormOf(const std::string& output, std::string bytes);
 
 }  // namespace sok

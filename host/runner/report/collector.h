@@ -14,7 +14,7 @@ class Collector {
 
   void Add(FileResult result);
 
-  // Prints what is said at the end and writes the page; the exit code of the run. Throws InputError.
+  // Prints what is said at the end and writes the page; the exit code of the run. Throws Error.
   int Finish();
 
  private:

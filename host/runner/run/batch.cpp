@@ -17,6 +17,7 @@
 #include <map>
 #include <vector>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/output_file.h"
 #include "host/runner/run/cleanup.h"
@@ -48,7 +49,7 @@ struct Worker {
 };
 
 [[noreturn]] void FailToStart(int error) {
-  throw InputError(std::string("no process can be started: ") + std::strerror(error));
+  throw Error(std::string("no process can be started: ") + std::strerror(error));
 }
 
 // Children that end interrupt the waiting for them, and nothing else.
@@ -92,7 +93,7 @@ std::string FailureOf(int status, const std::string& bytes) {
   if (bytes.size() >= sizeof head) std::memcpy(&head, bytes.data(), sizeof head);
   expected.size = bytes.size() - sizeof head;
   const bool sound = bytes.size() >= sizeof head && std::memcmp(&head, &expected, sizeof head) == 0;
-  return sound ? std::string() : "the process that ran the extension gave an answer that makes no sense";
+  return sound ? std::string() : kSenselessAnswer;
 }
 
 class Batch {

@@ -7,6 +7,9 @@
 
 namespace sok {
 
+// What is said of an answer that an extension tampered with.
+inline constexpr const char* kSenselessAnswer = "the process that ran the extension gave an answer that makes no sense";
+
 struct BatchCallbacks {
   // In a child process, whose stdout goes to stderr: does item `index`; the answer travels to the parent. Throws
   // nothing.
@@ -24,7 +27,7 @@ struct BatchLimits {
 };
 
 // Runs all items. Nothing that a child does keeps the parent: not what it left running, stopped, or told signals to do.
-// Whatever ends the parent ends the children first. Throws InputError when no process can be started.
+// Whatever ends the parent ends the children first. Throws Error when no process can be started.
 void RunInProcesses(std::size_t count, const BatchLimits& limits, const BatchCallbacks& callbacks);
 
 // In a child, after foreign code has run: a copy of the process that came back from there, too, ends here.

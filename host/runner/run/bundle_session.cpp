@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <new>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 #include "platform/SokPlatform.h"
@@ -32,19 +33,19 @@ void CheckList(const fs::path& list) {
   if (!fs::exists(list, error)) return;
   const int line = SokPlatformReadTexts(
       list.c_str(), [](void*, const char*, const char*) {}, nullptr);
-  if (line < 0) throw InputError(list.string() + ": cannot be read");
-  if (line > 0) throw InputError(list.string() + ":" + std::to_string(line) + ": not a property list");
+  if (line < 0) throw Error(list.string() + ": cannot be read");
+  if (line > 0) throw Error(list.string() + ":" + std::to_string(line) + ": not a property list");
 }
 
 CFBundleRef OpenBundle(const std::string& path) {
   std::error_code error;
-  if (!fs::exists(path, error)) throw InputError(path + ": no such bundle");
+  if (!fs::exists(path, error)) throw Error(path + ": no such bundle");
   CheckList(path + "/Contents/Info.plist");
   const CFURLRef url = CFURLCreateFromFileSystemRepresentation(nullptr, reinterpret_cast<const UInt8*>(path.data()),
                                                                static_cast<CFIndex>(path.size()), true);
   const CFBundleRef bundle = url != nullptr ? CFBundleCreate(nullptr, url) : nullptr;
   if (url != nullptr) CFRelease(url);
-  if (bundle == nullptr) throw InputError(path + ": is no bundle");
+  if (bundle == nullptr) throw Error(path + ": is no bundle");
   return bundle;
 }
 
@@ -71,7 +72,7 @@ AttachFunction Engine() {
   static const AttachFunction attach = [] {
     const std::string path = BundleFolder() + "/SonkelEngine.bundle";
     const auto found = reinterpret_cast<AttachFunction>(FindFunction(OpenBundle(path), "SonkelEngineAttach"));
-    if (found == nullptr) throw InputError(path + ": the engine cannot be loaded");
+    if (found == nullptr) throw Error(path + ": the engine cannot be loaded");
     return found;
   }();
   return attach;
@@ -93,9 +94,9 @@ std::string BundleExecutable(const std::string& plugin) {
   if (url == nullptr) {
     const auto named = static_cast<CFStringRef>(CFBundleGetValueForInfoDictionaryKey(bundle, kCFBundleExecutableKey));
     const std::string name = named != nullptr ? Utf8(named) : fs::path(plugin).stem().string();
-    throw InputError(plugin + ": has no executable; looked for Contents/MacOS/" + name +
-                     (named != nullptr ? ", which its Info.plist names"
-                                       : ", since its Info.plist is missing, broken or has no CFBundleExecutable"));
+    throw Error(plugin + ": has no executable; looked for Contents/MacOS/" + name +
+                (named != nullptr ? ", which its Info.plist names"
+                                  : ", since its Info.plist is missing, broken or has no CFBundleExecutable"));
   }
   UInt8 path[PATH_MAX] = {};
   CFURLGetFileSystemRepresentation(url, true, path, sizeof path);
@@ -131,7 +132,7 @@ Function BundleSession::Find(const char* name, const char* alias) const {
 template <typename Function>
 Function BundleSession::Require(const char* name, const char* alias) const {
   const auto function = Find<Function>(name, alias);
-  if (function == nullptr) throw InputError(plugin_ + ": does not export " + name);
+  if (function == nullptr) throw Error(plugin_ + ": does not export " + name);
   return function;
 }
 
@@ -141,14 +142,14 @@ void BundleSession::Start() {
   if (main_function == nullptr) {
     const char* const reason = dlerror();
     const std::string executable = Executable();
-    throw InputError(executable + ": " + (reason != nullptr ? reason : "cannot be loaded, or does not export main"));
+    throw Error(executable + ": " + (reason != nullptr ? reason : "cannot be loaded, or does not export main"));
   }
   char* arguments[] = {plugin_.data(), nullptr};
-  if (main_function(1, arguments) == 0) throw InputError(plugin_ + ": finds no host (main answered 0)");
+  if (main_function(1, arguments) == 0) throw Error(plugin_ + ": finds no host (main answered 0)");
   interface_version_ = Require<VersionFunction>("SonkelExtensionVersion", "Ext_getversion")(kInterfaceVersion);
   unsigned int word = 0;
   if (Require<InitFunction>("SonkelExtensionInit", "Ext_init")(&session_, &word) == 0) {
-    throw InputError(plugin_ + ": refuses to start (its init answered 0)");
+    throw Error(plugin_ + ": refuses to start (its init answered 0)");
   }
 }
 

@@ -18,7 +18,7 @@ std::string BundleFolder();
 // The extension that is used when none is named.
 std::string DefaultPlugin();
 
-// The path of a bundle's executable. Throws InputError that says what was looked for when there is no bundle or none in
+// The path of a bundle's executable. Throws Error that says what was looked for when there is no bundle or none in
 // it.
 std::string BundleExecutable(const std::string& plugin);
 
@@ -30,7 +30,7 @@ struct ExtensionMenuItem {
 // it.
 class BundleSession {
  public:
-  // Opens both bundles and calls the extension: main, version, init, enumerate. Throws InputError that names the
+  // Opens both bundles and calls the extension: main, version, init, enumerate. Throws Error that names the
   // bundle and what it lacks or refuses.
   BundleSession(const std::string& plugin, Session& session);
   ~BundleSession();  // calls the terminate entry point and takes the session from the engine

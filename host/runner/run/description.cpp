@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/run/batch.h"
 #include "host/runner/run/bundle_session.h"
@@ -108,8 +109,8 @@ Json DescribeExtension(const std::string& plugin) {
   };
   RunInProcesses(1, {}, {[&](std::size_t) { return DescriptionText(plugin); }, done});
   if (failure.empty() && !description.is_object()) failure = "its process gave an answer that makes no sense";
-  if (!failure.empty()) throw InputError(plugin + ": " + failure);
-  if (description.contains("error")) throw InputError(description["error"]);
+  if (!failure.empty()) throw Error(plugin + ": " + failure);
+  if (description.contains("error")) throw Error(description["error"]);
   return description;
 }
 

@@ -8,7 +8,7 @@
 namespace sok {
 
 // Starts the extension in a process of its own: "bundle", "identifier", "interface_version", "languages", "commands"
-// ("number", "texts"), "missing_texts", "interface", "missing_exports", "other_exports", "alerts". Throws InputError.
+// ("number", "texts"), "missing_texts", "interface", "missing_exports", "other_exports", "alerts". Throws Error.
 Json DescribeExtension(const std::string& plugin);
 
 }  // namespace sok

@@ -8,6 +8,7 @@
 
 #include "SokExtShared/SokEDK/Source/host_types.h"
 #include "host/engine/session.h"
+#include "host/errors.h"
 #include "host/musicxml/score.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/output_file.h"
@@ -145,7 +146,7 @@ void Deliver(const RunOptions& options, const Input& input, const std::string& o
     if (report.changes.empty()) return;
     score.WriteText(options.write);  // says what could not be written
     if (options.check) return;
-    throw ScoreError(report.file + ": it changed; say where the result goes: -o, --in-place or --output-dir");
+    throw Error(report.file + ": it changed; say where the result goes: -o, --in-place or --output-dir");
   }
   const bool over_itself = output != kStream && SameFile(output, input.path);
   if (over_itself && report.changes.empty()) return;  // nothing to do to the file
@@ -177,10 +178,10 @@ std::unique_ptr<Score> Read(const RunOptions& options, const Input& input, Score
 std::vector<Invocation> Plan(const RunOptions& options, const Score& score, ScoreReport& report) {
   try {
     return PlanInvocations(score, options.selection, report.warnings);
-  } catch (const InputError& error) {
-    throw InputError(report.file + ": " + error.what());
   } catch (const UsageError& error) {
     throw UsageError(report.file + ": " + error.what());
+  } catch (const Error& error) {
+    throw Error(report.file + ": " + error.what());
   }
 }
 
@@ -223,7 +224,7 @@ FileResult Tell(const RunOptions& options, const std::string& output, const Scor
 }
 
 FileResult Run(const RunOptions& options, const Input& input, const std::string& output) {
-  if (!input.error.empty()) throw InputError(input.error);
+  if (!input.error.empty()) throw Error(input.error);
   ScoreReport report;
   report.file = DisplayName(input.path);
   report.purpose = options.purpose;
@@ -242,7 +243,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   FillCells(options, *score, invocations, report);
   try {
     Deliver(options, input, output, before, *score, report);
-  } catch (const ScoreError& error) {
+  } catch (const Error& error) {
     report.error = error.what();  // the report still says what the extension did
   }
   return Tell(options, output, *score, report);
@@ -256,16 +257,16 @@ std::string FileResult::Serialize() const {
   return bytes;
 }
 
-std::optional<FileResult> FileResult::Deserialize(const std::string& bytes) try {
+FileResult FileResult::Deserialize(const std::string& bytes) try {
   Json all = Json::from_msgpack(bytes);
-  if (all.size() != 8) return std::nullopt;
+  if (all.size() != 8) throw Error(kSenselessAnswer);
   for (const std::size_t file : {6u, 7u}) {
-    if (!all.at(file).is_null() && !all.at(file).at("status").is_string()) return std::nullopt;
+    if (!all.at(file).is_null() && !all.at(file).at("status").is_string()) throw Error(kSenselessAnswer);
   }
   return FileResult{all.at(0),           all.at(1), all.at(2), all.at(3), all.at(4), all.at(5), std::move(all.at(6)),
                     std::move(all.at(7))};
 } catch (const Json::exception&) {
-  return std::nullopt;
+  throw Error(kSenselessAnswer);
 }
 
 FileResult Failure(const Input& input, int exit_code, const std::string& message) {

@@ -1,7 +1,6 @@
 // One score through the extension: read, invoked, explained, written.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "host/runner/commands/options.h"
@@ -23,7 +22,7 @@ struct FileResult {
   Json page;        // for the page
 
   std::string Serialize() const;
-  static std::optional<FileResult> Deserialize(const std::string& bytes);  // nothing where that makes no sense
+  static FileResult Deserialize(const std::string& bytes);  // throws Error where that makes no sense
 };
 
 // Runs one file and writes its result to `output` (nowhere when empty). Nothing is thrown: failures are results, too.

@@ -4,13 +4,14 @@
 
 #include <cstring>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 
 namespace sok {
 
 LastWords::LastWords(std::size_t count) : size_((count + 1) * kLength) {
   void* const memory = mmap(nullptr, size_, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  if (memory == MAP_FAILED) throw InputError("no memory for so many checks");
+  if (memory == MAP_FAILED) throw Error("no memory for so many checks");
   texts_ = static_cast<char*>(memory);
 }
 

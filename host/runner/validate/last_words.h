@@ -9,7 +9,7 @@ namespace sok {
 // One text for each of a number of processes, in memory that they share with their parent.
 class LastWords {
  public:
-  explicit LastWords(std::size_t count);  // throws InputError when there is no memory
+  explicit LastWords(std::size_t count);  // throws Error when there is no memory
   ~LastWords();
   LastWords(const LastWords&) = delete;
   LastWords& operator=(const LastWords&) = delete;

@@ -11,6 +11,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 
+#include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/batch.h"
@@ -58,7 +59,7 @@ struct Answer {
 struct Case {
   std::string kind;
   std::string name;
-  std::function<void(CheckHost& host, Answer& answer)> run;  // throws CheckFailure
+  std::function<void(CheckHost& host, Answer& answer)> run;  // throws Error
   HostFault fault = {};
   std::string language = {};  // of the user; empty: as it is
   int command = 0;
@@ -69,7 +70,7 @@ struct Case {
 Answer Understood(const std::string& text) try {
   return nlohmann::json::parse(text).get<Answer>();
 } catch (const nlohmann::json::exception&) {
-  return {"the process that ran the extension gave an answer that makes no sense"};
+  return {kSenselessAnswer};
 }
 
 // What is being thrown, where that is no exception of the standard library's kind.
@@ -178,7 +179,7 @@ class Validation {
       EREGION region = RegionOf(host.document, Scope::kWholeScore);
       host.extension.Invoke(command, &region);
       for (const auto& [kind, finding] : host.watch.Take()) {
-        throw CheckFailure(commands.size() > 1 ? CommandName(command) + " " + finding : finding);
+        throw Error(commands.size() > 1 ? CommandName(command) + " " + finding : finding);
       }
     }
   }
@@ -273,7 +274,7 @@ class Validation {
                         RunCommand(host, command, Scope::kWholeScore, "Ext_invoke");
                         const auto other = others.find(host.watch.trace());
                         if (other == others.end() || host.watch.trace() == trace) return;
-                        throw CheckFailure("Ext_invoke runs " + CommandName(other->second));
+                        throw Error("Ext_invoke runs " + CommandName(other->second));
                       }});
     }
     Check(plan);
@@ -371,9 +372,7 @@ class Validation {
       answer.calls = host.watch.calls();
       answer.trace = host.watch.trace();
       answer.edits = host.watch.edits_asked();
-    } catch (const CheckFailure& failure) {
-      answer.failure = failure.what();
-    } catch (const InputError& error) {
+    } catch (const Error& error) {
       answer.failure = error.what();
     } catch (const std::exception& error) {
       answer.failure = std::string("threw an exception: ") + error.what();

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 
+#include "host/errors.h"
 #include "host/runner/report/text.h"
 #include "host/runner/validate/validate_commands.h"
 #include "platform/SokPlatform.h"
@@ -47,7 +48,7 @@ struct GuardedRecord {
 };
 
 void Expect(bool holds, const std::string& message) {
-  if (!holds) throw CheckFailure(message);
+  if (!holds) throw Error(message);
 }
 
 std::string Quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
@@ -58,7 +59,7 @@ std::string ContentsOf(const std::string& plugin) {
 
 using Texts = std::map<std::string, std::string>;
 
-// The texts in a property list; throws CheckFailure when it cannot be read.
+// The texts in a property list; throws Error when it cannot be read.
 Texts ReadTexts(const std::string& path) {
   Texts texts;
   const auto keep = [](void* all, const char* key, const char* text) { static_cast<Texts*>(all)->emplace(key, text); };
@@ -211,7 +212,7 @@ void CheckNoSelection(CheckHost& host) {
       Expect(host.watch.calls().size() == calls + 1, where + "does more than show the alert");
       const std::string& alert = host.session.alerts[0];
       Expect(!alert.empty() && !IsResourceNumber(alert), where + "shows the alert " + Quoted(alert));
-      for (const auto& [kind, finding] : host.watch.Take()) throw CheckFailure(where + finding);
+      for (const auto& [kind, finding] : host.watch.Take()) throw Error(where + finding);
     }
   }
 }

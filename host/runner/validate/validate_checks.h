@@ -1,7 +1,6 @@
 // The checks of `sokrun validate`. Each runs in a process of its own, on a fresh copy of one score.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,21 +11,16 @@
 
 namespace sok {
 
-// What is wrong with the extension, as a message for its author.
-struct CheckFailure : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
 // A text that the string table lacks comes back as its number: "20003" or "20000,3".
 bool IsResourceNumber(std::string_view text);
 
 // One process's host with the extension loaded into it.
 class CheckHost {
  public:
-  // Throws InputError when the extension cannot be loaded or does not start.
+  // Throws Error when the extension cannot be loaded or does not start.
   CheckHost(const std::string& plugin, const Document& score, const HostFault& fault = {}, bool guard_frames = true);
 
-  // An exported name as a function of its type; throws CheckFailure when it is missing.
+  // An exported name as a function of its type; throws Error when it is missing.
   template <typename Function>
   Function Named(const char* name) const {
     return reinterpret_cast<Function>(Require(name));
@@ -40,7 +34,7 @@ class CheckHost {
   BundleSession extension;
 };
 
-// Checks that hold for the extension as a whole. A check throws CheckFailure.
+// Checks that hold for the extension as a whole. A check throws Error.
 struct ExtensionCheck {
   std::string_view name;
   std::string_view what;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <set>
 
+#include "host/errors.h"
 #include "host/runner/report/text.h"
 
 namespace sok {
@@ -154,8 +155,8 @@ void CheckEnds(CheckHost& host, int starter, int command) {
   const int surplus = host.watch.surplus_ends();
   // One that ends all that are open, as SX_EndAllSonkelEdit does, means to.
   if (surplus <= 0 || surplus >= kOpenBefore) return;
-  throw CheckFailure("ends " + Counted(surplus, "edit") +
-                     " more than it starts; run while another edit is open, it ends that");
+  throw Error("ends " + Counted(surplus, "edit") +
+              " more than it starts; run while another edit is open, it ends that");
 }
 
 }  // namespace sok

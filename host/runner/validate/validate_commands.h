@@ -18,7 +18,7 @@ std::string RegionText(const EREGION& region);
 Findings RunCommand(CheckHost& host, int command, Scope scope, const char* entry_point = "SonkelExtensionInvoke");
 
 // Whether a command ends more edits than it starts. The kit keeps such an end from the host unless an edit is open, so
-// some are left open before, by throwing through `starter`, a command that starts one. Throws CheckFailure when it
+// some are left open before, by throwing through `starter`, a command that starts one. Throws Error when it
 // does.
 void CheckEnds(CheckHost& host, int starter, int command);
 
