@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 #include <iostream>
@@ -9,6 +10,7 @@
 #include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/commands/help.h"
+#include "host/runner/exit_codes.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/run/memory.h"
 

@@ -1,9 +1,8 @@
-#include "host/runner/commands/selection.h"
+#include "host/runner/run/selection.h"
 
 #include <gtest/gtest.h>
 
 #include "host/errors.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 
 namespace {

@@ -1,5 +1,6 @@
 #include "host/runner/commands/help.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <memory>

@@ -1,7 +1,9 @@
 // How sokrun's help and its messages about the command line read.
 #pragma once
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}
 
 namespace sok {
 

@@ -1,4 +1,5 @@
 // info: what an extension bundle is and offers.
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 

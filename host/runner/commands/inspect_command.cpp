@@ -1,9 +1,11 @@
 // inspect: a score as the extension sees it, as tables.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <memory>
 
 #include "host/runner/commands/commands.h"
+#include "host/runner/files/input.h"
 #include "host/runner/report/frame_table.h"
 
 namespace sok {

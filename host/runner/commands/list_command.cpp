@@ -1,4 +1,5 @@
 // list: the commands of extension bundles.
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 

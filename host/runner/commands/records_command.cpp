@@ -1,4 +1,5 @@
 // records: the data records of a score's document, as a table.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
@@ -7,6 +8,7 @@
 #include "host/engine/document.h"
 #include "host/engine/session.h"
 #include "host/runner/commands/commands.h"
+#include "host/runner/files/input.h"
 #include "host/runner/report/shown_text.h"
 
 namespace sok {

@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iostream>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/commands/selection_options.h"
+#include "host/runner/exit_codes.h"
 #include "host/runner/files/input.h"
 #include "host/runner/files/outputs.h"
 #include "host/runner/report/collector.h"

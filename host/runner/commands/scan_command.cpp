@@ -1,4 +1,5 @@
 // scan: an audit of scores, without changes and without an extension.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstddef>
 #include <iostream>
@@ -8,6 +9,7 @@
 #include "host/errors.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/commands/selection_options.h"
+#include "host/runner/exit_codes.h"
 #include "host/runner/files/input.h"
 #include "host/runner/files/output_file.h"
 #include "host/runner/files/outputs.h"

@@ -1,5 +1,6 @@
 #include "host/runner/commands/selection_options.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <thread>
 

@@ -1,9 +1,11 @@
 // The options of a selection, the same for every command that works on a part of a score.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "host/runner/run/selection.h"
 
-#include "host/runner/commands/selection.h"
+namespace CLI {
+class App;
+}
 
 namespace sok {
 

@@ -1,4 +1,5 @@
 // shapes: the lines of a score and its staff lists as an extension finds them.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstring>
 #include <iostream>
@@ -8,6 +9,7 @@
 #include "host/engine/document.h"
 #include "host/musicxml/shapes.h"
 #include "host/runner/commands/commands.h"
+#include "host/runner/files/input.h"
 #include "host/runner/report/text.h"
 
 namespace sok {

@@ -1,4 +1,5 @@
 // texts: the words of a score as an extension finds them.
+#include <CLI/CLI.hpp>
 #include <cstring>
 #include <iostream>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "host/musicxml/frames.h"
 #include "host/musicxml/texts.h"
 #include "host/runner/commands/commands.h"
+#include "host/runner/files/input.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/report/text.h"
 

@@ -1,6 +1,7 @@
 // validate: checks an extension bundle against what the host relies on.
 #include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -15,6 +16,7 @@
 
 #include "host/errors.h"
 #include "host/runner/commands/commands.h"
+#include "host/runner/exit_codes.h"
 #include "host/runner/files/input.h"
 #include "host/runner/report/json.h"
 #include "host/runner/report/shown_text.h"

@@ -11,7 +11,6 @@
 #include <fstream>
 
 #include "host/errors.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/files/kind.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/memory.h"

@@ -1,8 +1,11 @@
 // Files and streams that scores come from.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "host/musicxml/score.h"
 
 namespace sok {
 
@@ -10,6 +13,9 @@ inline constexpr const char* kStream = "-";  // stdin or stdout in the place of 
 
 // The bytes of a file, or of stdin for "-". Throws Error.
 std::string ReadBytes(const std::string& path);
+
+// The score of a file, or of stdin for "-". Throws Error.
+std::unique_ptr<Score> ReadScore(const std::string& path, const ReadOptions& options = {});
 
 // What messages call an input: its path, or "stdin".
 std::string DisplayName(const std::string& path);

@@ -12,7 +12,6 @@
 #include <filesystem>
 
 #include "host/errors.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
 #include "host/runner/files/rights.h"
 #include "host/runner/run/cleanup.h"

@@ -6,7 +6,6 @@
 
 #include "host/errors.h"
 #include "host/musicxml/archive.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 
 namespace sok {

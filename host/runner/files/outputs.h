@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "host/runner/commands/options.h"
 #include "host/runner/files/input.h"
+#include "host/runner/run/options.h"
 
 namespace sok {
 

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <utility>
 
-#include "host/runner/commands/commands.h"
+#include "host/runner/exit_codes.h"
 #include "host/runner/files/output_file.h"
 #include "host/runner/report/html_report.h"
 #include "host/runner/report/shown_text.h"

@@ -1,8 +1,8 @@
 // Puts the results of all files together: what is printed as they come, the JSON report, the page.
 #pragma once
 
-#include "host/runner/commands/options.h"
 #include "host/runner/report/json.h"
+#include "host/runner/run/options.h"
 #include "host/runner/run/run_score.h"
 
 namespace sok {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/musicxml/score.h"
-#include "host/runner/commands/options.h"
+#include "host/runner/run/options.h"
 
 namespace sok {
 

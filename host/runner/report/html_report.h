@@ -6,8 +6,8 @@
 #include <string>
 
 #include "host/musicxml/score.h"
-#include "host/runner/commands/options.h"
 #include "host/runner/report/report.h"
+#include "host/runner/run/options.h"
 
 namespace sok {
 

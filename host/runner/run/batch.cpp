@@ -18,7 +18,6 @@
 #include <vector>
 
 #include "host/errors.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/files/output_file.h"
 #include "host/runner/run/cleanup.h"
 #include "host/runner/run/memory.h"

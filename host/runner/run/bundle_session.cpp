@@ -7,7 +7,6 @@
 #include <new>
 
 #include "host/errors.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 #include "platform/SokPlatform.h"
 

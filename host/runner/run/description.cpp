@@ -6,7 +6,6 @@
 #include <filesystem>
 
 #include "host/errors.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/run/batch.h"
 #include "host/runner/run/bundle_session.h"
 #include "host/runner/run/exports.h"

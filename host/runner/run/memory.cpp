@@ -7,7 +7,7 @@
 #include <new>
 #include <pugixml.hpp>
 
-#include "host/runner/commands/commands.h"
+#include "host/runner/exit_codes.h"
 #include "host/runner/files/output_file.h"
 #include "host/runner/report/shown_text.h"
 #include "host/runner/run/cleanup.h"

@@ -10,7 +10,7 @@
 #include "host/engine/session.h"
 #include "host/errors.h"
 #include "host/musicxml/score.h"
-#include "host/runner/commands/commands.h"
+#include "host/runner/exit_codes.h"
 #include "host/runner/files/output_file.h"
 #include "host/runner/files/outputs.h"
 #include "host/runner/report/diff.h"

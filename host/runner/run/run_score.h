@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "host/runner/commands/options.h"
 #include "host/runner/files/input.h"
 #include "host/runner/report/json.h"
+#include "host/runner/run/options.h"
 
 namespace sok {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/engine/session.h"
-#include "host/runner/commands/options.h"
+#include "host/runner/run/options.h"
 
 namespace sok {
 

@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "host/errors.h"
-#include "host/runner/commands/commands.h"
 
 namespace sok {
 

@@ -12,7 +12,6 @@
 #include <nlohmann/json.hpp>
 
 #include "host/errors.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/batch.h"
 #include "host/runner/validate/last_words.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "host/musicxml/score.h"
-#include "host/runner/commands/selection.h"
+#include "host/runner/run/selection.h"
 
 namespace sok {
 

@@ -1,4 +1,4 @@
-#include "host/runner/commands/selection.h"
+#include "host/runner/run/selection.h"
 
 #include <algorithm>
 #include <charconv>
@@ -8,7 +8,6 @@
 
 #include "host/errors.h"
 #include "host/musicxml/markup.h"
-#include "host/runner/commands/commands.h"
 #include "host/runner/report/text.h"
 
 namespace sok {
