@@ -212,7 +212,7 @@ void CheckNoSelection(CheckHost& host) {
       Expect(host.watch.calls().size() == calls + 1, where + "does more than show the alert");
       const std::string& alert = host.session.alerts[0];
       Expect(!alert.empty() && !IsResourceNumber(alert), where + "shows the alert " + Quoted(alert));
-      for (const auto& [kind, finding] : host.watch.Take()) throw Error(where + finding);
+      for (const auto& [kind, finding] : host.watch.AllFindings()) throw Error(where + finding);
     }
   }
 }
@@ -227,6 +227,7 @@ CheckHost::CheckHost(const std::string& bundle, const Document& score, const Hos
     : plugin(bundle),
       document(score),
       watch(fault, document),
+      crash_watch(watch),
       session{.document = &document, .observer = &watch, .alerts = {}, .guard_frames = guard_frames},
       extension(plugin, session) {
   if (document.PartCount() == 0) document.AddPart("Another");  // so that there is one to go to, and back

@@ -7,6 +7,7 @@
 
 #include "host/engine/document.h"
 #include "host/runner/run/bundle_session.h"
+#include "host/runner/validate/crash_watch.h"
 #include "host/runner/validate/validate_watch.h"
 
 namespace sok {
@@ -30,6 +31,7 @@ class CheckHost {
   const std::string plugin;
   Document document;
   HostWatch watch;
+  CrashWatch crash_watch;
   Session session;
   BundleSession extension;
 };

@@ -124,7 +124,7 @@ Findings RunCommand(CheckHost& host, int command, Scope scope, const char* entry
   const Document& after = host.document;
   const std::vector<FramePlace> changed = ChangedFrames(before, after);
   const bool any = !changed.empty() || !(before.records == after.records);
-  Findings findings = host.watch.Take();
+  Findings findings = host.watch.AllFindings();
   const std::pair<const char*, std::string> more[] = {
       {"selection", SelectionFault(before, selected, changed)},
       {"answers", AnswerFault(answer, any, changed, host.watch.changes())},

@@ -252,7 +252,7 @@ void HostWatch::VaryRecord(HostCall& call) {
   call.result = Random(-1, 1);
 }
 
-Findings HostWatch::Take() const {
+Findings HostWatch::AllFindings() const {
   Findings all = findings_;
   if (const char* const name = foreign_call_) {
     all.emplace("calls", std::string("calls ") + name + " from a thread of its own; the host serves one thread");

@@ -43,6 +43,9 @@ class HostWatch : public CallObserver {
   // Calls `say` with every call in words, before it is served.
   void TellCalls(const std::function<void(const std::string&)>& say) { say_ = say; }
 
+  // The same for whatever else is worth telling.
+  void Say(const std::string& text) const { say_(text); }
+
   // How many calls changed something, or asked for it and were not refused; and a number that stands for all calls with
   // their arguments.
   int changes() const { return changes_; }
@@ -51,7 +54,7 @@ class HostWatch : public CallObserver {
 
   // What is wrong with calls, frames and edits, once a command has returned. A call that the host refuses counts as
   // made: an extension can do no more. What only a sound host can tell is left out on others.
-  Findings Take() const;
+  Findings AllFindings() const;
 
   // A freed frame that holds this address, in words; empty when there is none.
   std::string FreedFrameAt(const void* address) const;
