@@ -199,7 +199,7 @@ LayerFacts FactsOf(const Model& model, short slot, short measure, short layer) {
       first = &voice;
       facts.voice = owner.name;
     }
-    if (!model.IsLeftOut(voice, measure)) facts.entries += static_cast<int>(voice.entries);
+    if (!model.IsLeftOut(voice, measure)) facts.entry_count += static_cast<int>(voice.entries);
     facts.hidden = facts.hidden && voice.all_hidden;
     facts.cross_staff = facts.cross_staff || (voice.drawn_on & ~StaffBit(staff)) != 0;
     no_full_notes = no_full_notes && voice.no_full_notes;
@@ -215,8 +215,8 @@ LayerFacts FactsOf(const Model& model, short slot, short measure, short layer) {
   const bool lone = sharing == 1 && first->entries == 1 && (entry.flags & kRest) != 0;
   const bool full = lone && model.IsWholeRest(*first, measure);
   facts.surplus = sharing > 1;
-  facts.bar_rest_beside = bar_rest && facts.entries > 1;
-  facts.whole_rest = full && facts.entries == 1;
+  facts.bar_rest_beside = bar_rest && facts.entry_count > 1;
+  facts.whole_rest = full && facts.entry_count == 1;
   facts.looks_whole = lone && !full && SameLength(first->length, model.lengths[static_cast<std::size_t>(measure - 1)]);
   facts.hidden_rest = full && (entry.flags & kHidden) != 0;
   facts.fermata = lone && (entry.flags & kFermata) != 0;

@@ -155,7 +155,7 @@ class ScoreReader {
 
   void ReadNext(int part, PartState& state, pugi::xml_node cell, pugi::xml_node measure, std::size_t position) {
     const bool whole = cell_places_.empty();
-    const Skeleton::Cell place = whole ? Skeleton::Cell() : cell_places_[next_cell_++];
+    const Skeleton::Range place = whole ? Skeleton::Range() : cell_places_[next_cell_++];
     at_ = whole ? static_cast<std::size_t>(cell.offset_debug()) : place.begin;
     if (position == model_.measures.size()) {
       if (position == kMostMeasures)
@@ -234,7 +234,7 @@ class ScoreReader {
   CellReader cells_;
   std::size_t at_ = 0;  // where reading is, for messages
   std::string skeleton_;
-  std::vector<Skeleton::Cell> cell_places_;  // empty: the tree is whole
+  std::vector<Skeleton::Range> cell_places_;  // empty: the tree is whole
   std::size_t next_cell_ = 0;
   pugi::xml_document tree_;
   std::string cell_text_;

@@ -72,7 +72,7 @@ struct Surroundings {
 // What a layer of a cell held when the score was read.
 struct LayerFacts {
   std::string voice;             // the voice number in the score; empty when it has none
-  int entries = 0;               // entries in the frame
+  int entry_count = 0;           // in the frame
   int line = 0;                  // line of its first note in the text; 0 when there is none
   bool whole_rest = false;       // its only entry is a rest of duration 4096
   bool looks_whole = false;      // its only entry is a rest as long as the measure, but of another duration

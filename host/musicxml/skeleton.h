@@ -12,12 +12,12 @@
 namespace sok {
 
 struct Skeleton {
-  struct Cell {
+  struct Range {
     std::size_t begin = 0;  // of its '<'
     std::size_t end = 0;
   };
-  std::string text;         // every cell is left with its start tag and its end tag
-  std::vector<Cell> cells;  // the <measure>s of the <part>s, or the other way round, in order of the text
+  std::string text;          // every cell is left with its start tag and its end tag
+  std::vector<Range> cells;  // the <measure>s of the <part>s, or the other way round, in order of the text
 };
 
 // None for a text that has not the structure of a score; what is wrong with it is for the parser to say.

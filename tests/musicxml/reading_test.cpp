@@ -113,7 +113,7 @@ TEST(Reading, FactsTellWhyALayerStays) {
   EXPECT_TRUE(score->Facts(1, 4, 0).cue);
   EXPECT_FALSE(score->Facts(2, 4, 0).cue);
   EXPECT_TRUE(score->Facts(1, 5, 0).cross_staff);
-  EXPECT_EQ(score->Facts(2, 5, 0).entries, 0);
+  EXPECT_EQ(score->Facts(2, 5, 0).entry_count, 0);
   EXPECT_TRUE(score->Around(2, 5).visited);  // the other staff's voice is drawn there
   EXPECT_FALSE(score->Around(1, 5).visited || score->Around(2, 4).visited);
   EXPECT_FALSE(score->Exists(3, 2));

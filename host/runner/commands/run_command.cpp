@@ -1,7 +1,4 @@
 // fill, clear and run: the command line, one file or many, one report.
-#include <CoreFoundation/CoreFoundation.h>
-#include <SokPlatform.h>
-#include <dlfcn.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -22,16 +19,11 @@
 #include "host/runner/report/text.h"
 #include "host/runner/run/batch.h"
 #include "host/runner/run/bundle_session.h"
+#include "host/runner/run/host_functions.h"
 #include "host/runner/run/run_score.h"
 
 namespace sok {
 namespace {
-
-constexpr const char* kHostFunctions[] = {
-#define SX_ENTRY(result, name, parameters, arguments, fallback) #name,
-#define SX_CUSTOM(result, name, parameters, arguments) #name,
-#include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
-};
 
 // What the options leave as text until all of them are known.
 struct RawOptions {
@@ -44,27 +36,17 @@ struct RawOptions {
   bool trace_changed = false;
 };
 
-// The functions kept from the extension; the platform asks by name, without a place for data of ours.
-std::vector<std::string>& HiddenFunctions() {
-  static std::vector<std::string> names;
-  return names;
-}
-
 void HideFunctions(const std::vector<std::string>& names) {
+  const std::vector<std::string>& all = HostFunctionNames();
   for (const std::string& name : names) {
-    if (std::find(std::begin(kHostFunctions), std::end(kHostFunctions), name) == std::end(kHostFunctions)) {
+    if (std::ranges::find(all, name) == all.end()) {
       throw UsageError("--without: the host interface has no function " + name);
     }
   }
-  if (names.empty()) return;
-  HiddenFunctions() = names;
-  SokPlatformHideFunctions([](const char* name) {
-    const auto& hidden = HiddenFunctions();
-    return std::find(hidden.begin(), hidden.end(), name) != hidden.end();
-  });
+  if (!names.empty()) HideHostFunctions(names);
 }
 
-void UnderstandReading(const RawOptions& raw, ReadOptions& read) {
+void SetReadOptions(const RawOptions& raw, ReadOptions& read) {
   read.hidden_rests = raw.hidden_rests == "keep"    ? HiddenRests::kKeep
                       : raw.hidden_rests == "empty" ? HiddenRests::kEmpty
                                                     : HiddenRests::kEntry;
@@ -78,13 +60,13 @@ void UnderstandReading(const RawOptions& raw, ReadOptions& read) {
   }
 }
 
-void Understand(const RawOptions& raw, RunOptions& options) {
+void SetRunOptions(const RawOptions& raw, RunOptions& options) {
   for (const std::string& hidden : raw.hide_layers) options.selection.hidden_layers.push_back(ParseHiddenLayer(hidden));
   for (const std::string& layers : raw.allow_hidden) {
     for (const std::string_view layer : Split(layers, ','))
       options.count_hidden[ParseLayer(layer, "--allow-hidden")] = true;
   }
-  UnderstandReading(raw, options.read);
+  SetReadOptions(raw, options.read);
   options.read.document_data = options.purpose == Purpose::kOther;
   options.trace = raw.trace_changed ? TraceMode::kChanged : raw.trace ? TraceMode::kAll : TraceMode::kOff;
 }
@@ -250,7 +232,7 @@ void AddCommand(CLI::App& app, int& exit_code, const std::string& name, const st
   command.footer(examples);
   command.callback([raw, options, &exit_code] {
     if (options->plugin.empty()) options->plugin = DefaultPlugin();
-    Understand(*raw, *options);
+    SetRunOptions(*raw, *options);
     exit_code = RunFiles(*options);
   });
 }

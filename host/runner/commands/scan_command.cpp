@@ -63,7 +63,7 @@ void ScanStaffMeasure(const Score& score, short slot, short measure, const Add& 
     if (facts.hidden_rest || facts.whole_rest) add(facts.hidden_rest ? kHiddenRest : kBarRest, layer);
     if (facts.looks_whole) add(kLookAlike, layer);
     if (facts.surplus) add(kSurplusVoices, layer);
-    empty = empty && facts.entries == 0 && !facts.hidden_rest;
+    empty = empty && facts.entry_count == 0 && !facts.hidden_rest;
   }
   if (empty) add(kEmpty, -1);
 }

@@ -41,7 +41,7 @@ std::string KindName(const ShapeRecord& shape) {
   return "kind " + std::to_string(static_cast<short>(shape.kind));
 }
 
-std::string PlaceText(int measure, int position, int entry) {
+std::string ShapePlaceText(int measure, int position, int entry) {
   std::string text = "measure " + std::to_string(measure) + " +" + std::to_string(position);
   return entry == 0 ? text : text + " #" + std::to_string(entry);
 }
@@ -49,8 +49,8 @@ std::string PlaceText(int measure, int position, int entry) {
 void PrintShape(std::ostream& out, unsigned short number, const ShapeRecord& shape) {
   out << Padded(std::to_string(number), kNumberWidth) << ' ' << Padded(KindName(shape), kKindWidth) << ' '
       << Padded(RangeText(shape.start_instrument, shape.end_instrument), kStaffWidth) << ' '
-      << Padded(PlaceText(shape.start_measure, shape.start_position, shape.start_entry), kShapePlaceWidth) << ' '
-      << PlaceText(shape.end_measure, shape.end_position, shape.end_entry) << '\n';
+      << Padded(ShapePlaceText(shape.start_measure, shape.start_position, shape.start_entry), kShapePlaceWidth) << ' '
+      << ShapePlaceText(shape.end_measure, shape.end_position, shape.end_entry) << '\n';
 }
 
 // The instruments of the staff lists, each once, in the order of the records.

@@ -31,7 +31,7 @@ namespace {
 
 constexpr const char* kSanitized = "SOKRUN_SANITIZED";  // set once this program began with the sanitizers
 
-struct Command {
+struct Arguments {
   ValidateOptions options;
   std::string score;
   std::string only;
@@ -46,10 +46,10 @@ std::string FailureText(const CheckResult& result) {
   return result.failure + (result.last_call.empty() ? "" : "; " + result.last_call);
 }
 
-void PrintJson(const Command& command, const ValidationReport& report, long failed) {
+void PrintJson(const Arguments& arguments, const ValidationReport& report, long failed) {
   Json checks = Json::array(), skipped = Json::array();
   for (const CheckResult& result : report.results) {
-    if (command.only_failed && result.failure.empty()) continue;
+    if (arguments.only_failed && result.failure.empty()) continue;
     Json row = {{"check", result.kind}, {"name", result.name}, {"passed", result.failure.empty()}};
     if (!result.failure.empty()) row["failure"] = FailureText(result);
     row["number"] = result.number;
@@ -58,8 +58,8 @@ void PrintJson(const Command& command, const ValidationReport& report, long fail
   for (const SkippedChecks& checks_left : report.skipped) {
     skipped.push_back({{"check", checks_left.kind}, {"why", checks_left.why}});
   }
-  const Json all = {{"bundle", command.options.plugin},
-                    {"seed", command.options.seed},
+  const Json all = {{"bundle", arguments.options.plugin},
+                    {"seed", arguments.options.seed},
                     {"passed", failed == 0 && !report.results.empty()},
                     {"run", report.results.size()},
                     {"failed", failed},
@@ -94,17 +94,17 @@ void PrintFailures(const Results& results, std::string_view kind) {
   }
 }
 
-void PrintText(const Command& command, const ValidationReport& report, long failed) {
+void PrintText(const Arguments& arguments, const ValidationReport& report, long failed) {
   const auto& [results, skipped] = report;
-  std::printf("%s, seed %u, %s\n", ShownText(command.options.plugin).c_str(), command.options.seed,
-              command.score.empty() ? "built-in score" : ShownText(command.score).c_str());
+  std::printf("%s, seed %u, %s\n", ShownText(arguments.options.plugin).c_str(), arguments.options.seed,
+              arguments.score.empty() ? "built-in score" : ShownText(arguments.score).c_str());
   for (const CheckKind& kind : CheckKinds()) {
     long run = 0, bad = 0;
     for (const CheckResult& result : results) {
       if (result.kind == kind.name) ++run, bad += !result.failure.empty();
     }
     const auto name = static_cast<int>(kind.name.size()), what = static_cast<int>(kind.what.size());
-    if (run != 0 && (!command.only_failed || bad != 0)) {
+    if (run != 0 && (!arguments.only_failed || bad != 0)) {
       std::printf("%-7s %4ld  %-16.*s  %.*s\n", bad != 0 ? "FAILED" : "ok", run, name, kind.name.data(), what,
                   kind.what.data());
     }
@@ -117,8 +117,8 @@ void PrintText(const Command& command, const ValidationReport& report, long fail
   const auto bad = std::ranges::find_if(results, [](const CheckResult& result) { return !result.failure.empty(); });
   if (bad == results.end()) return;
   std::printf("One case in a debugger: gdb --args sokrun validate \"%s\" --seed %u%s --in-process --only \"%s\"\n",
-              ShownText(command.options.plugin).c_str(), command.options.seed,
-              command.score.empty() ? "" : (" --score \"" + ShownText(command.score) + "\"").c_str(),
+              ShownText(arguments.options.plugin).c_str(), arguments.options.seed,
+              arguments.score.empty() ? "" : (" --score \"" + ShownText(arguments.score) + "\"").c_str(),
               CaseName(*bad).c_str());
 }
 
@@ -171,22 +171,22 @@ std::string SanitizerLibraries(const std::string& plugin) {
   throw Error(std::string("--sanitize: sokrun cannot start itself: ") + std::strerror(errno));
 }
 
-int Run(Command& command) {
-  ValidateOptions& options = command.options;
-  if (!command.only.empty()) options.only = ParseCase(command.only);
+int Run(Arguments& arguments) {
+  ValidateOptions& options = arguments.options;
+  if (!arguments.only.empty()) options.only = ParseCase(arguments.only);
   if (!std::filesystem::exists(options.plugin)) throw Error(options.plugin + ": no such bundle");
-  if (command.sanitize && std::getenv(kSanitized) == nullptr) StartWithSanitizers(options.plugin);
-  options.guard_frames = !command.sanitize;
+  if (arguments.sanitize && std::getenv(kSanitized) == nullptr) StartWithSanitizers(options.plugin);
+  options.guard_frames = !arguments.sanitize;
   const ReadOptions read = {.document_data = true};
-  const auto score =
-      command.score.empty() ? Score::Read(kValidationScore, "built-in score", read) : ReadScore(command.score, read);
+  const auto score = arguments.score.empty() ? Score::Read(kValidationScore, "built-in score", read)
+                                             : ReadScore(arguments.score, read);
   const ValidationReport report = Validate(options, score->document());
   const Results& results = report.results;
   const auto failed = std::ranges::count_if(results, [](const CheckResult& result) { return !result.failure.empty(); });
-  if (command.json) {
-    PrintJson(command, report, failed);
+  if (arguments.json) {
+    PrintJson(arguments, report, failed);
   } else {
-    PrintText(command, report, failed);
+    PrintText(arguments, report, failed);
   }
   if (results.empty()) throw Error("no check was run");
   return failed == 0 ? kExitSuccess : kExitBadInput;
@@ -206,8 +206,8 @@ std::string KindsHelp() {
 
 void AddValidateCommand(CLI::App& app, int& exit_code) {
   CLI::App& validate = *app.add_subcommand("validate", "Check an extension bundle against what hosts rely on");
-  const auto command = std::make_shared<Command>();
-  ValidateOptions& options = command->options;
+  const auto arguments = std::make_shared<Arguments>();
+  ValidateOptions& options = arguments->options;
   options.seed = std::random_device()();
   options.jobs = static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
   validate.add_option("BUNDLE", options.plugin, "The extension bundle")->required();
@@ -215,7 +215,7 @@ void AddValidateCommand(CLI::App& app, int& exit_code) {
       ->option_text("KIND")
       ->check(CLI::IsMember(KindNames()))
       ->allow_extra_args(false);
-  validate.add_option("--score", command->score, "The score that commands run on, instead of a built-in one")
+  validate.add_option("--score", arguments->score, "The score that commands run on, instead of a built-in one")
       ->option_text("FILE");
   validate.add_option("--seed", options.seed, "Of the random answers")
       ->option_text("N")
@@ -237,16 +237,16 @@ void AddValidateCommand(CLI::App& app, int& exit_code) {
       ->check(CLI::Range(1, 256))
       ->default_str("one a processor");
   CLI::Option* const only =
-      validate.add_option("--only", command->only, "One case alone, by the name that a report gives it")
+      validate.add_option("--only", arguments->only, "One case alone, by the name that a report gives it")
           ->option_text("\"KIND N\"");
   validate.add_flag("--in-process", options.in_process, "With --only: in this very process, for a debugger")
       ->needs(only);
-  validate.add_flag("--sanitize", command->sanitize,
+  validate.add_flag("--sanitize", arguments->sanitize,
                     "With the sanitizers that the extension was built with: sok_add_extension(... SANITIZE)");
-  validate.add_flag("--only-failed", command->only_failed, "Say nothing about checks that pass");
-  validate.add_flag("--json", command->json, "As JSON");
+  validate.add_flag("--only-failed", arguments->only_failed, "Say nothing about checks that pass");
+  validate.add_flag("--json", arguments->json, "As JSON");
   validate.footer(KindsHelp());
-  validate.callback([command, &exit_code] { exit_code = Run(*command); });
+  validate.callback([arguments, &exit_code] { exit_code = Run(*arguments); });
 }
 
 }  // namespace sok

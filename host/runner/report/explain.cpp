@@ -90,7 +90,7 @@ Verdict ExplainChange(const std::vector<Change>& changes, const std::vector<Laye
     return {Outcome::kCleared, ReasonOf(layers[static_cast<std::size_t>(first.layer)]), first.layer, shown};
   }
   for (short layer = 0; layer < kLayers; ++layer) {
-    if (layers[static_cast<std::size_t>(layer)].entries > 0) {
+    if (layers[static_cast<std::size_t>(layer)].entry_count > 0) {
       return {Outcome::kFilled, Reason::kHiddenMusicOnly, layer, settings.layer_shown[layer]};
     }
   }
@@ -99,7 +99,7 @@ Verdict ExplainChange(const std::vector<Change>& changes, const std::vector<Laye
 
 // Nothing was there for a fill to look at.
 bool IsHeldBack(const Score& score, short slot, short measure, const std::vector<LayerFacts>& layers) {
-  const bool own = std::any_of(layers.begin(), layers.end(), [](const LayerFacts& facts) { return facts.entries > 0; });
+  const bool own = std::any_of(layers.begin(), layers.end(), [](const LayerFacts& facts) { return facts.entry_count > 0; });
   return !own && !score.document().Exists({slot, measure, 0}) && score.Around(slot, measure).visited;
 }
 
@@ -110,7 +110,7 @@ Verdict ExplainKept(const Score& score, const FramePlace& first_layer, const std
   for (short layer = 0; layer < kLayers; ++layer) {
     const LayerFacts& facts = layers[static_cast<std::size_t>(layer)];
     const bool shown = settings.layer_shown[layer];
-    if (facts.entries == 0) continue;
+    if (facts.entry_count == 0) continue;
     const Reason reason = ReasonOf(facts);
     if (settings.purpose == Purpose::kFill) {
       // The first layer that counts is the one that stops the extension.
@@ -151,7 +151,7 @@ std::string_view Name(Outcome outcome) {
 
 std::string_view Code(Reason reason) { return Row(reason).code; }
 
-std::string Text(const Verdict& verdict, Purpose purpose) {
+std::string VerdictText(const Verdict& verdict, Purpose purpose) {
   std::string holds(Row(verdict.reason).text);
   if (verdict.layer < 0) return holds;
   const std::string number = std::to_string(verdict.layer + 1);

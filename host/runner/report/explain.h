@@ -53,9 +53,9 @@ struct Settings {
 Verdict Explain(const Score& score, short slot, short measure, const std::vector<Change>& changes,
                 const Settings& settings);
 
-std::string_view Name(Outcome outcome);                     // "filled", "cleared", "changed", "kept"
-std::string_view Code(Reason reason);                       // for programs: "no-music" …
-std::string Text(const Verdict& verdict, Purpose purpose);  // "layer 2 is shown and holds music"
+std::string_view Name(Outcome outcome);                            // "filled", "cleared", "changed", "kept"
+std::string_view Code(Reason reason);                              // for programs: "no-music" …
+std::string VerdictText(const Verdict& verdict, Purpose purpose);  // "layer 2 is shown and holds music"
 
 // What the user should know of a change: notations that went with it, signs around the measure, a guessed length.
 std::vector<std::string> Notes(const Score& score, const std::vector<Change>& changes, bool fermatas_kept);

@@ -88,7 +88,7 @@ Json CellJson(const Score& score, const ReportCell& cell, Purpose purpose) {
               {"reason", Code(verdict.reason)},
               {"layer", verdict.layer < 0 ? Json() : Json(verdict.layer + 1)}};
   if (verdict.layer >= 0) row["layer_shown"] = verdict.layer_shown;
-  row["text"] = Text(verdict, purpose);
+  row["text"] = VerdictText(verdict, purpose);
   if (!cell.notes.empty()) row["notes"] = cell.notes;
   return row;
 }
@@ -134,7 +134,7 @@ std::string Sentence(const ReportCell& cell, Purpose purpose) {
   std::string text(Name(cell.verdict.outcome));
   // The notes of other changes say which layers have what.
   const bool told = cell.verdict.reason != Reason::kOtherChange;
-  if (told) text += ": " + Text(cell.verdict, purpose);
+  if (told) text += ": " + VerdictText(cell.verdict, purpose);
   for (const std::string& note : cell.notes) text += (told || &note != &cell.notes.front() ? "; " : ": ") + note;
   return text;
 }

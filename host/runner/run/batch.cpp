@@ -161,7 +161,7 @@ class Batch {
       dup2(nothing, STDIN_FILENO);
     }
     KeepStdoutForResults();
-    LeaveMemoryToParent();
+    EndSilentlyWhenMemoryRunsOut();
     this_worker = getpid();
     const std::string answer = callbacks_.work(index);
     AnswerHead head;

@@ -15,14 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostCommands = 1000;  // an extension that never says "no such command" is not asked for more
-
-using MainFunction = int (*)(int, char**);
-using VersionFunction = unsigned int (*)(unsigned int);
-using InitFunction = int (*)(void*, unsigned int*);
-using EnumerateFunction = unsigned short (*)(void*, int, EMENUCOMMAND*);
-using InvokeFunction = int (*)(void*, int, EREGION*);
-using TerminateFunction = void (*)();
 using AttachFunction = void (*)(Session*);
 
 // The platform takes a list that it cannot read for none; an author wants to know what is wrong, and where. A wrong
@@ -67,7 +59,7 @@ std::string Utf8(CFStringRef text) {
 
 // The engine, loaded so that an extension finds it by its identifier. It stays for the life of the process, as do the
 // addresses that extensions keep.
-AttachFunction Engine() {
+AttachFunction EngineAttach() {
   static const AttachFunction attach = [] {
     const std::string path = BundleFolder() + "/SonkelEngine.bundle";
     const auto found = reinterpret_cast<AttachFunction>(FindFunction(OpenBundle(path), "SonkelEngineAttach"));
@@ -104,34 +96,34 @@ std::string BundleExecutable(const std::string& plugin) {
 }
 
 BundleSession::BundleSession(const std::string& plugin, Session& session) : plugin_(plugin), session_(session) {
-  Engine()(&session_);
+  EngineAttach()(&session_);
   try {
     bundle_ = OpenBundle(plugin_);
     Start();
     Enumerate();
   } catch (...) {
-    Engine()(nullptr);
+    EngineAttach()(nullptr);
     throw;
   }
 }
 
 BundleSession::~BundleSession() {
-  if (const auto terminate = Find<TerminateFunction>("SonkelExtensionTerminate", "Ext_terminate")) terminate();
-  Engine()(nullptr);
+  if (const auto terminate = Find<TerminateFunction>(kTerminateEntry)) terminate();
+  EngineAttach()(nullptr);
 }
 
 void* BundleSession::Address(const char* name) const { return FindFunction(bundle_, name); }
 
 template <typename Function>
-Function BundleSession::Find(const char* name, const char* alias) const {
-  void* const address = Address(name);
-  return reinterpret_cast<Function>(address != nullptr ? address : Address(alias));
+Function BundleSession::Find(const EntryPoint& entry) const {
+  void* const address = Address(entry.name);
+  return reinterpret_cast<Function>(address != nullptr ? address : Address(entry.alias));
 }
 
 template <typename Function>
-Function BundleSession::Require(const char* name, const char* alias) const {
-  const auto function = Find<Function>(name, alias);
-  if (function == nullptr) throw Error(plugin_ + ": does not export " + name);
+Function BundleSession::Require(const EntryPoint& entry) const {
+  const auto function = Find<Function>(entry);
+  if (function == nullptr) throw Error(plugin_ + ": does not export " + entry.name);
   return function;
 }
 
@@ -145,15 +137,15 @@ void BundleSession::Start() {
   }
   char* arguments[] = {plugin_.data(), nullptr};
   if (main_function(1, arguments) == 0) throw Error(plugin_ + ": finds no host (main answered 0)");
-  interface_version_ = Require<VersionFunction>("SonkelExtensionVersion", "Ext_getversion")(kInterfaceVersion);
+  interface_version_ = Require<VersionFunction>(kVersionEntry)(kInterfaceVersion);
   unsigned int word = 0;
-  if (Require<InitFunction>("SonkelExtensionInit", "Ext_init")(&session_, &word) == 0) {
+  if (Require<InitFunction>(kInitEntry)(&session_, &word) == 0) {
     throw Error(plugin_ + ": refuses to start (its init answered 0)");
   }
 }
 
 void BundleSession::Enumerate() {
-  const auto enumerate = Require<EnumerateFunction>("SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16");
+  const auto enumerate = Require<EnumerateFunction>(kEnumerateEntry);
   EMENUCOMMAND record{};
   for (int index = 0; index < kMostCommands && enumerate(&session_, index, &record) != 0; ++index) {
     ExtensionMenuItem item;
@@ -170,7 +162,7 @@ std::string BundleSession::Identifier() const {
 }
 
 int BundleSession::Invoke(int command, EREGION* region) {
-  return Require<InvokeFunction>("SonkelExtensionInvoke", "Ext_invoke")(&session_, command, region);
+  return Require<InvokeFunction>(kInvokeEntry)(&session_, command, region);
 }
 
 }  // namespace sok

@@ -9,6 +9,7 @@
 
 #include "SokExtShared/SokEDK/Source/host_types.h"
 #include "host/engine/session.h"
+#include "host/runner/run/extension_exports.h"
 
 namespace sok {
 
@@ -51,9 +52,9 @@ class BundleSession {
 
  private:
   template <typename Function>
-  Function Find(const char* name, const char* alias) const;
+  Function Find(const EntryPoint& entry) const;
   template <typename Function>
-  Function Require(const char* name, const char* alias) const;
+  Function Require(const EntryPoint& entry) const;
   void Start();
   void Enumerate();
 

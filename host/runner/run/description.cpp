@@ -9,28 +9,21 @@
 #include "host/runner/run/batch.h"
 #include "host/runner/run/bundle_session.h"
 #include "host/runner/run/exports.h"
+#include "host/runner/run/extension_exports.h"
 
 namespace sok {
 namespace {
 
 namespace fs = std::filesystem;
-constexpr const char* kInterfaceNames[] = {
-    "SonkelExtensionVersion",
-    "SonkelExtensionInit",
-    "SonkelExtensionEnumerate_UTF16",
-    "SonkelExtensionInvoke",
-    "SonkelExtensionTerminate",
-    "SonkelExtensionGetMenuStatus",
-    "Ext_getversion",
-    "Ext_init",
-    "Ext_enumerate_UTF16",
-    "Ext_invoke",
-    "Ext_terminate",
-    "Ext_getmenustatus",
-    "main",
-    "SonkelVersion",
-    "SokVersion",
-};
+
+// The interface's names: those of the entry points, their aliases, the others.
+std::vector<std::string> InterfaceNames() {
+  std::vector<std::string> names;
+  for (const EntryPoint& entry : kEntryPoints) names.emplace_back(entry.name);
+  for (const EntryPoint& entry : kEntryPoints) names.emplace_back(entry.alias);
+  names.insert(names.end(), std::begin(kOtherExports), std::end(kOtherExports));
+  return names;
+}
 
 // A text that the table lacks comes back as its key, a number or two of them.
 bool IsMissingText(const std::string& text) {
@@ -39,7 +32,7 @@ bool IsMissingText(const std::string& text) {
   });
 }
 
-std::vector<std::string> Languages(const std::string& plugin) {
+std::vector<std::string> LanguageFolders(const std::string& plugin) {
   std::vector<std::string> languages;
   std::error_code error;
   for (const auto& folder : fs::directory_iterator(plugin + "/Contents/Resources", error)) {
@@ -62,7 +55,7 @@ Json Describe(const std::string& plugin) {
   char version[16];
   std::snprintf(version, sizeof version, "0x%08X", bundle.InterfaceVersion());
   info["interface_version"] = version;
-  info["languages"] = Languages(plugin);
+  info["languages"] = LanguageFolders(plugin);
   info["commands"] = Json::array();
   info["missing_texts"] = Json::array();
   for (const ExtensionMenuItem& item : bundle.Commands()) {
@@ -73,14 +66,13 @@ Json Describe(const std::string& plugin) {
   }
   info["interface"] = Json::array();
   info["missing_exports"] = Json::array();
-  for (const char* const name : kInterfaceNames) {
-    info[bundle.Address(name) != nullptr ? "interface" : "missing_exports"].push_back(name);
+  const std::vector<std::string> interface = InterfaceNames();
+  for (const std::string& name : interface) {
+    info[bundle.Address(name.c_str()) != nullptr ? "interface" : "missing_exports"].push_back(name);
   }
   info["other_exports"] = Json::array();
   for (const std::string& name : ExportedNames(bundle.Executable())) {
-    const bool known =
-        std::find(std::begin(kInterfaceNames), std::end(kInterfaceNames), name) != std::end(kInterfaceNames);
-    if (!known) info["other_exports"].push_back(name);
+    if (std::ranges::find(interface, name) == interface.end()) info["other_exports"].push_back(name);
   }
   info["alerts"] = session.alerts;
   return info;

@@ -18,7 +18,7 @@ namespace {
 bool in_worker = false;
 char work[PATH_MAX + 4] = "";  // with what stands behind it in a message
 
-[[noreturn]] void End() {
+[[noreturn]] void EndProcess() {
   CleanUp();
   if (in_worker) _exit(kOutOfMemoryStatus);
   for (const char* const text : {"sokrun: ", static_cast<const char*>(work), "not enough memory\n"}) {
@@ -30,12 +30,12 @@ char work[PATH_MAX + 4] = "";  // with what stands behind it in a message
 }  // namespace
 
 void EndWhenMemoryRunsOut() {
-  std::set_new_handler(End);
+  std::set_new_handler(EndProcess);
   pugi::set_memory_management_functions([](std::size_t size) { return ::operator new(size); },
                                         [](void* block) { ::operator delete(block); });
 }
 
-void LeaveMemoryToParent() { in_worker = true; }
+void EndSilentlyWhenMemoryRunsOut() { in_worker = true; }
 
 void NameWork(const std::string& file) { std::snprintf(work, sizeof work, "%s: ", ShownText(file).c_str()); }
 

@@ -13,7 +13,7 @@ void EndWhenMemoryRunsOut();
 
 // In a worker process: without a message, and with this exit status, from which the parent knows.
 inline constexpr int kOutOfMemoryStatus = 12;
-void LeaveMemoryToParent();
+void EndSilentlyWhenMemoryRunsOut();
 
 // The file that the message names from now on.
 void NameWork(const std::string& file);

@@ -13,7 +13,7 @@
 namespace sok {
 namespace {
 
-struct Kind {
+struct KindRow {
   unsigned int tag;
   unsigned int mask;  // of the tag's bits that count
   const char* name;
@@ -22,7 +22,7 @@ struct Kind {
 constexpr unsigned int kWholeTag = 0xFFFFFFFF;
 constexpr unsigned int kFamily = 0xFFFF0000;
 
-constexpr Kind kKinds[] = {
+constexpr KindRow kKinds[] = {
     {kRawTextTag, kWholeTag, "texts"},
     {kTextBlockTag, kWholeTag, "texts"},
     {kPageTextTag, kWholeTag, "texts"},
@@ -42,12 +42,12 @@ constexpr Kind kKinds[] = {
 
 std::string KindOf(unsigned int tag) {
   const auto* const kind = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                        [tag](const Kind& row) { return row.tag == (tag & row.mask); });
+                                        [tag](const KindRow& row) { return row.tag == (tag & row.mask); });
   return kind != std::end(kKinds) ? kind->name : FourCharacters(tag);
 }
 
-using Place = std::pair<unsigned int, PackedKey>;
-using Records = std::map<Place, std::pair<EDataID, std::span<const unsigned char>>>;
+using RecordPlace = std::pair<unsigned int, PackedKey>;
+using Records = std::map<RecordPlace, std::pair<EDataID, std::span<const unsigned char>>>;
 
 Records AllOf(const RecordStore& store) {
   Records records;
@@ -107,7 +107,7 @@ std::vector<std::string> FindOrphans(const Document& before, const Score& score)
   return texts;
 }
 
-std::string Text(const RecordChanges& changes) {
+std::string RecordChangesText(const RecordChanges& changes) {
   std::string counts;
   const auto add = [&counts](long count, const char* what) {
     if (count > 0) counts += (counts.empty() ? "" : ", ") + Counted(count, "record") + " " + what;

@@ -25,6 +25,6 @@ std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score
 std::vector<std::string> FindOrphans(const Document& before, const Score& score);
 
 // "the extension changed texts (2 records changed, 1 record added); only music is written back".
-std::string Text(const RecordChanges& changes);
+std::string RecordChangesText(const RecordChanges& changes);
 
 }  // namespace sok

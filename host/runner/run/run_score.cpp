@@ -160,7 +160,7 @@ void Deliver(const RunOptions& options, const Input& input, const std::string& o
   report.written = output;
 }
 
-std::string Lines(const std::string& prefix, const std::vector<std::string>& texts) {
+std::string PrefixedLines(const std::string& prefix, const std::vector<std::string>& texts) {
   std::string lines;
   for (const std::string& text : texts) lines += ShownText(prefix + text) + "\n";
   return lines;
@@ -209,9 +209,9 @@ FileResult Tell(const RunOptions& options, const std::string& output, const Scor
   result.changed = !report.changes.empty();
   result.rests_in = report.RestsIn();
   result.rests_out = report.RestsOut();
-  result.err = Lines(report.file + ": alert: ", report.alerts);
+  result.err = PrefixedLines(report.file + ": alert: ", report.alerts);
   if (!options.quiet) {
-    result.err += Lines(report.file + ": ", options.verbose ? report.warnings : Folded(report.warnings));
+    result.err += PrefixedLines(report.file + ": ", options.verbose ? report.warnings : Folded(report.warnings));
   }
   const std::string text = IsTold(options, report) ? ReportText(score, report, DetailOf(options)) : std::string();
   const bool stdout_taken = options.dry_run || output == kStream;
@@ -237,7 +237,7 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   EndCopies();
   report.changes = score->Changes();
   report.records = FindRecordChanges(unchanged, *score, report.changes);
-  for (const RecordChanges& changes : report.records) report.warnings.push_back(Text(changes));
+  for (const RecordChanges& changes : report.records) report.warnings.push_back(RecordChangesText(changes));
   for (std::string& left : FindOrphans(unchanged, *score)) report.warnings.push_back(std::move(left));
   if (options.frames) report.frames = FindFrameChanges(unchanged, score->document(), report.changes);
   FillCells(options, *score, invocations, report);

@@ -8,27 +8,17 @@
 
 #include "host/errors.h"
 #include "host/runner/report/text.h"
+#include "host/runner/run/extension_exports.h"
+#include "host/runner/run/host_functions.h"
 #include "host/runner/validate/validate_commands.h"
 #include "platform/SokPlatform.h"
 
 namespace sok {
 namespace {
 
-constexpr const char* kExportedNames[][2] = {
-    {"SonkelExtensionVersion", "Ext_getversion"},
-    {"SonkelExtensionInit", "Ext_init"},
-    {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"},
-    {"SonkelExtensionInvoke", "Ext_invoke"},
-    {"SonkelExtensionTerminate", "Ext_terminate"},
-    {"SonkelExtensionGetMenuStatus", "Ext_getmenustatus"},
-};
-constexpr int kMostCommands = 1000;
 constexpr const char* kTable = "Localizable.strings";
 
 namespace fs = std::filesystem;
-
-using Enumerate = unsigned short (*)(void*, int, EMENUCOMMAND*);
-using InvokeFunction = int (*)(void*, int, EREGION*);
 
 // The record that the extension fills, with bytes around it that it must leave alone.
 struct GuardedRecord {
@@ -82,14 +72,14 @@ void CheckSymbols(CheckHost& host) {
   const auto look = [&](const char* name) {
     if (host.extension.Address(name) == nullptr) missing += std::string(missing.empty() ? "" : ", ") + name;
   };
-  for (const auto& [name, alias] : kExportedNames) look(name), look(alias);
-  for (const char* name : {"main", "SonkelVersion", "SokVersion"}) look(name);
+  for (const auto& [name, alias] : kEntryPoints) look(name), look(alias);
+  for (const char* const name : kOtherExports) look(name);
   Expect(missing.empty(), "does not export " + missing);
   Expect(*host.Named<const int*>("SonkelVersion") == 2005, "SonkelVersion is not 2005");
 }
 
 void CheckHiddenNames(CheckHost& host) {
-  for (const std::string& name : EntryPointNames()) {
+  for (const std::string& name : HostFunctionNames()) {
     Expect(host.extension.Address(name.c_str()) == nullptr,
            "exports " + name + ", which the host exports, too: a call can land in the wrong one");
   }
@@ -101,7 +91,7 @@ void CheckVersion(CheckHost& host) {
   constexpr std::pair<const char*, unsigned int> kCalls[] = {{"SonkelExtensionVersion", 0x1A000000},
                                                              {"Ext_getversion", 0x0A123456}};
   for (const auto& [name, version] : kCalls) {
-    const unsigned int answer = host.Named<unsigned int (*)(unsigned int)>(name)(version);
+    const unsigned int answer = host.Named<VersionFunction>(name)(version);
     Expect(answer == kInterfaceVersion, std::string(name) + " does not answer the interface version 0x19300000");
     Expect(*kept == version, std::string(name) + " does not keep the host's version in SokVersion");
   }
@@ -117,21 +107,21 @@ void CheckVersion(CheckHost& host) {
 [[gnu::noinline]] int AnswerOf(int (*function)()) { return NoAnswer() == 0 ? 0 : function(); }
 
 void CheckStart(CheckHost& host) {
-  const auto start = host.Named<int (*)(int, char**)>("main");
+  const auto start = host.Named<MainFunction>("main");
   char* list[] = {nullptr};
   Expect(start(0, list) == 0 && start(1, nullptr) == 0, "main does not answer 0 without arguments");
   Expect(start(1, list) == 1, "main does not answer 1 a second time");
   for (const char* name : {"SonkelExtensionInit", "Ext_init"}) {
     unsigned int word = 0xFFFFFFFF;
-    const auto init = host.Named<int (*)(void*, unsigned int*)>(name);
+    const auto init = host.Named<InitFunction>(name);
     Expect(init(&host, &word) == 1, std::string(name) + " does not answer 1");
     Expect(word == 0, std::string(name) + " does not set the word to 0");
   }
   for (const char* name : {"SonkelExtensionGetMenuStatus", "Ext_getmenustatus"}) {
-    const auto status = host.Named<int (*)()>(name);
+    const auto status = host.Named<MenuStatusFunction>(name);
     Expect(AnswerOf(status) == 1, std::string(name) + " does not answer 1");
   }
-  for (const char* name : {"SonkelExtensionTerminate", "Ext_terminate"}) host.Named<void (*)()>(name)();
+  for (const char* name : {"SonkelExtensionTerminate", "Ext_terminate"}) host.Named<TerminateFunction>(name)();
 }
 
 // Ended within its 128 units, not empty, UTF-16, and not merely the number of a resource.
@@ -161,7 +151,7 @@ void CheckTexts(CheckHost& host) {
     for (const char* name : {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"}) {
       const std::string where = std::string(name) + ", command " + std::to_string(command);
       GuardedRecord guarded;
-      Expect(host.Named<Enumerate>(name)(&host, command, &guarded.record) == 1, where + ": does not answer 1");
+      Expect(host.Named<EnumerateFunction>(name)(&host, command, &guarded.record) == 1, where + ": does not answer 1");
       Expect(guarded.GuardsHold(), where + ": writes beyond the record");
       for (int i = 0; i < 3; ++i) CheckText(guarded.record.text[i], where + ": text " + std::to_string(i));
       Expect(guarded.record.active == 1, where + ": the word behind the texts is not 1");
@@ -190,7 +180,7 @@ void CheckUnknownCommands(CheckHost& host) {
     for (const char* name : {"SonkelExtensionEnumerate_UTF16", "Ext_enumerate_UTF16"}) {
       const std::string where = std::string(name) + ", command " + std::to_string(command);
       GuardedRecord guarded;
-      Expect(host.Named<Enumerate>(name)(&host, command, &guarded.record) == 0, where + ": does not answer 0");
+      Expect(host.Named<EnumerateFunction>(name)(&host, command, &guarded.record) == 0, where + ": does not answer 0");
       Expect(guarded.Untouched(), where + ": writes into the record though it answers 0");
     }
     if (command < 0) continue;

@@ -7,6 +7,7 @@
 
 #include "host/errors.h"
 #include "host/runner/report/text.h"
+#include "host/runner/run/extension_exports.h"
 
 namespace sok {
 namespace {
@@ -17,7 +18,6 @@ constexpr std::pair<unsigned int, const char*> kInstrumentRecords[] = {
     {0x534F4975, "an instrument's place in the list of those used"},  // 'SOIu'
 };
 
-using InvokeFunction = int (*)(void*, int, EREGION*);
 using RecordNames = std::set<std::pair<unsigned int, std::string>>;
 
 // A key that no table has looks like a number; so may a text, but hardly such a long one.

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "host/errors.h"
+#include "host/runner/run/host_functions.h"
 
 namespace sok {
 namespace {
@@ -93,7 +94,7 @@ std::vector<PlannedCase> MissingCases(const std::vector<SoundCommand>& commands)
   std::vector<int> numbers;
   for (const SoundCommand& command : commands) numbers.push_back(command.number);
   std::vector<PlannedCase> cases;
-  for (const std::string& name : EntryPointNames()) {
+  for (const std::string& name : HostFunctionNames()) {
     const auto run = [numbers](CheckHost& host, CaseAnswer&) { CheckOnFaultyHost(host, numbers); };
     cases.push_back({"missing", "without " + name, run, {.hidden = name}});
   }

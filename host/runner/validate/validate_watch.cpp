@@ -11,13 +11,10 @@
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
 #include "host/runner/report/text.h"
-#include "platform/SokPlatform.h"
+#include "host/runner/run/host_functions.h"
 
 namespace sok {
 namespace {
-
-std::string gHidden;
-bool IsHidden(const char* name) { return name == gHidden; }
 
 // What a call answers decides how its answer may vary.
 enum class AnswerKind { kNothing, kPointer, kNumber };
@@ -113,8 +110,7 @@ std::string PlaceText(const FramePlace& place) {
 
 HostWatch::HostWatch(const HostFault& fault, const Document& document)
     : fault_(fault), document_(document), random_(fault.seed.value_or(0)) {
-  gHidden = fault.hidden;
-  SokPlatformHideFunctions(IsHidden);
+  HideHostFunctions({fault.hidden});
 }
 
 bool HostWatch::Before(HostCall& call) {
@@ -291,15 +287,6 @@ std::string HostWatch::FreedFrameAt(const void* address) const {
 void HostWatch::InterruptEdits(bool interrupt) {
   interrupt_edits_ = interrupt;
   edits_ = {};
-}
-
-const std::vector<std::string>& EntryPointNames() {
-  static const std::vector<std::string> names = {
-#define SX_ENTRY(result, name, parameters, arguments, fallback) #name,
-#define SX_CUSTOM(result, name, parameters, arguments) #name,
-#include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.def"
-  };
-  return names;
 }
 
 }  // namespace sok

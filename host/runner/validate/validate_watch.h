@@ -17,7 +17,7 @@ namespace sok {
 
 // What is wrong with a host: at most one of these.
 struct HostFault {
-  std::string hidden = {};  // the entry point that it lacks
+  std::string hidden = {};  // the function that it lacks
   long refused_call = -1;   // the call that it refuses, counted from 0
 
   // Its answers vary at random, in what a host may answer: fewer entries, records of other bytes and sizes, refused
@@ -117,8 +117,5 @@ class HostWatch : public CallObserver {
 
 // "staff 1, measure 2, layer 0": where a frame stands by its key words.
 std::string PlaceText(const FramePlace& place);
-
-// The names of all entry points that a host may have.
-const std::vector<std::string>& EntryPointNames();
 
 }  // namespace sok
