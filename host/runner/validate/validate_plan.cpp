@@ -42,10 +42,10 @@ std::vector<PlannedCase> ExtensionCases() {
 std::vector<PlannedCase> LanguageCases(const std::string& plugin) {
   std::vector<PlannedCase> cases;
   for (const std::string& language : Languages(plugin)) {
-    cases.push_back({.kind = "languages",
-                     .name = language,
-                     .run = [language](CheckHost& host, CaseAnswer&) { CheckLanguage(host, language); },
-                     .language = language});
+    PlannedCase check{"languages", language,
+                      [language](CheckHost& host, CaseAnswer&) { CheckLanguage(host, language); }};
+    check.language = language;
+    cases.push_back(std::move(check));
   }
   return cases;
 }
@@ -54,11 +54,12 @@ std::vector<PlannedCase> RunsOfCommands(int command_count) {
   std::vector<PlannedCase> cases;
   for (int command = 0; command < command_count; ++command) {
     for (const Scope scope : kScopes) {
-      cases.push_back(
-          {.kind = "runs",
-           .name = CommandName(command) + (scope == Scope::kPart ? ", part of the score" : ""),
-           .run = [=](CheckHost& host, CaseAnswer& answer) { answer.findings = RunCommand(host, command, scope); },
-           .command = command});
+      PlannedCase check{"runs", CommandName(command), [=](CheckHost& host, CaseAnswer& answer) {
+                          answer.findings = RunCommand(host, command, scope);
+                        }};
+      if (scope == Scope::kPart) check.name += ", part of the score";
+      check.command = command;
+      cases.push_back(std::move(check));
     }
   }
   return cases;
