@@ -3,6 +3,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <benchmark/benchmark.h>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
 #include "host/engine/session.h"
@@ -82,7 +83,7 @@ void BareFill(Workbench& host) {
     id.global.instance = layer;
     unsigned char preference[4] = {};
     int size = 4;
-    host.load_record(0x70664C41, &id, preference, &size, kInterfaceVersion);
+    host.load_record(record_tags::kLayerPreferences, &id, preference, &size, kInterfaceVersion);
   }
   ForEachCell([&](short slot, short measure) {
     const short layers = HasMusic(slot, measure) ? 1 : 4;
@@ -97,7 +98,7 @@ void BareFill(Workbench& host) {
     id.other.cmper = static_cast<unsigned short>(host.slot_to_inst(slot, 0, kInterfaceVersion));
     unsigned char definition[136] = {};
     int size = sizeof definition;
-    host.load_record(0x534F4953, &id, definition, &size, kInterfaceVersion);
+    host.load_record(record_tags::kInstrument, &id, definition, &size, kInterfaceVersion);
     host.save(frame, kInterfaceVersion);
     host.free(frame, kInterfaceVersion);
   });

@@ -6,6 +6,7 @@
 #include "SokExtShared/LIB/notation/chord_suffixes.h"
 #include "SokExtShared/LIB/notation/definitions.h"
 #include "SokExtShared/LIB/records/generic_records.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
 #include "host/engine/session.h"
@@ -13,9 +14,8 @@
 
 namespace {
 
-constexpr unsigned int kArticulation = 0x4F044958;
-constexpr unsigned int kChordSuffix = 0x534F4956;
-constexpr unsigned int kListTags[] = {0x6F744443, 0x6F746463, 0x6F74494F, 0x6F74696F};
+using record_tags::kArticulationDefinition;
+using record_tags::kChordSuffix;
 constexpr int kDefinitions = 1000;
 constexpr int kElements = 3;
 
@@ -29,15 +29,17 @@ struct Workbench {
       const short mark = number == kDefinitions ? 1 : 0;
       EDTArticulationDefinition2012 articulation{};
       articulation.words[24] = mark;
-      sx_saveother(kArticulation, number, 0, &articulation, sizeof articulation);
+      sx_saveother(kArticulationDefinition, number, 0, &articulation, sizeof articulation);
       for (int i = 0; i < kElements; ++i) {
         EDTChordSuffix2012 element{};
         element.words[7] = mark;
         sx_saveother(kChordSuffix, number, i, &element, sizeof element);
       }
       const short top[6] = {-1};
-      for (const unsigned int tag : kListTags) {
-        if (mark == 0 || tag == kListTags[0] || tag == kListTags[1]) sx_saveother(tag, number, 0, top, sizeof top);
+      for (const unsigned int tag : record_tags::kInstrumentList) {
+        if (mark == 0 || tag == record_tags::kInstrumentList[0] || tag == record_tags::kInstrumentList[1]) {
+          sx_saveother(tag, number, 0, top, sizeof top);
+        }
       }
     }
   }
@@ -60,7 +62,7 @@ void Articulation_Bare(benchmark::State& state) {
   for (auto _ : state) {
     EDTArticulationDefinition2012 record;
     for (int number = 1; number <= kDefinitions; ++number) {
-      benchmark::DoNotOptimize(BareLoad(kArticulation, number, 0, &record, sizeof record));
+      benchmark::DoNotOptimize(BareLoad(kArticulationDefinition, number, 0, &record, sizeof record));
     }
   }
 }
@@ -104,7 +106,7 @@ void TopStaffList_Bare(benchmark::State& state) {
     short record[6];
     for (int number = 1; number <= kDefinitions; ++number) {
       for (int list = 0; list < 3; ++list) {
-        benchmark::DoNotOptimize(BareLoad(kListTags[list], number, 0, record, sizeof record));
+        benchmark::DoNotOptimize(BareLoad(record_tags::kInstrumentList[list], number, 0, record, sizeof record));
       }
     }
   }

@@ -3,15 +3,18 @@
 #include <algorithm>
 #include <cstring>
 
+#include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
+
+using record_tags::kEntry;
+using record_tags::kInstrument;
+using record_tags::kStaffInForce;
+
 namespace sok {
 
 namespace {
 
-constexpr unsigned int kStaffSpecInForce = 0x534F5343;  // 'SOSC'
-constexpr unsigned int kStaffSpec = 0x534F4953;         // 'SOIS'
-constexpr unsigned int kEntry = 0x65746545;             // 'eteE'
-
-constexpr int kEntryRecordSize = 52;
+constexpr int kEntryRecordSize = sizeof(EDTEntry);
 constexpr size_t kEntryNumberEnd = offsetof(EXENTRY, duration);
 constexpr size_t kEntryViewEnd = offsetof(EXENTRY, notes) + 3 * sizeof(EXNOTE);
 
@@ -60,20 +63,20 @@ bool StepEntry(const Document& document, EDataID& id, int step, void* buffer, in
 
 bool LoadRecord(const Document& document, unsigned int tag, const EDataID& id, void* buffer, int* size) {
   if (tag == kEntry) return LoadEntry(document, id.entry.entryNum, buffer, size);
-  if (tag != kStaffSpecInForce) return document.records.Load(tag, id, buffer, size);
+  if (tag != kStaffInForce) return document.records.Load(tag, id, buffer, size);
   EDataID staff = {};
   staff.other = {id.detail.cmper, 0};
-  return document.records.Load(kStaffSpec, staff, buffer, size);
+  return document.records.Load(kInstrument, staff, buffer, size);
 }
 
 bool SaveRecord(Document& document, unsigned int tag, const EDataID& id, const void* buffer, int size) {
-  if (tag == kStaffSpecInForce) return false;
+  if (tag == kStaffInForce) return false;
   if (tag == kEntry) return Changed(document, SaveEntry(document, id.entry.entryNum, buffer, size));
   return Changed(document, document.records.Save(tag, id, buffer, size));
 }
 
 bool CreateRecord(Document& document, unsigned int tag, EDataID& id, const void* buffer, int size) {
-  if (tag == kStaffSpecInForce || tag == kEntry) return false;
+  if (tag == kStaffInForce || tag == kEntry) return false;
   return Changed(document, document.records.Create(tag, id, buffer, size));
 }
 

@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cstring>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
+
 namespace sok {
 
 namespace {
 
-constexpr unsigned int kStaffSpecInForce = 0x534F5343;  // 'SOSC'
-constexpr std::uint64_t kChosenNumber = 0xFFFF;
+constexpr std::uint64_t kChosenNumber = EDataID::kHostChooses;
 
 // Signed fields sort as unsigned ones once their sign bit is flipped.
 constexpr std::uint64_t Biased(short value) { return static_cast<unsigned short>(value) ^ 0x8000u; }
@@ -96,7 +97,7 @@ void CopyOut(const RecordStore::Bytes& record, void* buffer, int size) {
 }  // namespace
 
 KeyView ViewOf(unsigned int tag) {
-  if (tag == kStaffSpecInForce) return KeyView::kDetailExtra;
+  if (tag == record_tags::kStaffInForce) return KeyView::kDetailExtra;
   switch (tag >> 16) {
     case 0x7066:
       return KeyView::kGlobal;  // 'pf'

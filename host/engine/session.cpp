@@ -1,18 +1,13 @@
 #include "host/engine/session.h"
 
-#include <array>
+#include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
 namespace sok {
-namespace {
-
-constexpr unsigned int kScoreExpressionTag = 0x534F4459;  // 'SODY'
-constexpr unsigned int kScoreExpressionVersion = 0x0E000000;
-
-}  // namespace
 
 bool HasKnownVersion(const HostCall& call) {
   return call.version == kInterfaceVersion ||
-         (call.version == kScoreExpressionVersion && call.tag == kScoreExpressionTag);
+         (call.version == EDTScoreExpression2009::kVersion && call.tag == record_tags::kScoreExpression);
 }
 
 std::string FourCharacters(unsigned int tag) {

@@ -48,8 +48,8 @@ struct Session {
   bool guard_frames = false;  // each frame on a page of its own, which nobody can touch once it is freed
 };
 
-// Whether a call carries the interface version that it has to: kInterfaceVersion, or 0x0E000000 where the kit loads and
-// saves score expressions, which have the layout of that time.
+// Whether a call carries the interface version that it has to: kInterfaceVersion, or that of score expressions, which
+// have the layout of its time.
 bool HasKnownVersion(const HostCall& call);
 
 // A tag as its four characters; bytes below 0x20 and above 0x7E as \xNN.

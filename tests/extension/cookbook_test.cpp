@@ -7,6 +7,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/musicxml/score.h"
 #include "host/musicxml/shapes.h"
 #include "host/runner/report/frame_table.h"
@@ -14,7 +15,7 @@
 
 namespace {
 
-constexpr unsigned int kArticulationAssignment = 0x6564494D;
+using record_tags::kArticulation;
 
 std::string FileText(const char* path) {
   std::ifstream file(path, std::ios::binary);
@@ -33,7 +34,7 @@ std::string EntryText(const EXENTRY& entry, const sok::Document& document) {
   EDataID id{};
   id.entryDetail.entryNum = entry.number;
   int size = 0;
-  const bool marked = document.records.Load(kArticulationAssignment, id, nullptr, &size);
+  const bool marked = document.records.Load(kArticulation, id, nullptr, &size);
   return sok::EntryText(entry) + (marked ? "." : "");
 }
 

@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/document.h"
 #include "host/engine/session.h"
 #include "host/musicxml/score.h"
@@ -16,8 +17,8 @@
 
 namespace {
 
-constexpr unsigned int kArticulationAssignment = 0x6564494D;
-constexpr unsigned int kArticulationDefinition = 0x4F044958;
+using record_tags::kArticulation;
+using record_tags::kArticulationDefinition;
 
 class Example : public testing::Test {
  protected:
@@ -103,7 +104,7 @@ TEST_F(Example, AccentsStandOnTheFirstNotesAndOnlyOnce) {
   short definition = 0;
   document().records.ForEach([&](unsigned int tag, const EDataID& id, std::span<const unsigned char> bytes) {
     if (tag == kArticulationDefinition && bytes[0] == '>') definition = static_cast<short>(id.other.cmper);
-    if (tag == kArticulationAssignment) ++accents[id.entryDetail.entryNum];
+    if (tag == kArticulation) ++accents[id.entryDetail.entryNum];
   });
   EXPECT_GT(definition, 0);
   std::size_t expected = 0;

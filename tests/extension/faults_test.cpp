@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "SokExtShared/LIB/records/record_calls.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "tests/extension/extension_bundle.h"
 #include "tests/extension/saboteur.h"
 #include "tests/support/test_host.h"
@@ -27,7 +28,7 @@ void FillDocument(sok::Document& document, int variant) {
       document.SetEntries({1, measure, layer}, entries);
       document.SetLayerShown(layer, variant != 2);
       const unsigned char preference[4] = {0, 0, static_cast<unsigned char>(variant == 2 ? 2 : 0), 0};
-      document.records.Save(0x70664C41, record_calls::GlobalKey(layer), preference, 4);
+      document.records.Save(record_tags::kLayerPreferences, record_calls::GlobalKey(layer), preference, 4);
     }
   }
 }

@@ -12,10 +12,9 @@
 namespace {
 
 using namespace record_calls;
+using namespace record_tags;
 
-constexpr unsigned int kRun = 0x6F747878;             // 'otxx', no tag of anybody's
-constexpr unsigned int kNoteheads = 0x4502636E;       // 'E', 2, 'cn'
-constexpr unsigned int kInstrumentList = 0x6F744443;  // 'otDC'
+constexpr unsigned int kRun = 0x6F747878;  // 'otxx', no tag of anybody's
 constexpr unsigned short kName[] = {'A', '^', 'f', 'l', 'a', 't', '(', ')', 0};
 
 // What the functions below find: two of everything, so that loops have something to go on to.
@@ -26,25 +25,26 @@ void FillDocument(sok::Document& document) {
   };
   for (short i = 0; i < 3; ++i) {
     const EDataID entry = EntryDetailKey(7, i);
-    save(kNoteheads, entry, std::vector<unsigned char>(20, static_cast<unsigned char>(i + 1)));
-    save(0x45024168, entry, std::vector<unsigned char>(20, static_cast<unsigned char>(i + 1)));
-    save(0x65644578, entry, {5, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(kNotehead, entry, std::vector<unsigned char>(20, static_cast<unsigned char>(i + 1)));
+    save(kAccidental, entry, std::vector<unsigned char>(20, static_cast<unsigned char>(i + 1)));
+    save(kSmartShapeEntryMark, entry, {5, 0, 0, 0, 0, 0, 0, 0, 0, 0});
     save(kRun, OtherKey(1, i), std::vector<unsigned char>(12, static_cast<unsigned char>(i == 2 ? 0 : 'a')));
-    save(0x6F744449, OtherKey(1, i), {static_cast<unsigned char>(i), 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    save(0x6F744449, OtherKey(2, i), std::vector<unsigned char>(12, 9));
-    save(kInstrumentList, OtherKey(1, i), {1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0});
-    save(kInstrumentList, OtherKey(2, i), {2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    save(0x6F744D78, OtherKey(i + 1, 0), {5, 0, static_cast<unsigned char>(i == 1 ? 3 : 0), 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    save(0x534F5458, OtherKey(i + 1, 0), std::vector<unsigned char>(26, 1));
-    save(0x7478626C, OtherKey(i + 1, 0), {'^', 0, 'f', 0, '(', 0, ')', 0, 'x', 0, 0, 0});
-    save(0x534F4953, OtherKey(i + 1, 0), std::vector<unsigned char>(136, static_cast<unsigned char>(i)));
-    save(0x4F027054, OtherKey(i + 1, 0), std::vector<unsigned char>(24, 1));
-    save(0x64746D74, DetailKey(1, 1, i), {static_cast<unsigned char>(i), 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(kSeparatePlacement, OtherKey(1, i), {static_cast<unsigned char>(i), 0, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(kSeparatePlacement, OtherKey(2, i), std::vector<unsigned char>(12, 9));
+    save(kInstrumentList[0], OtherKey(1, i), {1, 0, 1, 0, 1, 0, 1, 0, 1, 0, 1, 0});
+    save(kInstrumentList[0], OtherKey(2, i), {2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(kSmartShapeMeasureMark, OtherKey(i + 1, 0),
+         {5, 0, static_cast<unsigned char>(i == 1 ? 3 : 0), 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    save(kTextBlock, OtherKey(i + 1, 0), std::vector<unsigned char>(26, 1));
+    save(kRawText, OtherKey(i + 1, 0), {'^', 0, 'f', 0, '(', 0, ')', 0, 'x', 0, 0, 0});
+    save(kInstrument, OtherKey(i + 1, 0), std::vector<unsigned char>(136, static_cast<unsigned char>(i)));
+    save(kPageText, OtherKey(i + 1, 0), std::vector<unsigned char>(24, 1));
+    save(kMeasureText, DetailKey(1, 1, i), {static_cast<unsigned char>(i), 0, 0, 0, 0, 0, 0, 0, 0, 0});
   }
   std::vector<unsigned char> shape(92);
   shape[5] = 0x40;  // on entries
   shape[6] = 1, shape[8] = 1, shape[10] = 7, shape[36] = 1, shape[38] = 3, shape[40] = 7;
-  save(0x4F085378, OtherKey(5, 0), shape);
+  save(kSmartShape, OtherKey(5, 0), shape);
 }
 
 EDTSmartShape LongShape() {
@@ -68,10 +68,10 @@ const KitCall kCalls[] = {
        EDTNoteheadMods2012 notehead{};
        EDTAccidentalMods2012 accidental{};
        short found = 0;
-       sx_loadnoteheadmod(7, 99, notehead, found, kNoteheads);
+       sx_loadnoteheadmod(7, 99, notehead, found, kNotehead);
        sx_loadaccidentalmod(7, 99, accidental, found);
      }},
-    {"delete all", [] { sx_deletenoteheadmod(7, kNoteheads); sx_deleteaccidentalmod(7); }},
+    {"delete all", [] { sx_deletenoteheadmod(7, kNotehead); sx_deleteaccidentalmod(7); }},
     {"preference structures", [] {
        unsigned char buffer[132] = {};
        EDataID id{};
@@ -90,7 +90,7 @@ const KitCall kCalls[] = {
      }},
     {"UTF-16 records", [] {
        unsigned short* text = nullptr;
-       if (sx_loadotherstring_UTF16(0x7478626C, 1, 0, text)) delete[] text;
+       if (sx_loadotherstring_UTF16(kRawText, 1, 0, text)) delete[] text;
        unsigned short longer[] = {'m', 'o', 'r', 'e', ' ', 't', 'h', 'a', 'n', ' ', 'o', 'n', 'e', 0};
        sx_saveotherstring_UTF16(kRun, 1, 0, longer);
      }},
@@ -126,12 +126,12 @@ const KitCall kCalls[] = {
      }},
     {"the last record", [] {
        unsigned char buffer[136];
-       FindLastItem(0x534F4953, sizeof buffer, 2, buffer, 1);
+       FindLastItem(kInstrument, sizeof buffer, 2, buffer, 1);
      }},
     {"instrument lists", [] {
-       InstInList(kInstrumentList, 9, 1, true, false);
-       InstInList(kInstrumentList, 9, 1, false, true);
-       ValidInstInList(kInstrumentList, 1);
+       InstInList(kInstrumentList[0], 9, 1, true, false);
+       InstInList(kInstrumentList[0], 9, 1, false, true);
+       ValidInstInList(kInstrumentList[0], 1);
        InstInLists(9, 1, true, true);
        MakeSureInstIsInLists(1, 9, 0, 15);
        DeleteInstFromLists(9, 1);

@@ -6,6 +6,7 @@
 #include <random>
 #include <set>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/errors.h"
 #include "tests/musicxml/score_text.h"
 
@@ -342,11 +343,11 @@ TEST(Writing, ArticulationsGoOntoTheirNotes) {
     for (const auto& [index, character] : marks) {
       EDataID definition{};
       definition.other.cmper = static_cast<unsigned short>(character);
-      document.records.Save(0x4F044958, definition, &character, sizeof character);
+      document.records.Save(record_tags::kArticulationDefinition, definition, &character, sizeof character);
       EDataID id{};
       id.entryDetail.entryNum = entries[static_cast<std::size_t>(index)].number;
       id.entryDetail.subIndex = -1;
-      document.records.Create(0x6564494D, id, &character, sizeof character);
+      document.records.Create(record_tags::kArticulation, id, &character, sizeof character);
       entries[static_cast<std::size_t>(index)].flags |= kEntryHasArticulations;
     }
     document.SetEntries({1, 1, 0}, std::move(entries));

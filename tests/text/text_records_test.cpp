@@ -9,6 +9,7 @@
 #include "SokExtShared/LIB/text/measure_texts.h"
 #include "SokExtShared/LIB/text/page_texts.h"
 #include "SokExtShared/LIB/text/text_blocks.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "tests/support/test_host.h"
 #include "tests/text/units.h"
 
@@ -16,15 +17,15 @@ namespace {
 
 using record_calls::OtherKey;
 using Calls = std::vector<std::string>;
+constexpr short kOrdinary = EDTTextBlock2004::kOrdinaryKind;
 
 class TextRecords : public testing::Test {
  protected:
   // A text block and its raw text, stored past the helpers under test.
-  void AddBlock(unsigned short number, std::u16string_view text, short kind = kOrdinaryText,
-                short told = kOrdinaryText) {
-    AddRaw(number, kRawTextTag | static_cast<unsigned>(kind), Units(text));
+  void AddBlock(unsigned short number, std::u16string_view text, short kind = kOrdinary, short told = kOrdinary) {
+    AddRaw(number, record_tags::kRawTexts | static_cast<unsigned>(kind), Units(text));
     const EDTTextBlock2004 block{static_cast<short>(number), {1, 2, 3}, told};
-    host.document.records.Save(kTextBlockTag, OtherKey(number, 0), &block, sizeof block);
+    host.document.records.Save(record_tags::kTextBlock, OtherKey(number, 0), &block, sizeof block);
   }
   void AddRaw(unsigned short number, unsigned tag, const std::vector<unsigned short>& units) {
     host.document.records.Save(tag, OtherKey(number, 0), units.data(), static_cast<int>(units.size() * 2));
@@ -50,7 +51,7 @@ TEST_F(TextRecords, BlocksAreCreatedThenSavedOver) {
   EXPECT_TRUE(sx_puttextblock2004(number, block, Units(u"de").data()));
   EXPECT_EQ(host.calls, (Calls{"SX_CreateEData txbl 65535,0 8 -> 1", "SX_CreateEData SOTX 65535,0 26 -> 1",
                                "SX_SaveEData txbl 1,0 6 -> 1", "SX_SaveEData SOTX 1,0 26 -> 1"}));
-  EXPECT_TRUE(number == 1 && block.textID == 1 && block.textTag == kOrdinaryText);
+  EXPECT_TRUE(number == 1 && block.textID == 1 && block.textTag == kOrdinary);
   EDTTextBlock2004 read;
   EXPECT_EQ(Text(sx_gettextblock2004_utf16(number, false, &read)), u"de");
   EXPECT_EQ(std::memcmp(&read, &block, sizeof read), 0);
@@ -66,7 +67,7 @@ TEST_F(TextRecords, BlocksAreCreatedThenSavedOver) {
 }
 
 TEST_F(TextRecords, TheBlockNamesTheKindOfItsText) {
-  AddBlock(1, u"ordinary", kOrdinaryText, 0);
+  AddBlock(1, u"ordinary", kOrdinary, 0);
   AddBlock(3, u"high", static_cast<short>(0x8080), static_cast<short>(0x8080));
   EXPECT_EQ(Text(sx_gettextblock2004_utf16(1, false, nullptr)), u"ordinary");
   EXPECT_EQ(Text(sx_gettextblock2004_utf16(3, false, nullptr)), u"high");
@@ -88,7 +89,7 @@ TEST_F(TextRecords, TheSharedTextAlwaysEnds) {
 }
 
 TEST_F(TextRecords, InstrumentNamesStandInForEachOther) {
-  EDTInstrumentNames record{};
+  EDTInstDefinition record{};
   record.fullName = 1;
   record.abbreviatedName = 2;
   host.document.records.Save(0x534f4953, OtherKey(4, 0), &record, sizeof record);

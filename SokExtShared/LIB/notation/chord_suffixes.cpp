@@ -5,11 +5,9 @@
 
 #include "SokExtShared/LIB/notation/first_match.h"
 #include "SokExtShared/LIB/records/generic_records.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
 namespace {
-
-constexpr unsigned int kChordSuffix = 0x534F4956;  // 'SOIV'
-constexpr int kHostChooses = -1;
 
 bool SameElement(const EDTChordSuffix2012& a, const EDTChordSuffix2012& b) { return ChordSuffixEqual(a, b, true); }
 
@@ -19,7 +17,7 @@ bool sx_loadchordsuffix(int number, std::vector<EDTChordSuffix2012>& elements) {
   elements.clear();
   for (int i = 0; i <= std::numeric_limits<short>::max(); ++i) {
     EDTChordSuffix2012 element{};
-    if (!sx_loadother(kChordSuffix, number, i, &element, sizeof element)) break;
+    if (!sx_loadother(record_tags::kChordSuffix, number, i, &element, sizeof element)) break;
     elements.push_back(element);
   }
   return !elements.empty();
@@ -28,10 +26,10 @@ bool sx_loadchordsuffix(int number, std::vector<EDTChordSuffix2012>& elements) {
 bool sx_savechordsuffix(int& number, std::vector<EDTChordSuffix2012>& elements) {
   int subIndex = 0;  // the host writes to it
   for (const EDTChordSuffix2012& element : elements) {
-    sx_createother(kChordSuffix, number, subIndex, &element, sizeof element);
+    sx_createother(record_tags::kChordSuffix, number, subIndex, &element, sizeof element);
     ++subIndex;
   }
-  while (sx_deleteother(kChordSuffix, number, static_cast<int>(elements.size()))) {
+  while (sx_deleteother(record_tags::kChordSuffix, number, static_cast<int>(elements.size()))) {
   }
   return true;
 }
@@ -44,7 +42,7 @@ int FindOrCreateChordSuffix(std::vector<EDTChordSuffix2012>& elements) {
   });
   if (found != 0) return found;
 
-  int number = kHostChooses;
+  int number = EDataID::kHostChooses;
   sx_savechordsuffix(number, elements);
   return number;
 }

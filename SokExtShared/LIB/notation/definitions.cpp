@@ -8,19 +8,15 @@
 #include "SokExtShared/LIB/notation/instrument_lists.h"
 #include "SokExtShared/LIB/records/generic_records.h"
 #include "SokExtShared/LIB/strings/utf16_strings.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
 
 namespace {
 
-constexpr unsigned int kTextRepeatText = 0x6F735254;  // 'osRT'
-constexpr unsigned int kTextRepeat = 0x534F5253;      // 'SORS'
-constexpr unsigned int kArticulation = 0x4F044958;    // 'O', 4, 'IX'
-constexpr unsigned int kStaffListName = 0x6F734463;   // 'osDc'
-constexpr unsigned int kListDC = kInstrumentLists[0].tag;
-constexpr unsigned int kListdc = kInstrumentLists[1].tag;
-constexpr unsigned int kListIO = kInstrumentLists[2].tag;
-constexpr unsigned int kListio = kInstrumentLists[3].tag;
-constexpr int kHostChooses = -1;
+constexpr unsigned int kListDC = record_tags::kInstrumentList[0];
+constexpr unsigned int kListdc = record_tags::kInstrumentList[1];
+constexpr unsigned int kListIO = record_tags::kInstrumentList[2];
+constexpr unsigned int kListio = record_tags::kInstrumentList[3];
 constexpr int kLastTextRepeat = 99;
 
 struct TextRepeat {
@@ -58,12 +54,12 @@ int FindOrCreateTextRepeat(const unsigned short* text, int font, int a, int b, i
 
   const int found = FirstMatch(kLastTextRepeat, [&](int number) {
     RepeatText stored = {};
-    if (!sx_loadother(kTextRepeatText, number, 0, stored, sizeof stored)) return false;
+    if (!sx_loadother(record_tags::kTextRepeatText, number, 0, stored, sizeof stored)) return false;
     stored[std::size(stored) - 1] = 0;
     if (sx_strcmp(stored, wanted) != 0) return false;
     TextRepeat repeat{};
-    return sx_loadother(kTextRepeat, number, 0, &repeat, sizeof repeat) && repeat.a == a && repeat.b == b &&
-           repeat.c == c && repeat.font == font;
+    return sx_loadother(record_tags::kTextRepeat, number, 0, &repeat, sizeof repeat) && repeat.a == a &&
+           repeat.b == b && repeat.c == c && repeat.font == font;
   });
   if (found != 0) return found;
 
@@ -72,11 +68,11 @@ int FindOrCreateTextRepeat(const unsigned short* text, int font, int a, int b, i
   repeat.a = static_cast<short>(a);
   repeat.b = static_cast<unsigned short>(b);
   repeat.c = static_cast<unsigned short>(c);
-  int number = kHostChooses;
+  int number = EDataID::kHostChooses;
   int subIndex = 0;
-  sx_createother(kTextRepeat, number, subIndex, &repeat, sizeof repeat);
+  sx_createother(record_tags::kTextRepeat, number, subIndex, &repeat, sizeof repeat);
   subIndex = 0;
-  sx_createother(kTextRepeatText, number, subIndex, wanted,
+  sx_createother(record_tags::kTextRepeatText, number, subIndex, wanted,
                  static_cast<int>((sx_strlen(wanted) + 1) * sizeof wanted[0]));
   return number;
 }
@@ -93,11 +89,11 @@ int FindOrCreateOnTopStaffList(const unsigned short* name) {
   if (found != 0) return found;
 
   const EDT_DC dc = kTopStaffOnly;
-  int list = kHostChooses;
+  int list = EDataID::kHostChooses;
   int subIndex = 0;
   if (!sx_createother(kListDC, list, subIndex, &dc, sizeof dc)) return 0;
   if (!sx_saveother(kListdc, list, subIndex, &dc, sizeof dc)) return 0;
-  sx_saveother(kStaffListName, list, subIndex, name, static_cast<int>(sx_strlen(name) * sizeof name[0]));
+  sx_saveother(record_tags::kStaffListName, list, subIndex, name, static_cast<int>(sx_strlen(name) * sizeof name[0]));
   sx_deleteother(kListIO, list, subIndex);
   sx_deleteother(kListio, list, subIndex);
   return list;
@@ -106,13 +102,13 @@ int FindOrCreateOnTopStaffList(const unsigned short* name) {
 int FindOrCreateArticulation(EDTArticulationDefinition2012 definition) {
   const int found = FirstMatch(kLastDefinition, [&](int number) {
     EDTArticulationDefinition2012 stored{};
-    return sx_loadother(kArticulation, number, 0, &stored, sizeof stored) &&
+    return sx_loadother(record_tags::kArticulationDefinition, number, 0, &stored, sizeof stored) &&
            std::equal(std::begin(stored.words), std::end(stored.words), std::begin(definition.words));
   });
   if (found != 0) return found;
 
-  int number = kHostChooses;
+  int number = EDataID::kHostChooses;
   int subIndex = 0;
-  sx_createother(kArticulation, number, subIndex, &definition, sizeof definition);
+  sx_createother(record_tags::kArticulationDefinition, number, subIndex, &definition, sizeof definition);
   return number;
 }

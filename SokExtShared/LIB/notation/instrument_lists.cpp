@@ -9,7 +9,6 @@
 namespace {
 
 constexpr unsigned short kGlobalStaffList = 0;
-constexpr int kHostChooses = -1;
 
 bool HasSlot(short inst) { return SX_InstToSlot(inst, kGlobalStaffList, kInterfaceVersion) > 0; }
 
@@ -66,7 +65,7 @@ bool InstInList(unsigned int tag, int inst, int list, bool add, bool remove) {
     sx_saveother(tag, list, last.subIndex, &last.dc, sizeof last.dc);
   } else {
     const EDT_DC dc{{static_cast<short>(inst)}};
-    int subIndex = kHostChooses;
+    int subIndex = EDataID::kHostChooses;
     sx_createother(tag, list, subIndex, &dc, sizeof dc);
   }
   return false;

@@ -6,21 +6,18 @@
 /// every instrument and is never read. Host failures show as a negative answer; those of saves and creates do not show.
 #pragma once
 
-/// One link of an instrument list: instrument numbers, 0 for a free place.
-struct EDT_DC {
-  short inst[6];
-};
-static_assert(sizeof(EDT_DC) == 12, "EDT_DC size");
+#include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
 /// The four lists: their bits in masks and their record tags.
 inline constexpr struct {
   int bit;
   unsigned int tag;
 } kInstrumentLists[] = {
-    {1, 0x6F744443},  // 'otDC'
-    {2, 0x6F746463},  // 'otdc'
-    {4, 0x6F74494F},  // 'otIO'
-    {8, 0x6F74696F},  // 'otio'
+    {1, record_tags::kInstrumentList[0]},
+    {2, record_tags::kInstrumentList[1]},
+    {4, record_tags::kInstrumentList[2]},
+    {8, record_tags::kInstrumentList[3]},
 };
 
 /// Whether the number is above 0 and, cut to 16 bits, has a slot in the global staff list (SX_InstToSlot).

@@ -1,14 +1,10 @@
 #include "SokExtShared/LIB/records/separate_placement.h"
 
 #include "SokExtShared/LIB/records/record_calls.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
 using namespace record_calls;
-
-namespace {
-
-constexpr unsigned int kSeparatePlacement = 0x6F744449;  // 'otDI'
-
-}  // namespace
+using record_tags::kSeparatePlacement;
 
 int LoadSeparatePlacement(int cmper, EDTSeparatePlacement& record, int matchSecond, int matchFirst,
                           bool deleteMatches) {

@@ -2,13 +2,7 @@
 /// Separate placements: 'otDI' records, several under one number, told apart by their first two words.
 #pragma once
 
-/// Tag 'otDI', key view `other`.
-struct EDTSeparatePlacement {
-  short first;
-  short second;
-  unsigned char host[8];  ///< the host's
-};
-static_assert(sizeof(EDTSeparatePlacement) == 12);
+#include "SokExtShared/SokEDK/Source/record_formats.h"
 
 /// Looks through the records under `cmper`, from subIndex 0 on with SX_NextEData, for one whose first two words, as
 /// signed 16-bit numbers, are `matchFirst` and `matchSecond`; values beyond 16 bits match nothing. Returns its

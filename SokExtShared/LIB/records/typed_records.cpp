@@ -3,27 +3,14 @@
 #include <cstring>
 
 #include "SokExtShared/LIB/records/record_calls.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
 using namespace record_calls;
+using namespace record_tags;
 
 namespace {
 
-constexpr unsigned int kInstrumentUsed = 0x534F4975;      // 'SOIu'
-constexpr unsigned int kStaffSystemSpec = 0x534F5353;     // 'SOSS'
-constexpr unsigned int kGroupSpec = 0x53444E47;           // 'SDNG'
-constexpr unsigned int kAccidentalMods = 0x45024168;      // 'E', 2, 'Ah'
-constexpr unsigned int kSecondaryBeamBreak = 0x65647342;  // 'edsB'
-constexpr unsigned int kTextExpression = 0x534F4454;      // 'SODT'
-constexpr unsigned int kEnclosure = 0x6F744465;           // 'otDe'
-constexpr unsigned int kMeasureSpec = 0x534F4D53;         // 'SOMS'
-constexpr unsigned int kScoreExpression = 0x534F4459;     // 'SODY'
-constexpr unsigned int kTuplet = 0x45035450;              // 'E', 3, 'TP'
-constexpr unsigned int kCurrentStaffSpec = 0x534F5343;    // 'SOSC'
-constexpr unsigned int kEntry = 0x65746545;               // 'eteE'
-
-constexpr unsigned int kScoreExpressionVersion = 0x0E000000;
 constexpr short kFirstRecord = -1;  // matches an entry's first accidental change, whatever it is
-constexpr int kNewSubIndex = 0xFFFF;
 
 enum class Search { kFound, kEnded, kGivenUp };
 
@@ -74,20 +61,20 @@ bool sx_saveIU(unsigned short cmper, short subIndex, EDTInstrumentUsed record) {
 bool sx_deleteIU(unsigned short cmper, short subIndex) { return Delete(kInstrumentUsed, OtherKey(cmper, subIndex)); }
 
 bool sx_loadstaffsystemspec(short cmper, EDTStaffSystemSpec2005& record) {
-  return Load(kStaffSystemSpec, OtherKey(cmper, 0), record);
+  return Load(kStaffSystem, OtherKey(cmper, 0), record);
 }
 bool sx_savestaffsystemspec(short cmper, EDTStaffSystemSpec2005 record) {
-  return Save(kStaffSystemSpec, OtherKey(cmper, 0), record);
+  return Save(kStaffSystem, OtherKey(cmper, 0), record);
 }
 
 bool sx_loadgroupspec(unsigned short cmper, short secondCmper, EDTGroupSpec& record) {
-  return Load(kGroupSpec, DetailKey(cmper, secondCmper, 0), record);
+  return Load(kGroup, DetailKey(cmper, secondCmper, 0), record);
 }
 bool sx_savegroupspec(unsigned short cmper, short secondCmper, const EDTGroupSpec& record) {
-  return Save(kGroupSpec, DetailKey(cmper, secondCmper, 0), record);
+  return Save(kGroup, DetailKey(cmper, secondCmper, 0), record);
 }
 bool sx_deletegroupspec(unsigned short cmper, short secondCmper) {
-  return Delete(kGroupSpec, DetailKey(cmper, secondCmper, 0));
+  return Delete(kGroup, DetailKey(cmper, secondCmper, 0));
 }
 
 bool sx_loadnoteheadmod(int entryNum, short wanted, EDTNoteheadMods2012& record, short& found, unsigned int tag) {
@@ -100,22 +87,22 @@ bool sx_savenoteheadmod(int entryNum, EDTNoteheadMods2012 record, short subIndex
   return Save(tag, EntryDetailKey(entryNum, subIndex), record);
 }
 bool sx_addnoteheadmod(int entryNum, EDTNoteheadMods2012 record, unsigned int tag) {
-  return Create(tag, EntryDetailKey(entryNum, kNewSubIndex), record);
+  return Create(tag, EntryDetailKey(entryNum, EDataID::kHostChooses), record);
 }
 bool sx_deletenoteheadmod(int entryNum, unsigned int tag) { return DeleteAll(tag, entryNum); }
 
 bool sx_loadaccidentalmod(int entryNum, short wanted, EDTAccidentalMods2012& record, short& found) {
-  return FindRecord(kAccidentalMods, entryNum, 1000, record, found, [&](short subIndex) {
+  return FindRecord(kAccidental, entryNum, 1000, record, found, [&](short subIndex) {
            return FirstWord(record) == wanted || (subIndex == 0 && wanted == kFirstRecord);
          }) == Search::kFound;
 }
 bool sx_saveaccidentalmod(int entryNum, EDTAccidentalMods2012 record, short subIndex) {
-  return Save(kAccidentalMods, EntryDetailKey(entryNum, subIndex), record);
+  return Save(kAccidental, EntryDetailKey(entryNum, subIndex), record);
 }
 bool sx_addaccidentalmod(int entryNum, EDTAccidentalMods2012 record) {
-  return Create(kAccidentalMods, EntryDetailKey(entryNum, kNewSubIndex), record);
+  return Create(kAccidental, EntryDetailKey(entryNum, EDataID::kHostChooses), record);
 }
-bool sx_deleteaccidentalmod(int entryNum) { return DeleteAll(kAccidentalMods, entryNum); }
+bool sx_deleteaccidentalmod(int entryNum) { return DeleteAll(kAccidental, entryNum); }
 
 bool sx_loadtiealteration(unsigned int tag, int entryNum, short wanted, EDTTieAltRecord& record, short& found) {
   return FindRecord(tag, entryNum, 20, record, found, [&](short) { return FirstWord(record) == wanted; }) ==
@@ -146,18 +133,14 @@ bool sx_loadenclosure(short cmper, EDTEnclosure& record) { return Load(kEnclosur
 bool sx_saveenclosure(short cmper, EDTEnclosure record) { return Save(kEnclosure, OtherKey(cmper, 0), record); }
 bool sx_deleteenclosure(short cmper) { return Delete(kEnclosure, OtherKey(cmper, 0)); }
 
-bool sx_loadmeasurespec(short cmper, EDTMeasureSpec2014& record) {
-  return Load(kMeasureSpec, OtherKey(cmper, 0), record);
-}
-bool sx_savemeasurespec(short cmper, EDTMeasureSpec2014& record) {
-  return Save(kMeasureSpec, OtherKey(cmper, 0), record);
-}
+bool sx_loadmeasurespec(short cmper, EDTMeasureSpec2014& record) { return Load(kMeasure, OtherKey(cmper, 0), record); }
+bool sx_savemeasurespec(short cmper, EDTMeasureSpec2014& record) { return Save(kMeasure, OtherKey(cmper, 0), record); }
 
 bool sx_loadscoreexpression2009(short cmper, short subIndex, EDTScoreExpression2009& record) {
-  return Load(kScoreExpression, OtherKey(cmper, subIndex), record, kScoreExpressionVersion);
+  return Load(kScoreExpression, OtherKey(cmper, subIndex), record, EDTScoreExpression2009::kVersion);
 }
 bool sx_savescoreexpression2009(short cmper, short subIndex, EDTScoreExpression2009& record) {
-  return Save(kScoreExpression, OtherKey(cmper, subIndex), record, kScoreExpressionVersion);
+  return Save(kScoreExpression, OtherKey(cmper, subIndex), record, EDTScoreExpression2009::kVersion);
 }
 
 bool sx_loadshortcut(short cmper, EDTShortcut& record, unsigned int tag) {
@@ -182,7 +165,7 @@ bool sx_createtuplet(int entryNum, short& subIndex, EDTTuplet2005& record) {
 }
 
 bool sx_loadcurrstaffspec(int cmper, int secondCmper, int extraValue, EDTStaffSpec2014& record) {
-  return Load(kCurrentStaffSpec, StaffInForceKey(cmper, secondCmper, extraValue), record);
+  return Load(kStaffInForce, StaffInForceKey(cmper, secondCmper, extraValue), record);
 }
 
 bool sx_loadentry(int entryNum, EDTEntry& record) { return Load(kEntry, EntryKey(entryNum), record); }

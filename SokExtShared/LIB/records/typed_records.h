@@ -7,7 +7,7 @@
 #pragma once
 
 #include "SokExtShared/LIB/records/generic_records.h"
-#include "SokExtShared/LIB/records/record_types.h"
+#include "SokExtShared/SokEDK/Source/record_formats.h"
 
 /// Instruments in use: a list `cmper`, the place in it `subIndex`.
 ///@{

@@ -2,14 +2,10 @@
 
 #include "SokExtShared/LIB/records/record_calls.h"
 #include "SokExtShared/LIB/smartshapes/smart_shape_marks.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
 using record_calls::DetailKey;
-
-namespace {
-
-constexpr unsigned int kCenterShape = 0x44034378;  // 'D', 3, 'Cx'
-
-}  // namespace
+using record_tags::kCenterShape;
 
 bool EDTCenterShape::Load(unsigned short shape, unsigned short center) {
   return record_calls::Load(kCenterShape, DetailKey(shape, center, 0), *this);

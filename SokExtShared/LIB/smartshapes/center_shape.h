@@ -4,7 +4,7 @@
 /// Results are true when the host call answered non-zero; numbers by reference are written back whatever the result.
 #pragma once
 
-/// Tag 0x44034378, key view `detail`: shape number, centre-shape number, 0. All its bytes are the host's.
+/// Tag kCenterShape. All its bytes are the host's.
 struct EDTCenterShape {
   unsigned char host[22];  ///< the host's
 

@@ -16,7 +16,6 @@ using record_calls::OtherKey;
 namespace {
 
 constexpr unsigned int kPluginWordOrder = 0x0B000000;  // the first host version that shares the plug-in's word order
-constexpr unsigned short kHostChooses = 0xFFFF;
 
 // A value of 0 and above changes the places of its halves. A negative one does not: its quotient is rounded toward
 // zero, and the sum wraps at 32 bits, so -1 becomes 0xFFFF0000.
@@ -82,9 +81,9 @@ bool EDTSmartShape::SaveShapeOnly(unsigned short number) {
 }
 
 bool EDTSmartShape::CreateShapeOnly(unsigned short& number) {
-  number = kHostChooses;  // first of all, since it may be a field of this object
+  number = EDataID::kHostChooses;  // first of all, since it may be a field of this object
   SwapWords();
-  EDataID id = OtherKey(kHostChooses, 0);
+  EDataID id = OtherKey(EDataID::kHostChooses, 0);
   const bool created = record_calls::Create(ot_smartshape, id, this, sizeofsmartshape);
   number = id.other.cmper;
   SwapWords();
@@ -118,7 +117,7 @@ void EDTSmartShape::CreateCenterShapesAndMarkers(unsigned short number) const {
     if (m == startMeasure || m == endMeasure) {
       CreateMeasureMark(static_cast<short>(m), number);
     } else {
-      unsigned short center = kHostChooses;
+      unsigned short center = EDataID::kHostChooses;
       EDTCenterShape{}.FullCreate(static_cast<unsigned short>(m), number, center);
     }
   }

@@ -1,9 +1,11 @@
 #include "SokExtShared/LIB/smartshapes/smart_shape_form.h"
 
-unsigned int ot_smartshape = 0x4F085378;
+#include "SokExtShared/SokEDK/Source/record_tags.h"
+
+unsigned int ot_smartshape = record_tags::kSmartShape;
 int sizeofsmartshape = 92;
 
 void TurnOnEDTSmartShapeCompatibilityForSonkel2000_2003() {
-  ot_smartshape = 0x4F075378;
+  ot_smartshape = record_tags::kSmartShapeOf2003;
   sizeofsmartshape = 84;
 }

@@ -10,7 +10,7 @@
 
 #pragma pack(push, 2)
 
-/// Tag 0x6F744D78, key view `other`: measure, subIndex.
+/// The mark in a measure. Tag kSmartShapeMeasureMark.
 struct EDTSmartShapeMeasMark {
   unsigned short shape;        ///< its number
   unsigned short centerShape;  ///< 0 in the shape's first and last measure
@@ -37,7 +37,7 @@ struct EDTSmartShapeMeasMark {
   ///@}
 };
 
-/// Tag 0x65644578, key view `entryDetail`: entry number, subIndex.
+/// The mark on an entry. Tag kSmartShapeEntryMark.
 struct EDTSmartShapeEntMark {
   unsigned short shape;    ///< its number
   unsigned char host2[8];  ///< the host's

@@ -2,16 +2,16 @@
 
 #include "SokExtShared/LIB/records/generic_records.h"
 #include "SokExtShared/LIB/text/text_blocks.h"
+#include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
 namespace {
 
-constexpr unsigned int kInstrumentTag = 0x534f4953;  // 'SOIS'
-
-using NameField = short EDTInstrumentNames::*;
+using NameField = short EDTInstDefinition::*;
 
 unsigned short* NameOf(short inst, NameField preferred, NameField other) {
-  EDTInstrumentNames record{};
-  if (!sx_loadother(kInstrumentTag, inst, 0, &record, sizeof record)) {
+  EDTInstDefinition record{};
+  if (!sx_loadother(record_tags::kInstrument, inst, 0, &record, sizeof record)) {
     urawtxt[0] = 0;
     return urawtxt;
   }
@@ -23,9 +23,9 @@ unsigned short* NameOf(short inst, NameField preferred, NameField other) {
 }  // namespace
 
 unsigned short* sx_getinstname_utf16(short inst) {
-  return NameOf(inst, &EDTInstrumentNames::fullName, &EDTInstrumentNames::abbreviatedName);
+  return NameOf(inst, &EDTInstDefinition::fullName, &EDTInstDefinition::abbreviatedName);
 }
 
 unsigned short* sx_getabbrevinstname_utf16(short inst) {
-  return NameOf(inst, &EDTInstrumentNames::abbreviatedName, &EDTInstrumentNames::fullName);
+  return NameOf(inst, &EDTInstDefinition::abbreviatedName, &EDTInstDefinition::fullName);
 }

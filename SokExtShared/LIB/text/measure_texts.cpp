@@ -6,19 +6,16 @@
 
 #include "SokExtShared/LIB/records/generic_records.h"
 #include "SokExtShared/LIB/strings/utf16_strings.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
-namespace {
-
-constexpr unsigned int kMeasureTextTag = 0x64746d74;  // 'dtmt'
-
-}  // namespace
+using record_tags::kMeasureText;
 
 bool sx_loadmeasuretext(int cmper, int secondCmper, TMeasureUText& mt, int subIndex) {
-  if (!sx_loaddetail(kMeasureTextTag, cmper, secondCmper, &mt.record, sizeof mt.record, subIndex)) return false;
+  if (!sx_loaddetail(kMeasureText, cmper, secondCmper, &mt.record, sizeof mt.record, subIndex)) return false;
   sx_gettextblock2004_utf16(mt.record.textBlock, false, &mt.block);
   std::fill(std::begin(mt.text), std::end(mt.text), static_cast<unsigned short>(0));
-  const bool loaded = sx_getrawtext(mt.block.textID, mt.text, static_cast<int>(std::size(mt.text)),
-                                    kRawTextTag | unsigned{kOrdinaryText}, 0);
+  const bool loaded =
+      sx_getrawtext(mt.block.textID, mt.text, static_cast<int>(std::size(mt.text)), record_tags::kRawText, 0);
   mt.text[loaded ? std::size(mt.text) - 1 : 0] = 0;
   mt.cmper = cmper;
   mt.secondCmper = secondCmper;
@@ -30,7 +27,7 @@ bool sx_createmeasuretext(TMeasureUText& mt) {
   mt.record.textBlock = -1;
   sx_puttextblock2004(mt.record.textBlock, mt.block, mt.text);
   int subIndex = -1;
-  return sx_createdetailconstcmper(kMeasureTextTag, mt.cmper, static_cast<unsigned int>(mt.secondCmper), &mt.record,
+  return sx_createdetailconstcmper(kMeasureText, mt.cmper, static_cast<unsigned int>(mt.secondCmper), &mt.record,
                                    sizeof mt.record, subIndex);
 }
 

@@ -5,16 +5,7 @@
 /// told apart by `subIndex`, which is not kept in TMeasureUText.
 #pragma once
 
-#include <cstddef>
-
 #include "SokExtShared/LIB/text/text_blocks.h"
-
-/// The host's measure text record ('dtmt'; key view `detail`: the measure and the staff in the host's order, place).
-struct EDTMeasureText {
-  short textBlock;         ///< number of its text block
-  unsigned char host2[8];  ///< the host's
-};
-static_assert(sizeof(EDTMeasureText) == 10, "EDTMeasureText size");
 
 /// A measure text with its text, held by the caller.
 struct TMeasureUText {

@@ -2,16 +2,7 @@
 /// Page texts: titles, credits and other texts on a page. Their characters and formatting are a text block.
 #pragma once
 
-#include <cstddef>
-
 #include "SokExtShared/LIB/text/text_blocks.h"
-
-/// The host's page text record ('O', 2, 'pT'; key view `other`: number, place).
-struct EDTPageText {
-  short textBlock;          ///< number of its text block
-  unsigned char host2[22];  ///< the host's
-};
-static_assert(sizeof(EDTPageText) == 24, "EDTPageText size");
 
 /// A page text with its text, held by the caller.
 struct TPageUText {

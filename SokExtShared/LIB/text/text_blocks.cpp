@@ -6,6 +6,7 @@
 #include "SokExtShared/LIB/records/generic_records.h"
 #include "SokExtShared/LIB/strings/utf16_strings.h"
 #include "SokExtShared/LIB/text/caret_commands.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 
 unsigned short urawtxt[1000];
@@ -15,7 +16,7 @@ namespace {
 constexpr short kNewRecord = -1;
 
 // The kind's 16 bits are sign-extended, so a kind from 0x8000 on sets the tag's high half.
-unsigned int TagOfKind(short kind) { return kRawTextTag | static_cast<unsigned int>(kind); }
+unsigned int TagOfKind(short kind) { return record_tags::kRawTexts | static_cast<unsigned int>(kind); }
 
 // Saves the record `number`, or creates one when that is -1; brings back the number in the key.
 bool Put(unsigned int tag, short& number, const void* record, int size) {
@@ -41,10 +42,10 @@ unsigned short* sx_gettextblock2004_utf16(short blockID, bool stripCarets, EDTTe
   // All zero, so that a text that the host leaves unterminated ends where the host stopped.
   std::fill(std::begin(urawtxt), std::end(urawtxt), static_cast<unsigned short>(0));
   EDTTextBlock2004 block{};
-  if (!sx_loadother(kTextBlockTag, blockID, 0, &block, sizeof block)) {
+  if (!sx_loadother(record_tags::kTextBlock, blockID, 0, &block, sizeof block)) {
     block = {};
   } else {
-    const short kind = block.textTag != 0 ? block.textTag : kOrdinaryText;
+    const short kind = block.textTag != 0 ? block.textTag : EDTTextBlock2004::kOrdinaryKind;
     const bool loaded = sx_getrawtext(block.textID, urawtxt, std::size(urawtxt), TagOfKind(kind), 0);
     urawtxt[loaded ? std::size(urawtxt) - 1 : 0] = 0;
     if (loaded && stripCarets) txt_strip_carets(urawtxt);
@@ -54,7 +55,7 @@ unsigned short* sx_gettextblock2004_utf16(short blockID, bool stripCarets, EDTTe
 }
 
 bool sx_puttextblock2004(short& blockID, EDTTextBlock2004& block, const unsigned short* text) {
-  if (block.textTag == 0) block.textTag = kOrdinaryText;
+  if (block.textTag == 0) block.textTag = EDTTextBlock2004::kOrdinaryKind;
   sx_putrawtext(block.textID, text, TagOfKind(block.textTag));
-  return Put(kTextBlockTag, blockID, &block, sizeof block);
+  return Put(record_tags::kTextBlock, blockID, &block, sizeof block);
 }

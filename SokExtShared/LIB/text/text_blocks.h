@@ -6,23 +6,7 @@
 /// Texts are zero-terminated UTF-16; what does not fit is cut by the host. Not thread-safe.
 #pragma once
 
-#include <cstddef>
-
-inline constexpr unsigned int kTextBlockTag = 0x534f5458;  ///< 'SOTX', `other`: block, 0
-inline constexpr unsigned int kRawTextTag = 0x74780000;    ///< 'tx' and the kind in the low 16 bits, `other`: text, 0
-inline constexpr short kOrdinaryText = 0x626c;             ///< the kind 'bl'
-
-#pragma pack(push, 2)  // host records are packed to 2 bytes
-/// The formatting of a text, and where its characters are.
-struct EDTTextBlock2004 {
-  short textID;              ///< number of the raw text; -1 before there is one
-  unsigned char format[22];  ///< only the host understands it
-  short textTag;             ///< kind of the raw text; 0 is the ordinary kind
-};
-#pragma pack(pop)
-static_assert(sizeof(EDTTextBlock2004) == 26, "EDTTextBlock2004 size");
-static_assert(offsetof(EDTTextBlock2004, format) == 2, "EDTTextBlock2004::format");
-static_assert(offsetof(EDTTextBlock2004, textTag) == 24, "EDTTextBlock2004::textTag");
+#include "SokExtShared/SokEDK/Source/record_formats.h"
 
 /// The text that was read last.
 extern unsigned short urawtxt[1000];

@@ -47,6 +47,9 @@ constexpr unsigned int FourCharacterTag(const char (&text)[5]) {
 
 /// The key of a data record. The record's tag decides which view is read.
 struct EDataID {
+  /// In a create: a number that the host finds free. In 16 bits, signed, it is -1.
+  static constexpr int kHostChooses = 0xFFFF;
+
   /// A number, and a place among the records under it.
   struct Other {
     unsigned short cmper;

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "SokExtShared/SokEDK/Source/edk/records.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 
 namespace edk {
 
@@ -44,11 +45,11 @@ static_assert(sizeof(PageFormat) == 48 && offsetof(PageFormat, pagesDiffer) == 3
 
 /// The layers' preferences.
 template <>
-struct RecordType<LayerPreferences> : Stored<FourCharacterTag("pfLA"), GlobalKey> {};
+struct RecordType<LayerPreferences> : Stored<record_tags::kLayerPreferences, GlobalKey> {};
 
 /// The page format, instance 0 the score's, 1 that of its parts.
 template <>
-struct RecordType<PageFormat> : Stored<FourCharacterTag("pfPF"), GlobalKey> {};
+struct RecordType<PageFormat> : Stored<record_tags::kPageFormat, GlobalKey> {};
 
 /// A structure of which only the size is known, in 16-bit words; its key is `{}`.
 template <unsigned int kTag, int kWords>

@@ -16,8 +16,10 @@
 
 namespace edk {
 
-/// The views of a key, as plain numbers; each is cut to the width of its field.
-inline constexpr int kHostChooses = 0xFFFF;  ///< in a create: the number that the host finds free
+/// In a create: a number that the host finds free.
+inline constexpr int kHostChooses = EDataID::kHostChooses;
+
+// The views of a key, as plain numbers; each is cut to the width of its field.
 
 /// `other`: a number, and the record's place among those under it, from 0.
 struct OtherKey {

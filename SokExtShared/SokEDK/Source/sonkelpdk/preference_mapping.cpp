@@ -8,13 +8,13 @@
 #include <type_traits>
 #include <utility>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 
 namespace {
 
 constexpr unsigned short kPreferenceCmper = 65534;
-constexpr unsigned int kScorePageFormatTag = FourCharacterTag("pfPF");
 
 struct FieldRecord {
   unsigned short words[6];
@@ -270,7 +270,7 @@ short Instance(const EDataID* id) { return id != nullptr ? id->global.instance :
 const PreferenceTable* FindTable(unsigned int tag, const EDataID* id) {
   const auto table = std::find_if(kPreferenceTables.begin(), kPreferenceTables.end(),
                                   [tag](const PreferenceTable& known) { return known.tag == tag; });
-  if (table == kPreferenceTables.end() || (tag == kScorePageFormatTag && Instance(id) != 0)) return nullptr;
+  if (table == kPreferenceTables.end() || (tag == record_tags::kPageFormat && Instance(id) != 0)) return nullptr;
   return &*table;
 }
 

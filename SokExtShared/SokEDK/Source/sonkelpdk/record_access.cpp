@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <cstring>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/assertion_report.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/binding.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_mapping.h"
 
+using record_tags::kFretInstrument;
+
 namespace {
 
-constexpr unsigned int kFretInstrumentTag = 0x4F156649;
 constexpr unsigned int kFirstVersionWithPreferences = 0x08000000;  // older callers see the records as the host has them
 
 using LoadFunction = decltype(SX_LoadEData);
@@ -25,7 +27,7 @@ bool LoadFretInstrument(LoadFunction* load, const EDataID* id, void* buffer, int
   std::memset(buffer, 0, sizeof(EDTFretInstrument25_3));
   result = 0;
   if (load == nullptr) return false;
-  if (load(kFretInstrumentTag, id, buffer, size, version) != 0) return true;
+  if (load(kFretInstrument, id, buffer, size, version) != 0) return true;
   const auto* const bytes = static_cast<const unsigned char*>(buffer);
   result = std::any_of(bytes, bytes + sizeof(EDTFretInstrument25_3), [](unsigned char byte) { return byte != 0; });
   return false;
@@ -35,7 +37,7 @@ bool LoadFretInstrument(LoadFunction* load, const EDataID* id, void* buffer, int
 [[gnu::noinline]] short LoadSpecial(LoadFunction* load, unsigned int tag, const EDataID* id, void* buffer, int* size,
                                     unsigned int version) {
   short result = 0;
-  if (tag == kFretInstrumentTag && buffer != nullptr) {
+  if (tag == kFretInstrument && buffer != nullptr) {
     const int capacity = size != nullptr ? *size : 0;
     if (!LoadFretInstrument(load, id, buffer, size, version, result)) return result;
     *size = capacity;  // the host wrote the record's size there, which may be beyond the buffer
@@ -48,7 +50,7 @@ bool LoadFretInstrument(LoadFunction* load, const EDataID* id, void* buffer, int
 
 short SX_LoadEData(unsigned int tag, const EDataID* id, void* buffer, int* size, unsigned int version) {
   SX_BIND(SX_LoadEData);
-  if (tag == kFretInstrumentTag || IsPreferenceTag(tag)) return LoadSpecial(fpProc, tag, id, buffer, size, version);
+  if (tag == kFretInstrument || IsPreferenceTag(tag)) return LoadSpecial(fpProc, tag, id, buffer, size, version);
   return fpProc != nullptr ? fpProc(tag, id, buffer, size, version) : short{0};
 }
 

@@ -32,10 +32,5 @@
 /// record counts as loaded if any byte is not zero.
 #pragma once
 
+#include "SokExtShared/SokEDK/Source/record_formats.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
-
-/// A fret instrument's definition (tag 0x4F156649), which only the host understands.
-struct EDTFretInstrument25_3 {
-  unsigned char host[252];  ///< the host's
-};
-static_assert(sizeof(EDTFretInstrument25_3) == 252, "EDTFretInstrument25_3 size");
