@@ -9,7 +9,6 @@ namespace sok {
 namespace {
 
 constexpr short kMostNumbers = std::numeric_limits<short>::max();
-constexpr short kNoteSlots = 12;
 
 constexpr std::uint64_t Packed(const FramePlace& place) {
   return static_cast<std::uint64_t>(place.instrument) << 32 | static_cast<std::uint64_t>(place.measure) << 16 |
@@ -128,7 +127,7 @@ std::vector<EXENTRY> Document::Entries(const FramePlace& place) const {
 bool Document::SetEntries(const FramePlace& place, std::vector<EXENTRY> entries) {
   if (!Exists(place) || entries.size() > static_cast<size_t>(kMostNumbers)) return false;
   for (const EXENTRY& entry : entries) {
-    if (entry.noteCount < 0 || entry.noteCount > kNoteSlots) return false;
+    if (entry.noteCount < 0 || entry.noteCount > EXENTRY::kMostNotes) return false;
   }
   const std::uint64_t packed = Packed(place);
   const std::vector<EXENTRY> left = waiting_.empty() ? std::vector<EXENTRY>() : Entries(place);

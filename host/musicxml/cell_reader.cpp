@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "SokExtShared/SokEDK/Source/frame_records.h"
 #include "host/errors.h"
 #include "host/musicxml/markup.h"
 
@@ -9,7 +10,6 @@ namespace sok {
 namespace {
 
 constexpr std::size_t kMostWarnings = 1000;
-constexpr int kMostNotes = 12;  // of one entry
 
 void Mix(std::uint64_t& fingerprint, std::uint64_t value) {
   fingerprint = (fingerprint ^ value) * 0x9E3779B97F4A7C15ULL;
@@ -117,7 +117,7 @@ void CellReader::AddToEntry(const Item& note, const Fraction& onset, OpenVoice& 
   entry.flags |= static_cast<std::uint8_t>(flags & kFermata);
   if ((entry.flags & kRest) != 0) {
     entry.notes = 1;
-  } else if ((flags & kRest) == 0 && entry.notes < kMostNotes) {
+  } else if ((flags & kRest) == 0 && entry.notes < EXENTRY::kMostNotes) {
     voice.pitches.push_back(note.pitch);
     ++entry.notes;
   }

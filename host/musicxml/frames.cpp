@@ -135,7 +135,7 @@ bool SameMusic(const EXENTRY& a, const EXENTRY& b) {
   if (a.number != b.number || a.duration != b.duration || (a.flags & ~kTidied) != (b.flags & ~kTidied)) return false;
   if ((a.flags & kEntryIsNote) == 0) return true;
   if (a.noteCount != b.noteCount) return false;
-  for (short i = 0; i < std::min<short>(a.noteCount, 12); ++i) {
+  for (int i = 0; i < std::min<int>(a.noteCount, EXENTRY::kMostNotes); ++i) {
     if (a.notes[i].first != b.notes[i].first || a.notes[i].second != b.notes[i].second) return false;
   }
   return true;

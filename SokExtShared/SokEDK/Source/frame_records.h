@@ -36,6 +36,8 @@ struct EXNOTE {
 
 /// One entry: a note, a chord or a rest.
 struct EXENTRY {
+  static constexpr int kMostNotes = 12;  ///< of a chord
+
   /// Does nothing. A type with a destructor makes array new keep its element count in front of the elements, which is
   /// how host and extension allocate entry arrays for each other.
   ~EXENTRY() {}
@@ -45,8 +47,8 @@ struct EXENTRY {
   unsigned char host6[2];     ///< the host's
   unsigned int flags;         ///< kEntry… bits
   unsigned short host12;      ///< 0x0080 in the rests that are inserted
-  short noteCount;            ///< 0 to 12
-  EXNOTE notes[12];           ///< the first `noteCount` of them
+  short noteCount;            ///< 0 to kMostNotes
+  EXNOTE notes[kMostNotes];   ///< the first `noteCount` of them
   unsigned char host136[10];  ///< the host's
 };
 

@@ -15,8 +15,6 @@ EXTGF2005a::~EXTGF2005a() {
 
 namespace {
 
-constexpr int kNoteSlots = 12;
-
 bool SharesIdentifier(std::span<const EXNOTE> notes, size_t note) {
   for (size_t other = 0; other < notes.size(); ++other) {
     if (other != note && notes[other].identifier == notes[note].identifier) return true;
@@ -37,10 +35,10 @@ void GiveUniqueIdentifiers(std::span<EXNOTE> notes) {
 }
 
 void CleanEntry(EXENTRY& entry, bool add_note_to_rests) {
-  // The host keeps note counts in 0 to 12; any other count is held to that range so that no slot beyond is touched.
-  const int notes = std::clamp<int>(entry.noteCount, 0, kNoteSlots);
+  // A count that no host gives is held to the range, so that no slot beyond is touched.
+  const int notes = std::clamp<int>(entry.noteCount, 0, EXENTRY::kMostNotes);
   GiveUniqueIdentifiers({entry.notes, static_cast<size_t>(notes)});
-  std::fill(entry.notes + notes, entry.notes + kNoteSlots, EXNOTE{});
+  std::fill(entry.notes + notes, entry.notes + EXENTRY::kMostNotes, EXNOTE{});
   if (entry.noteCount == 0 && add_note_to_rests) {
     entry.noteCount = 1;
     entry.notes[0].flags = kNoteLegal;
