@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "SokExtShared/LIB/strings/narrow_strings.h"
+#include "SokExtShared/LIB/strings/positions.h"
 
 namespace _AStrings {
 
@@ -41,10 +42,7 @@ int AnsiString::AnsiCompare(const AnsiString& other) const {
 
 int AnsiString::AnsiCompareIC(const AnsiString& other) const { return Compare(text_, other.text_); }
 
-int AnsiString::Pos(const AnsiString& part) const {
-  const std::size_t place = text_.find(part.text_);
-  return place < text_.size() ? static_cast<int>(place + 1) : 0;
-}
+int AnsiString::Pos(const AnsiString& part) const { return positions::Pos(text_, part.text_); }
 
 char& AnsiString::operator[](int position) {
   ThrowIfOutOfRange(position);
@@ -71,14 +69,12 @@ AnsiString& AnsiString::Insert(const AnsiString& part, int position) {
 }
 
 AnsiString& AnsiString::Delete(unsigned int position, int count) {
-  if (position >= 1 && count >= 1 && position <= text_.size()) {
-    text_.erase(position - 1, static_cast<std::size_t>(count));
-  }
+  positions::Delete(text_, position, count);
   return *this;
 }
 
 AnsiString& AnsiString::SetLength(unsigned int length) {
-  if (length < text_.size()) text_.resize(length);
+  positions::SetLength(text_, length);
   return *this;
 }
 
@@ -104,8 +100,7 @@ AnsiString AnsiString::TrimRight() const {
 
 AnsiString AnsiString::SubString(int position, int count) const {
   AnsiString part;
-  const std::size_t start = static_cast<std::size_t>(std::max(position, 1) - 1);
-  if (count >= 1 && start < text_.size()) part.text_ = text_.substr(start, static_cast<std::size_t>(count));
+  part.text_ = positions::SubString(text_, position, count);
   return part;
 }
 

@@ -2,6 +2,8 @@
 
 #include <Carbon/Carbon.h>
 
+#include "SokExtShared/LIB/strings/positions.h"
+
 namespace {
 
 // Makes an empty string the units of 8-bit text before a decoded U+0000; it stays empty when the bytes are not valid in
@@ -60,10 +62,7 @@ void eu16string::GetStdString(std::string& text) const {
   CFRelease(source);
 }
 
-int eu16string::AnsiPos(const eu16string& part) const {
-  const size_type place = find(part);
-  return place < size() ? static_cast<int>(place + 1) : 0;
-}
+int eu16string::AnsiPos(const eu16string& part) const { return positions::Pos(*this, part); }
 
 unsigned short eu16string::AnsiCharAtIndex(int position) const {
   const auto index = static_cast<size_type>(position) - 1;  // beyond the end also for 0 and less
@@ -76,19 +75,18 @@ unsigned short& eu16string::AnsiCharAtIndex(int position) {
 }
 
 eu16string& eu16string::AnsiDelete(unsigned int position, int count) {
-  if (position >= 1 && count >= 1 && position <= size()) erase(position - 1, static_cast<size_type>(count));
+  positions::Delete(*this, position, count);
   return *this;
 }
 
 eu16string eu16string::AnsiSubString(int position, int count) const {
   eu16string part;
-  const auto start = static_cast<size_type>(std::max(position, 1) - 1);
-  if (count >= 1 && start < size()) part.assign(*this, start, static_cast<size_type>(count));
+  part.assign(positions::SubString(*this, position, count));
   return part;
 }
 
 eu16string& eu16string::AnsiSetLength(unsigned int length) {
-  if (length < size()) resize(length);
+  positions::SetLength(*this, length);
   return *this;
 }
 
