@@ -6,8 +6,10 @@
 /// calls the host, and nothing is kept before the frame is saved.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <type_traits>
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
 
@@ -75,30 +77,38 @@ class Note {
   EXNOTE* note_;
 };
 
+/// An iterator over positions that follow each other; `Make` turns a position into what the loop sees.
+template <typename Position, typename Make>
+class Stepping {
+ public:
+  using iterator_category = std::input_iterator_tag;  ///< what it points to is made on the way
+  using value_type = std::invoke_result_t<Make, Position>;
+  using difference_type = std::ptrdiff_t;
+  using pointer = void;
+  using reference = value_type;
+
+  explicit Stepping(Position at = {}) : at_(at) {}
+  value_type operator*() const { return Make()(at_); }
+  Stepping& operator++() {
+    ++at_;
+    return *this;
+  }
+  Stepping operator++(int) { return Stepping(at_++); }
+  friend bool operator==(const Stepping&, const Stepping&) = default;
+
+ private:
+  Position at_;
+};
+
 /// Records that follow each other in memory, as views: a range with a size and an index.
 template <typename View, typename Record>
 class Views {
- public:
-  class Iterator {
-   public:
-    using iterator_category = std::input_iterator_tag;  ///< what it points to is made on the way
-    using value_type = View;
-    using difference_type = std::ptrdiff_t;
-    using pointer = void;
-    using reference = View;
-
-    explicit Iterator(Record* at = nullptr) : at_(at) {}
-    View operator*() const { return View(*at_); }
-    Iterator& operator++() {
-      ++at_;
-      return *this;
-    }
-    Iterator operator++(int) { return Iterator(at_++); }
-    friend bool operator==(const Iterator&, const Iterator&) = default;
-
-   private:
-    Record* at_;
+  struct MakeView {
+    View operator()(Record* at) const { return View(*at); }
   };
+
+ public:
+  using Iterator = Stepping<Record*, MakeView>;
 
   /// `size` records, of which `first` is the first one.
   Views(Record* first, int size) : first_(first), size_(size) {}
@@ -124,7 +134,7 @@ using NoteViews = Views<Note, EXNOTE>;
 /// One entry: a note, a chord or a rest.
 class Entry {
  public:
-  static constexpr int kMostNotes = 12;  ///< of a chord
+  static constexpr int kMostNotes = EXENTRY::kMostNotes;  ///< of a chord
 
   /// A view of the host's record.
   explicit Entry(EXENTRY& entry) : entry_(&entry) {}
@@ -187,10 +197,7 @@ class Entry {
  private:
   static constexpr unsigned short kPlacedRestWord = 0x0080;
 
-  int NoteCount() const {
-    const int count = entry_->noteCount;
-    return count < 0 ? 0 : count > kMostNotes ? kMostNotes : count;
-  }
+  int NoteCount() const { return std::clamp<int>(entry_->noteCount, 0, kMostNotes); }
   void WriteNote(int index, const Pitch& pitch) const {
     entry_->notes[index] = {static_cast<short>(pitch.steps), static_cast<short>(pitch.alteration), 0, kNoteLegal};
   }

@@ -98,23 +98,12 @@ class Frame {
 
 /// Numbers from the first to the last, for loops. Counts wider than 16 bits: a range up to the last number ends, too.
 class Numbers {
- public:
-  class Iterator {
-   public:
-    using value_type = short;
-    using difference_type = std::ptrdiff_t;
-    explicit Iterator(int at = 0) : at_(at) {}
-    short operator*() const { return static_cast<short>(at_); }
-    Iterator& operator++() {
-      ++at_;
-      return *this;
-    }
-    Iterator operator++(int) { return Iterator(at_++); }
-    friend bool operator==(const Iterator&, const Iterator&) = default;
-
-   private:
-    int at_;
+  struct MakeNumber {
+    short operator()(int at) const { return static_cast<short>(at); }
   };
+
+ public:
+  using Iterator = Stepping<int, MakeNumber>;
 
   /// Both ends are inside; none when the last is below the first.
   Numbers(short first, short last) : first_(first), last_(last) {}
