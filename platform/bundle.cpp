@@ -24,6 +24,14 @@ std::string ResourcesOf(const std::string& path, const std::string& contents) {
   return has_folder ? contents + "Resources/" : contents;
 }
 
+// The first file of a folder that has a name before an ending, or an empty text.
+std::string FirstWithEnding(const std::string& folder, const std::string& ending) {
+  for (const std::string& candidate : ListFolder(folder)) {
+    if (candidate.size() > ending.size() && candidate.ends_with(ending)) return candidate;
+  }
+  return {};
+}
+
 Ref<const Dictionary> ReadInformation(const std::string& path, const std::string& contents) {
   return IsInsideOfBundle(path) ? Ref<const Dictionary>() : ReadPropertyList(contents + "Info.plist");
 }
@@ -124,13 +132,8 @@ std::string __CFBundle::FindResource(const std::optional<std::string>& name, con
   const std::string file = name.value_or("") + ending;
   if (file.empty() || ("/" + subfolder + "/" + file + "/").find("/../") != std::string::npos) return {};
   for (const std::string& folder : ResourceFolders(subfolder)) {
-    if (name) {
-      if (sok::Exists(folder + file)) return folder + file;
-      continue;
-    }
-    for (const std::string& candidate : sok::ListFolder(folder)) {
-      if (candidate.size() > ending.size() && candidate.ends_with(ending)) return folder + candidate;
-    }
+    const std::string found = !name ? sok::FirstWithEnding(folder, ending) : sok::Exists(folder + file) ? file : "";
+    if (!found.empty()) return folder + found;
   }
   return {};
 }

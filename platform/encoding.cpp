@@ -30,6 +30,21 @@ size_t PutCodePoint(char16_t* units, char32_t code_point) {
 
 unsigned char ByteAt(std::string_view bytes, size_t at) { return static_cast<unsigned char>(bytes[at]); }
 
+// Decodes the character of several bytes that begins at `at`. Answers how many bytes it has, 0 when they are no UTF-8.
+size_t DecodeSequence(std::string_view bytes, size_t at, char32_t& code_point) {
+  const unsigned char lead = ByteAt(bytes, at);
+  if (lead < 0xC2 || lead > 0xF4) return 0;
+  const size_t more = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+  if (bytes.size() - at <= more) return 0;
+  code_point = lead & (0x3Fu >> more);
+  for (size_t i = 1; i <= more; ++i) {
+    if ((ByteAt(bytes, at + i) & 0xC0) != 0x80) return 0;
+    code_point = code_point << 6 | (ByteAt(bytes, at + i) & 0x3F);
+  }
+  constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
+  return code_point < kSmallest[more] ? 0 : more + 1;
+}
+
 std::optional<size_t> DecodeUtf8(std::string_view bytes, char16_t* units) {
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
   char16_t* to = units;
@@ -43,20 +58,11 @@ std::optional<size_t> DecodeUtf8(std::string_view bytes, char16_t* units) {
     }
     while (at < bytes.size() && ByteAt(bytes, at) < 0x80) *to++ = ByteAt(bytes, at++);
     if (at == bytes.size()) return static_cast<size_t>(to - units);
-    const unsigned char lead = ByteAt(bytes, at);
-    if (lead < 0xC2 || lead > 0xF4) return std::nullopt;
-    const size_t more = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-    if (bytes.size() - at <= more) return std::nullopt;
-    char32_t code_point = lead & (0x3Fu >> more);
-    for (size_t i = 1; i <= more; ++i) {
-      if ((ByteAt(bytes, at + i) & 0xC0) != 0x80) return std::nullopt;
-      code_point = code_point << 6 | (ByteAt(bytes, at + i) & 0x3F);
-    }
-    constexpr char32_t kSmallest[] = {0, 0x80, 0x800, 0x10000};
-    if (code_point < kSmallest[more]) return std::nullopt;
-    const size_t count = PutCodePoint(to, code_point);
+    char32_t code_point = 0;
+    const size_t length = DecodeSequence(bytes, at, code_point);
+    const size_t count = length != 0 ? PutCodePoint(to, code_point) : 0;
     if (count == 0) return std::nullopt;
-    at += more + 1;
+    at += length;
     to += count;
   }
 }
@@ -103,11 +109,11 @@ class Output {
 
   bool HasRoom(size_t count) const { return room_ - used_ >= count; }
   void Put(char32_t byte) {
-    Peek(byte);
+    PutUncounted(byte);
     ++used_;
   }
   // Writes a byte without counting it.
-  void Peek(char32_t byte) {
+  void PutUncounted(char32_t byte) {
     if (buffer_ != nullptr) buffer_[used_] = static_cast<UInt8>(byte);
   }
   size_t used() const { return used_; }
@@ -133,7 +139,7 @@ Encoded EncodeMacRoman(std::u16string_view units, UInt8 loss_byte, Output output
     int byte = MacRomanByte(units[done]);
     size_t length = 1;
     if (byte != kNoByte && done + 1 < units.size() && IsCombiningMark(units[done + 1])) {
-      output.Peek(static_cast<char32_t>(byte));
+      output.PutUncounted(static_cast<char32_t>(byte));
       byte = MacRomanComposedByte(units[done], units[done + 1]);
       length = 2;
     }
@@ -144,17 +150,22 @@ Encoded EncodeMacRoman(std::u16string_view units, UInt8 loss_byte, Output output
   return {done, output.used()};
 }
 
+// The code point at `at` and how many units it takes: none, for an unpaired surrogate.
+size_t CodePointAt(std::u16string_view units, size_t at, char32_t& code_point) {
+  code_point = units[at];
+  if (!IsSurrogate(code_point)) return 1;
+  if (!IsHighSurrogate(code_point) || at + 1 == units.size() || !IsLowSurrogate(units[at + 1])) return 0;
+  code_point = (code_point << 10) + units[at + 1] - 0x35FDC00;
+  return 2;
+}
+
 // An unpaired surrogate ends the conversion: no loss byte stands for it here.
 Encoded EncodeUtf8(std::u16string_view units, Output output) {
   size_t done = 0;
   while (done < units.size()) {
-    char32_t code_point = units[done];
-    size_t length = 1;
-    if (IsSurrogate(code_point)) {
-      if (!IsHighSurrogate(code_point) || done + 1 == units.size() || !IsLowSurrogate(units[done + 1])) break;
-      code_point = (code_point << 10) + units[done + 1] - 0x35FDC00;
-      length = 2;
-    }
+    char32_t code_point = 0;
+    const size_t length = CodePointAt(units, done, code_point);
+    if (length == 0) break;
     const size_t more = code_point < 0x80 ? 0 : code_point < 0x800 ? 1 : code_point < 0x10000 ? 2 : 3;
     if (!output.HasRoom(more + 1)) break;
     constexpr char32_t kLead[] = {0x00, 0xC0, 0xE0, 0xF0};

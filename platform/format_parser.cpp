@@ -41,19 +41,8 @@ class DirectiveParser {
         continue;
       }
       ++at_;
-      if (unit == u'[') {
-        const size_t close = format_.find(u']', at_);
-        at_ = close != format_.npos ? close + 1 : format_.size();
-        continue;
-      }
-      if (Flag(unit, conversion) || Size(unit, conversion)) continue;
-      for (const Letter& letter : kLetters) {
-        if (letter.unit != unit) continue;
-        conversion.directive = letter.directive;
-        conversion.letter = letter.printf_letter;
-        return Outcome::kDirective;
-      }
-      return Outcome::kUnknown;
+      if (Brackets(unit) || Flag(unit, conversion) || Size(unit, conversion)) continue;
+      return Last(unit, conversion);
     }
     return number_or_dot ? Outcome::kUnknown : Outcome::kCutOff;
   }
@@ -86,6 +75,14 @@ class DirectiveParser {
     return true;
   }
 
+  // Skips what stands in brackets.
+  bool Brackets(char16_t unit) {
+    if (unit != u'[') return false;
+    const size_t close = format_.find(u']', at_);
+    at_ = close != format_.npos ? close + 1 : format_.size();
+    return true;
+  }
+
   bool Flag(char16_t unit, Conversion& conversion) {
     switch (unit) {
       case u'-':
@@ -101,12 +98,7 @@ class DirectiveParser {
         conversion.alternate = true;
         return true;
       case u'0':
-        if (seen_dot_) {
-          conversion.precision = 0;
-          conversion.bare_precision = false;
-        } else {
-          conversion.zero = true;
-        }
+        Zero(conversion);
         return true;
       case u'*':
         (seen_dot_ ? conversion.precision_argument : conversion.width_argument) = Conversion::kNext;
@@ -118,6 +110,15 @@ class DirectiveParser {
         return true;
       default:
         return false;
+    }
+  }
+
+  void Zero(Conversion& conversion) const {
+    if (seen_dot_) {
+      conversion.precision = 0;
+      conversion.bare_precision = false;
+    } else {
+      conversion.zero = true;
     }
   }
 
@@ -140,6 +141,16 @@ class DirectiveParser {
       default:
         return false;
     }
+  }
+
+  static Outcome Last(char16_t unit, Conversion& conversion) {
+    for (const Letter& letter : kLetters) {
+      if (letter.unit != unit) continue;
+      conversion.directive = letter.directive;
+      conversion.letter = letter.printf_letter;
+      return Outcome::kDirective;
+    }
+    return Outcome::kUnknown;
   }
 
   const std::u16string_view format_;

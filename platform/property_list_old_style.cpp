@@ -24,7 +24,6 @@ constexpr char16_t kNextStep[128] = {
     0x0131, 0x00FC, 0x00FD, 0x0142, 0x00F8, 0x0153, 0x00DF, 0x00FE, 0x00FF, 0xFFFD, 0xFFFD,
 };
 
-constexpr bool IsOctalDigit(char16_t unit) { return unit >= u'0' && unit <= u'7'; }
 constexpr bool IsLetter(char16_t unit) { return (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z'; }
 constexpr bool IsWordUnit(char16_t unit) {
   return IsLetter(unit) || (unit >= u'0' && unit <= u'9') ||
@@ -38,6 +37,8 @@ constexpr int HexValue(char16_t unit) {
   const int letter = (unit | 0x20) - u'a';
   return letter >= 0 && letter < 6 ? letter + 10 : -1;
 }
+
+constexpr int OctalValue(char16_t unit) { return unit >= u'0' && unit <= u'7' ? unit - u'0' : -1; }
 
 class Parser {
  public:
@@ -173,39 +174,23 @@ class Parser {
   }
 
   char16_t ParseEscape() {
+    constexpr std::u16string_view kLetters = u"abfnrtv", kControls = u"\a\b\f\n\r\t\v";
     const char16_t unit = text_[at_++];
-    switch (unit) {
-      case u'a':
-        return u'\a';
-      case u'b':
-        return u'\b';
-      case u'f':
-        return u'\f';
-      case u'n':
-        return u'\n';
-      case u'r':
-        return u'\r';
-      case u't':
-        return u'\t';
-      case u'v':
-        return u'\v';
-      case u'U': {
-        int number = 0;
-        for (const size_t end = at_ + 4; at_ < end && !AtEnd() && HexValue(text_[at_]) >= 0; ++at_) {
-          number = number << 4 | HexValue(text_[at_]);
-        }
-        return static_cast<char16_t>(number);
-      }
-      default:
-        break;
-    }
-    if (!IsOctalDigit(unit)) return unit;
-    int number = unit - u'0';
-    for (const size_t end = at_ + 2; at_ < end && !AtEnd() && IsOctalDigit(text_[at_]); ++at_) {
-      number = number << 3 | (text_[at_] - u'0');
-    }
-    number &= 0xFF;
+    if (unit == u'U') return static_cast<char16_t>(ParseDigits(4, 4, HexValue));
+    if (const size_t letter = kLetters.find(unit); letter != kLetters.npos) return kControls[letter];
+    if (OctalValue(unit) < 0) return unit;
+    --at_;
+    const int number = ParseDigits(3, 3, OctalValue) & 0xFF;
     return number < 0x80 ? static_cast<char16_t>(number) : kNextStep[number - 0x80];
+  }
+
+  // The number that at most so many digits make, each worth so many bits.
+  int ParseDigits(size_t most, int bits, int (*value_of)(char16_t)) {
+    int number = 0;
+    for (const size_t end = at_ + most; at_ < end && !AtEnd() && value_of(text_[at_]) >= 0; ++at_) {
+      number = number << bits | value_of(text_[at_]);
+    }
+    return number;
   }
 
   const std::u16string_view text_;

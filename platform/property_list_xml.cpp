@@ -84,6 +84,26 @@ std::optional<std::string> DecodeBase64(std::u16string_view text) {
   return bytes;
 }
 
+// The value of an element without elements inside.
+Value SimpleValue(std::u16string_view name, const std::u16string& text) {
+  if (name == u"string") return MakeString(text);
+  if (name == u"true" || name == u"false") return Truth(name == u"true");
+  if (name == u"date") return Make<Date>(std::u16string(Trimmed(text)));
+  if (name == u"integer") {
+    const std::optional<std::int64_t> number = ParseInteger(text);
+    return number ? Value(Make<Number>(*number)) : Value();
+  }
+  if (name == u"real") {
+    const std::optional<double> number = ParseReal(ToUtf8(Trimmed(text)));
+    return number ? Value(Make<Number>(*number)) : Value();
+  }
+  if (name == u"data") {
+    std::optional<std::string> bytes = DecodeBase64(text);
+    return bytes ? Value(Make<Data>(std::move(*bytes))) : Value();
+  }
+  return {};
+}
+
 class Parser {
  public:
   explicit Parser(std::u16string_view text) : text_(text) {}
@@ -160,24 +180,8 @@ class Parser {
     if (depth > kDeepestList) return {};
     if (tag.name == u"dict") return tag.is_empty ? Value(Make<Dictionary>()) : ParseDictionary(depth);
     if (tag.name == u"array") return tag.is_empty ? Value(Make<Array>()) : ParseArray(depth);
-    std::optional<std::u16string> text = ParseContent(tag);
-    if (!text) return {};
-    if (tag.name == u"string") return MakeString(*text);
-    if (tag.name == u"true" || tag.name == u"false") return Truth(tag.name == u"true");
-    if (tag.name == u"date") return Make<Date>(std::u16string(Trimmed(*text)));
-    if (tag.name == u"integer") {
-      const std::optional<std::int64_t> number = ParseInteger(*text);
-      return number ? Value(Make<Number>(*number)) : Value();
-    }
-    if (tag.name == u"real") {
-      const std::optional<double> number = ParseReal(ToUtf8(Trimmed(*text)));
-      return number ? Value(Make<Number>(*number)) : Value();
-    }
-    if (tag.name == u"data") {
-      std::optional<std::string> bytes = DecodeBase64(*text);
-      return bytes ? Value(Make<Data>(std::move(*bytes))) : Value();
-    }
-    return {};
+    const std::optional<std::u16string> text = ParseContent(tag);
+    return text ? SimpleValue(tag.name, *text) : Value();
   }
 
   Value ParseDictionary(int depth) {
@@ -214,24 +218,30 @@ class Parser {
     if (tag.is_empty) return text;
     while (at_ < text_.size()) {
       const std::u16string_view rest = text_.substr(at_);
+      bool sound = true;
       if (rest.starts_with(u"<![CDATA[")) {
-        const size_t start = at_ + 9;
-        if (!SkipPast(u"]]>")) return std::nullopt;
-        text += text_.substr(start, at_ - 3 - start);
+        sound = ParseLiteral(text);
       } else if (rest.starts_with(u"<!--")) {
         at_ += 4;
-        if (!SkipPast(u"-->")) return std::nullopt;
+        sound = SkipPast(u"-->");
       } else if (rest[0] == u'<') {
-        if (!TakeEnd(tag.name)) return std::nullopt;
-        return text;
+        return TakeEnd(tag.name) ? std::optional(std::move(text)) : std::nullopt;
       } else if (rest[0] == u'&') {
-        if (!ParseEntity(text)) return std::nullopt;
+        sound = ParseEntity(text);
       } else {
         text += rest[0];
         ++at_;
       }
+      if (!sound) return std::nullopt;
     }
     return std::nullopt;
+  }
+
+  bool ParseLiteral(std::u16string& text) {
+    const size_t start = at_ + 9;
+    if (!SkipPast(u"]]>")) return false;
+    text += text_.substr(start, at_ - 3 - start);
+    return true;
   }
 
   bool ParseEntity(std::u16string& text) {

@@ -60,6 +60,13 @@ class Capture {
   bool on_ = false;
 };
 
+// Adds the styles that an opening style command names.
+void NoteStyles(const Words& words) {
+  if (sx_strstr(ucaretefx, words.bold.c_str()) != nullptr) uicaretefx |= kCaretBold;
+  if (sx_strstr(ucaretefx, words.italic.c_str()) != nullptr) uicaretefx |= kCaretItalic;
+  if (sx_strstr(ucaretefx, words.underline.c_str()) != nullptr) uicaretefx |= kCaretUnderline;
+}
+
 // Walks over the command at `caret` and writes what it leaves in the text at `write`, which it advances. Returns where
 // the text goes on. The walk sees its own changes: it ends the keyword by a zero, and what it writes may reach into
 // the keyword.
@@ -88,9 +95,7 @@ unsigned short* StripCommand(unsigned short* caret, unsigned short*& write, bool
     if (*next == 0 || unit == ')') break;
     unit = *next;
   }
-  if (sx_strstr(ucaretefx, words.bold.c_str()) != nullptr) uicaretefx |= kCaretBold;
-  if (sx_strstr(ucaretefx, words.italic.c_str()) != nullptr) uicaretefx |= kCaretItalic;
-  if (sx_strstr(ucaretefx, words.underline.c_str()) != nullptr) uicaretefx |= kCaretUnderline;
+  NoteStyles(words);
   return next;
 }
 
