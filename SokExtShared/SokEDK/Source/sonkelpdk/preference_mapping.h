@@ -1,7 +1,7 @@
 // Preference structures and arrays ('pf…' tags), put together from the host's per-field records and taken apart again.
 //
-// Per-field records are loaded and saved with SX_LoadEData and SX_SaveEData, 12 bytes each and with the interface
-// version, and what the host answers to them is not looked at. A record that cannot be loaded reads as zeros, so its
+// Per-field records are loaded and saved by the host itself, 12 bytes each and with the interface version, and what it
+// answers to them is not looked at. A record that cannot be loaded reads as zeros, so its
 // fields receive 0 (a negated flag: 1). A structure saves only the records in which a word changes.
 // For the kit's own sources.
 #pragma once
@@ -9,8 +9,12 @@
 #include <array>
 #include <span>
 
-#include "SokExtShared/SokEDK/Source/host_types.h"
+#include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
+
+// The host's own functions behind the wrappers of the same names, looked up once; null when the host lacks them.
+decltype(SX_LoadEData)* HostLoadEData();
+decltype(SX_SaveEData)* HostSaveEData();
 
 // Whether a tag begins with 'pf'.
 constexpr bool IsPreferenceTag(unsigned int tag) { return tag >> 16 == 0x7066; }

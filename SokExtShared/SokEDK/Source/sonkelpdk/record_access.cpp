@@ -48,15 +48,25 @@ bool LoadFretInstrument(LoadFunction* load, const EDataID* id, void* buffer, int
 
 }  // namespace
 
-short SX_LoadEData(unsigned int tag, const EDataID* id, void* buffer, int* size, unsigned int version) {
+decltype(SX_LoadEData)* HostLoadEData() {
   SX_BIND(SX_LoadEData);
-  if (tag == kFretInstrument || IsPreferenceTag(tag)) return LoadSpecial(fpProc, tag, id, buffer, size, version);
-  return fpProc != nullptr ? fpProc(tag, id, buffer, size, version) : short{0};
+  return fpProc;
+}
+
+decltype(SX_SaveEData)* HostSaveEData() {
+  SX_BIND(SX_SaveEData);
+  return fpProc;
+}
+
+short SX_LoadEData(unsigned int tag, const EDataID* id, void* buffer, int* size, unsigned int version) {
+  LoadFunction* const load = HostLoadEData();
+  if (tag == kFretInstrument || IsPreferenceTag(tag)) return LoadSpecial(load, tag, id, buffer, size, version);
+  return load != nullptr ? load(tag, id, buffer, size, version) : short{0};
 }
 
 short SX_SaveEData(unsigned int tag, const EDataID* id, const void* buffer, int size, unsigned int version) {
-  SX_BIND(SX_SaveEData);
+  decltype(SX_SaveEData)* const save = HostSaveEData();
   short result = 0;
   if (version >= kFirstVersionWithPreferences && SavePreference(tag, id, buffer, size, result)) return result;
-  return fpProc != nullptr ? fpProc(tag, id, buffer, size, version) : short{0};
+  return save != nullptr ? save(tag, id, buffer, size, version) : short{0};
 }
