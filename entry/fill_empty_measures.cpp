@@ -11,10 +11,10 @@ namespace {
 using PreferenceArray = std::unique_ptr<edk::LayerPreferences[]>;
 
 PreferenceArray LoadLayerPreferences(short layers) {
-  const auto count = static_cast<size_t>(layers > 0 ? layers : 0);
+  const auto count = static_cast<std::size_t>(layers > 0 ? layers : 0);
   PreferenceArray preferences(new (std::nothrow) edk::LayerPreferences[count]);
   if (preferences == nullptr) return preferences;
-  for (size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < count; ++i) {
     preferences[i] = edk::LoadOrZero<edk::LayerPreferences>({static_cast<int>(i)});
   }
   return preferences;
@@ -32,7 +32,7 @@ bool LayerCountsAsEmpty(const edk::Cell& cell, short layer, const edk::LayerPref
 // with a count of 0 every measure is.
 bool IsEmpty(const edk::Cell& cell, short layers, const PreferenceArray& preferences) {
   short layer = 0;
-  while (layer < layers && LayerCountsAsEmpty(cell, layer, preferences[static_cast<size_t>(layer)])) ++layer;
+  while (layer < layers && LayerCountsAsEmpty(cell, layer, preferences[static_cast<std::size_t>(layer)])) ++layer;
   return layer == layers;
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 // The folder of the bundle that an image in Contents/<folder>/... belongs to, the innermost one; empty when none.
 std::string BundleAround(const std::string& image) {
-  const size_t contents = image.rfind("/Contents/");
+  const std::size_t contents = image.rfind("/Contents/");
   return contents != image.npos && contents > 0 ? image.substr(0, contents) : std::string();
 }
 

@@ -11,7 +11,7 @@ namespace sok {
 
 // Writes the units and answers how many; nothing when the bytes are invalid or the encoding is unknown. There must be
 // room for as many units as bytes, the most that any encoding yields. One byte order mark in front is dropped.
-std::optional<size_t> Decode(std::string_view bytes, CFStringEncoding encoding, char16_t* units);
+std::optional<std::size_t> Decode(std::string_view bytes, CFStringEncoding encoding, char16_t* units);
 std::optional<std::u16string> Decode(std::string_view bytes, CFStringEncoding encoding);
 
 // As UTF-8, unpaired surrogates left out.
@@ -21,15 +21,15 @@ std::string ToUtf8(std::u16string_view units);
 bool AppendCodePoint(std::u16string& units, char32_t code_point);
 
 struct Encoded {
-  size_t units = 0;  // converted
-  size_t bytes = 0;  // used
+  std::size_t units = 0;  // converted
+  std::size_t bytes = 0;  // used
 };
 
 // Encodes from the front as much as fits into `capacity` bytes; a null buffer counts, and no capacity limits it.
 // Without a loss byte it stops before the first character that the encoding lacks; of a letter and a mark that have no
 // byte together, the letter's byte may then stand behind the bytes used.
 Encoded Encode(std::u16string_view units, CFStringEncoding encoding, UInt8 loss_byte, bool with_mark, UInt8* buffer,
-               size_t capacity);
+               std::size_t capacity);
 
 // Whether ASCII text has the same bytes in the encoding.
 bool HoldsAscii(CFStringEncoding encoding);

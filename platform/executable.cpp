@@ -27,7 +27,7 @@ __attribute__((no_sanitize("thread"))) std::string Copy(const volatile char* nam
 }
 
 // Runs under the loader's lock, called from C: only takes the name down.
-int TakeName(dl_phdr_info* info, size_t, void* data) {
+int TakeName(dl_phdr_info* info, std::size_t, void* data) {
   auto& list = *static_cast<ImageList*>(data);
   try {
     list.names.push_back(Copy(info->dlpi_name));

@@ -51,7 +51,7 @@ std::vector<std::string> ListFolder(const std::string& path) {
 }
 
 std::string ParentOf(const std::string& path) {
-  const size_t slash = path.rfind('/');
+  const std::size_t slash = path.rfind('/');
   return slash == 0 || slash == path.npos ? "/" : path.substr(0, slash);
 }
 

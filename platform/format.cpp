@@ -13,7 +13,7 @@
 namespace sok {
 namespace {
 
-constexpr size_t kNumericLimit = 510;  // the characters that one numeric directive yields at most
+constexpr std::size_t kNumericLimit = 510;  // the characters that one numeric directive yields at most
 
 // A value of the argument list as its directive reads it.
 struct Argument {
@@ -27,7 +27,7 @@ struct Argument {
 
 // Gives every directive the indexes of its arguments, and returns what the list holds by index; nothing when an index
 // is out of reach. Directives without an index count on their own, and an index may be used more than once.
-std::optional<std::vector<Argument>> PlanArguments(std::vector<Conversion>& conversions, size_t percent_signs) {
+std::optional<std::vector<Argument>> PlanArguments(std::vector<Conversion>& conversions, std::size_t percent_signs) {
   std::vector<Argument> arguments(3 * percent_signs + 1);  // value, width and precision of each
   int next = 0;
   for (Conversion& conversion : conversions) {
@@ -36,8 +36,8 @@ std::optional<std::vector<Argument>> PlanArguments(std::vector<Conversion>& conv
       const bool is_value = index == &conversion.argument;
       if (*index == Conversion::kNone && !is_value) continue;
       if (*index < 0) *index = next++;
-      if (static_cast<size_t>(*index) >= arguments.size()) return std::nullopt;
-      Argument& argument = arguments[static_cast<size_t>(*index)];
+      if (static_cast<std::size_t>(*index) >= arguments.size()) return std::nullopt;
+      Argument& argument = arguments[static_cast<std::size_t>(*index)];
       argument.directive = is_value ? conversion.directive : Directive::kInteger;
       argument.size = is_value ? conversion.size : ArgumentSize::kInt;
     }
@@ -124,24 +124,25 @@ std::u16string PrintPointer(Conversion conversion, const void* pointer) {
 
 // Pads text to the width; never with zeros.
 std::u16string Padded(const Conversion& conversion, std::u16string text) {
-  const size_t width = conversion.width > 0 ? static_cast<size_t>(conversion.width) : 0;
+  const std::size_t width = conversion.width > 0 ? static_cast<std::size_t>(conversion.width) : 0;
   if (text.size() < width) text.insert(conversion.minus ? text.size() : 0, width - text.size(), u' ');
   return text;
 }
 
-size_t Limit(const Conversion& conversion) {
-  return conversion.precision >= 0 ? static_cast<size_t>(conversion.precision) : std::numeric_limits<size_t>::max();
+std::size_t Limit(const Conversion& conversion) {
+  return conversion.precision >= 0 ? static_cast<std::size_t>(conversion.precision)
+                                   : std::numeric_limits<std::size_t>::max();
 }
 
-std::u16string FromMacRoman(const unsigned char* bytes, size_t length) {
+std::u16string FromMacRoman(const unsigned char* bytes, std::size_t length) {
   std::u16string text(length, u'\0');
   MacRomanUnits({reinterpret_cast<const char*>(bytes), length}, text.data());
   return text;
 }
 
 template <typename Unit>
-size_t BoundedLength(const Unit* text, size_t limit) {
-  size_t length = 0;
+std::size_t BoundedLength(const Unit* text, std::size_t limit) {
+  std::size_t length = 0;
   while (length < limit && text[length] != 0) ++length;
   return length;
 }
@@ -155,7 +156,7 @@ std::u16string PrintText(const Conversion& conversion, const void* pointer) {
     }
     case Directive::kPascal: {
       const auto* bytes = static_cast<const unsigned char*>(pointer);
-      return Padded(conversion, FromMacRoman(bytes + 1, std::min<size_t>(bytes[0], Limit(conversion))));
+      return Padded(conversion, FromMacRoman(bytes + 1, std::min<std::size_t>(bytes[0], Limit(conversion))));
     }
     case Directive::kObject:
       return static_cast<const Object*>(pointer)->Description();
@@ -172,8 +173,9 @@ std::u16string PrintValue(const Conversion& conversion, const Argument& argument
     case Directive::kUnsigned:
       return PrintInteger(conversion, argument.integer);
     case Directive::kDouble:
-      if (conversion.size == ArgumentSize::kLongDouble)
+      if (conversion.size == ArgumentSize::kLongDouble) {
         return Print(conversion, "L", conversion.letter, argument.long_number);
+      }
       return Print(conversion, "", conversion.letter, argument.number);
     case Directive::kCharacter:
       return Print(conversion, "", 'c', static_cast<int>(argument.integer));
@@ -200,7 +202,7 @@ Conversion Resolved(Conversion conversion, const std::vector<Argument>& argument
                        conversion.directive == Directive::kPascal;
   if (conversion.bare_precision && !is_text) conversion.precision = 0;
   if (conversion.width_argument >= 0) {
-    conversion.width = static_cast<int>(arguments[static_cast<size_t>(conversion.width_argument)].integer);
+    conversion.width = static_cast<int>(arguments[static_cast<std::size_t>(conversion.width_argument)].integer);
     if (conversion.width < 0 && !is_text) {
       conversion.minus = true;
       conversion.width =
@@ -208,7 +210,7 @@ Conversion Resolved(Conversion conversion, const std::vector<Argument>& argument
     }
   }
   if (conversion.precision_argument >= 0) {
-    conversion.precision = static_cast<int>(arguments[static_cast<size_t>(conversion.precision_argument)].integer);
+    conversion.precision = static_cast<int>(arguments[static_cast<std::size_t>(conversion.precision_argument)].integer);
   }
   return conversion;
 }
@@ -216,7 +218,7 @@ Conversion Resolved(Conversion conversion, const std::vector<Argument>& argument
 CFStringRef Format(std::u16string_view format, va_list list) {
   std::optional<std::vector<Conversion>> conversions = ParseFormat(format);
   if (!conversions) return nullptr;
-  const auto percent_signs = static_cast<size_t>(std::count(format.begin(), format.end(), u'%'));
+  const auto percent_signs = static_cast<std::size_t>(std::count(format.begin(), format.end(), u'%'));
   std::optional<std::vector<Argument>> arguments = PlanArguments(*conversions, percent_signs);
   if (!arguments) return MakeString({}).Detach();
   TakeArguments(*arguments, list);
@@ -225,7 +227,7 @@ CFStringRef Format(std::u16string_view format, va_list list) {
     if (conversion.directive == Directive::kText) {
       text += conversion.text;
     } else {
-      text += PrintValue(Resolved(conversion, *arguments), (*arguments)[static_cast<size_t>(conversion.argument)]);
+      text += PrintValue(Resolved(conversion, *arguments), (*arguments)[static_cast<std::size_t>(conversion.argument)]);
     }
   }
   return MakeString(text).Detach();

@@ -29,7 +29,7 @@ enum class Outcome { kDirective, kUnknown, kCutOff, kOverflow };
 // Reads one directive, from behind its percent sign.
 class DirectiveParser {
  public:
-  DirectiveParser(std::u16string_view format, size_t at) : format_(format), at_(at) {}
+  DirectiveParser(std::u16string_view format, std::size_t at) : format_(format), at_(at) {}
 
   Outcome Parse(Conversion& conversion) {
     bool number_or_dot = false;  // the last thing read
@@ -47,7 +47,7 @@ class DirectiveParser {
     return number_or_dot ? Outcome::kUnknown : Outcome::kCutOff;
   }
 
-  size_t at() const { return at_; }
+  std::size_t at() const { return at_; }
 
  private:
   // A width, a precision, or with a dollar sign the index of an argument. `is_plain`: it stood without the sign.
@@ -78,7 +78,7 @@ class DirectiveParser {
   // Skips what stands in brackets.
   bool Brackets(char16_t unit) {
     if (unit != u'[') return false;
-    const size_t close = format_.find(u']', at_);
+    const std::size_t close = format_.find(u']', at_);
     at_ = close != format_.npos ? close + 1 : format_.size();
     return true;
   }
@@ -154,7 +154,7 @@ class DirectiveParser {
   }
 
   const std::u16string_view format_;
-  size_t at_;
+  std::size_t at_;
   bool seen_dot_ = false;
 };
 
@@ -165,9 +165,9 @@ std::optional<std::vector<Conversion>> ParseFormat(std::u16string_view format) {
   const auto add_text = [&conversions](std::u16string_view text) {
     if (!text.empty()) conversions.emplace_back().text = text;
   };
-  size_t at = 0;
+  std::size_t at = 0;
   while (at < format.size()) {
-    const size_t percent = std::min(format.find(u'%', at), format.size());
+    const std::size_t percent = std::min(format.find(u'%', at), format.size());
     add_text(format.substr(at, percent - at));
     if (percent == format.size()) break;
     DirectiveParser parser(format, percent + 1);

@@ -36,13 +36,13 @@ void AppendOnce(std::vector<std::string>& list, const std::string& language) {
 // there are none, those of other regions.
 void AppendMatches(std::vector<std::string>& chosen, std::string_view language,
                    const std::vector<std::string>& available) {
-  const size_t before = chosen.size();
+  const std::size_t before = chosen.size();
   std::string form = Canonical(language);
   for (;;) {
     for (const std::string& folder : available) {
       if (Canonical(folder) == form) AppendOnce(chosen, folder);
     }
-    const size_t dash = form.rfind('-');
+    const std::size_t dash = form.rfind('-');
     if (dash == form.npos) break;
     form.resize(dash);
   }
@@ -60,7 +60,7 @@ std::vector<std::string> PreferredLanguages() {
     const char* value = std::getenv(variable);
     std::string_view rest = value != nullptr ? value : "";
     while (!rest.empty()) {
-      const size_t colon = std::min(rest.find(':'), rest.size());
+      const std::size_t colon = std::min(rest.find(':'), rest.size());
       const std::string_view locale = rest.substr(0, colon);
       const std::string language(locale.substr(0, locale.find_first_of(".@")));  // without the character set
       if (language == "C" || language == "POSIX") return languages;

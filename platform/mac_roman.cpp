@@ -79,14 +79,14 @@ constexpr Block kMarks[] = {
 }  // namespace
 
 void MacRomanUnits(std::string_view bytes, char16_t* units) {
-  const auto unit = [bytes](size_t at) { return kUnits[static_cast<unsigned char>(bytes[at])]; };
-  const size_t rest = bytes.size() % 8;
-  for (size_t at = 0; at < rest; ++at) units[at] = unit(at);
-  for (size_t start = rest; start < bytes.size(); start += 8) {
+  const auto unit = [bytes](std::size_t at) { return kUnits[static_cast<unsigned char>(bytes[at])]; };
+  const std::size_t rest = bytes.size() % 8;
+  for (std::size_t at = 0; at < rest; ++at) units[at] = unit(at);
+  for (std::size_t start = rest; start < bytes.size(); start += 8) {
     if (AsciiOfEight(bytes.data() + start) == 8) {
       WidenEight(bytes.data() + start, units + start);
     } else {
-      for (size_t at = start; at < start + 8; ++at) units[at] = unit(at);
+      for (std::size_t at = start; at < start + 8; ++at) units[at] = unit(at);
     }
   }
 }

@@ -38,7 +38,7 @@ std::optional<std::u16string> DecodeList(std::string_view bytes) {
 }
 
 bool LooksLikeXml(std::u16string_view text) {
-  const size_t start = text.find_first_not_of(u" \t\r\n");
+  const std::size_t start = text.find_first_not_of(u" \t\r\n");
   return start != text.npos && text[start] == u'<';
 }
 
@@ -48,10 +48,11 @@ Ref<const Dictionary> ParsePropertyList(std::string_view bytes, int* line) {
   const std::optional<std::u16string> text = DecodeList(bytes);
   if (line != nullptr) *line = 1;
   if (!text) return {};
-  size_t place = 0;
+  std::size_t place = 0;
   Value list = LooksLikeXml(*text) ? ParseXmlList(*text, place) : ParseOldStyleList(*text, place);
-  if (line != nullptr)
+  if (line != nullptr) {
     *line += static_cast<int>(std::count(text->begin(), text->begin() + static_cast<std::ptrdiff_t>(place), u'\n'));
+  }
   if (As<Dictionary>(list.get()) == nullptr) return {};
   return Ref<const Dictionary>::Adopt(static_cast<const Dictionary*>(list.Detach()));
 }
@@ -65,7 +66,9 @@ Ref<const Dictionary> ReadPropertyList(const std::string& path, int* line) {
   if (file == nullptr) return {};
   std::string bytes;
   std::array<char, 16384> block;
-  while (const size_t count = std::fread(block.data(), 1, block.size(), file.get())) bytes.append(block.data(), count);
+  while (const std::size_t count = std::fread(block.data(), 1, block.size(), file.get())) {
+    bytes.append(block.data(), count);
+  }
   if (std::ferror(file.get()) != 0) return {};
   return ParsePropertyList(bytes, line);
 }

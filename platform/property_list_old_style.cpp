@@ -45,7 +45,7 @@ class Parser {
   explicit Parser(std::u16string_view text) : text_(text) {}
 
   // Where the outermost entry or value that is read last begins.
-  size_t last() const { return last_; }
+  std::size_t last() const { return last_; }
 
   Value ParseFile() {
     SkipBlanks();
@@ -74,9 +74,9 @@ class Parser {
       if (IsBlank(rest[0])) {
         ++at_;
       } else if (rest.starts_with(u"//")) {
-        at_ = static_cast<size_t>(std::find_if(rest.begin(), rest.end(), IsLineEnd) - text_.begin());
+        at_ = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), IsLineEnd) - text_.begin());
       } else if (rest.starts_with(u"/*")) {
-        const size_t close = text_.find(u"*/", at_ + 2);
+        const std::size_t close = text_.find(u"*/", at_ + 2);
         at_ = close != text_.npos ? close + 2 : text_.size();
       } else {
         return;
@@ -153,7 +153,7 @@ class Parser {
 
   std::optional<std::u16string> ParseText() {
     if (At(u'"') || At(u'\'')) return ParseQuoted(text_[at_++]);
-    const size_t start = at_;
+    const std::size_t start = at_;
     while (!AtEnd() && IsWordUnit(text_[at_])) ++at_;
     if (at_ == start) return std::nullopt;
     return std::u16string(text_.substr(start, at_ - start));
@@ -177,7 +177,7 @@ class Parser {
     constexpr std::u16string_view kLetters = u"abfnrtv", kControls = u"\a\b\f\n\r\t\v";
     const char16_t unit = text_[at_++];
     if (unit == u'U') return static_cast<char16_t>(ParseDigits(4, 4, HexValue));
-    if (const size_t letter = kLetters.find(unit); letter != kLetters.npos) return kControls[letter];
+    if (const std::size_t letter = kLetters.find(unit); letter != kLetters.npos) return kControls[letter];
     if (OctalValue(unit) < 0) return unit;
     --at_;
     const int number = ParseDigits(3, 3, OctalValue) & 0xFF;
@@ -185,21 +185,21 @@ class Parser {
   }
 
   // The number that at most so many digits make, each worth so many bits.
-  int ParseDigits(size_t most, int bits, int (*value_of)(char16_t)) {
+  int ParseDigits(std::size_t most, int bits, int (*value_of)(char16_t)) {
     int number = 0;
-    for (const size_t end = at_ + most; at_ < end && !AtEnd() && value_of(text_[at_]) >= 0; ++at_) {
+    for (const std::size_t end = at_ + most; at_ < end && !AtEnd() && value_of(text_[at_]) >= 0; ++at_) {
       number = number << bits | value_of(text_[at_]);
     }
     return number;
   }
 
   const std::u16string_view text_;
-  size_t at_ = 0, last_ = 0;
+  std::size_t at_ = 0, last_ = 0;
 };
 
 }  // namespace
 
-Value ParseOldStyleList(std::u16string_view text, size_t& place) {
+Value ParseOldStyleList(std::u16string_view text, std::size_t& place) {
   Parser parser(text);
   Value list = parser.ParseFile();
   place = parser.last();

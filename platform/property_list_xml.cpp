@@ -30,7 +30,7 @@ struct Tag {
 };
 
 std::u16string_view Trimmed(std::u16string_view text) {
-  const size_t first = text.find_first_not_of(kBlanks);
+  const std::size_t first = text.find_first_not_of(kBlanks);
   if (first == text.npos) return {};
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
@@ -72,7 +72,7 @@ std::optional<std::string> DecodeBase64(std::u16string_view text) {
   for (const char16_t unit : text) {
     if (kBlanks.find(unit) != kBlanks.npos) continue;
     if (unit == u'=') break;
-    const size_t digit = kDigits.find(unit);
+    const std::size_t digit = kDigits.find(unit);
     if (digit == kDigits.npos) return std::nullopt;
     buffer = (buffer << 6 | static_cast<unsigned>(digit)) & 0xFFFF;
     bits += 6;
@@ -109,7 +109,7 @@ class Parser {
   explicit Parser(std::u16string_view text) : text_(text) {}
 
   // How far it has come.
-  size_t place() const { return at_; }
+  std::size_t place() const { return at_; }
 
   Value ParseDocument() {
     const std::optional<Tag> tag = NextTag();
@@ -124,7 +124,7 @@ class Parser {
 
  private:
   bool SkipPast(std::u16string_view end) {
-    const size_t found = text_.find(end, at_);
+    const std::size_t found = text_.find(end, at_);
     if (found == text_.npos) return false;
     at_ = found + end.size();
     return true;
@@ -159,7 +159,7 @@ class Parser {
   }
 
   std::optional<Tag> ParseTag() {
-    const size_t start = at_ + 1;
+    const std::size_t start = at_ + 1;
     if (!SkipPast(u">")) return std::nullopt;
     std::u16string_view inside = text_.substr(start, at_ - 1 - start);
     Tag tag;
@@ -238,14 +238,14 @@ class Parser {
   }
 
   bool ParseLiteral(std::u16string& text) {
-    const size_t start = at_ + 9;
+    const std::size_t start = at_ + 9;
     if (!SkipPast(u"]]>")) return false;
     text += text_.substr(start, at_ - 3 - start);
     return true;
   }
 
   bool ParseEntity(std::u16string& text) {
-    const size_t start = at_ + 1;
+    const std::size_t start = at_ + 1;
     if (!SkipPast(u";")) return false;
     const std::u16string_view name = text_.substr(start, at_ - 1 - start);
     if (name.starts_with(u"#")) return AppendCharacter(ToUtf8(name.substr(1)), text);
@@ -265,12 +265,12 @@ class Parser {
   }
 
   const std::u16string_view text_;
-  size_t at_ = 0;
+  std::size_t at_ = 0;
 };
 
 }  // namespace
 
-Value ParseXmlList(std::u16string_view text, size_t& place) {
+Value ParseXmlList(std::u16string_view text, std::size_t& place) {
   Parser parser(text);
   Value list = parser.ParseDocument();
   place = parser.place();

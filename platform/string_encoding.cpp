@@ -13,7 +13,7 @@ CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* bytes, CFStrin
   if (bytes == nullptr) return nullptr;
   return sok::OrElse<CFStringRef>(nullptr, [&]() -> CFStringRef {
     const std::string_view text = bytes;
-    std::optional<size_t> count;
+    std::optional<std::size_t> count;
     sok::Ref<sok::String> made = sok::String::Make(text.size(), [&](char16_t* units) {
       count = sok::Decode(text, encoding, units);
       return count.value_or(0);
@@ -27,14 +27,14 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding enc
   if (used != nullptr) *used = 0;
   const std::u16string_view units = sok::View(string);
   if (string == nullptr || range.location < 0 || range.length < 0 || size < 0 ||
-      static_cast<size_t>(range.location) > units.size()) {
+      static_cast<std::size_t>(range.location) > units.size()) {
     return 0;
   }
   // No room at all counts like no buffer where UTF-8 has more to do than copy ASCII.
   if (size == 0 && encoding == kCFStringEncodingUTF8 && !sok::IsAscii(units)) buffer = nullptr;
   const sok::Encoded done =
-      sok::Encode(units.substr(static_cast<size_t>(range.location), static_cast<size_t>(range.length)), encoding,
-                  lossByte, isExternal != 0, buffer, static_cast<size_t>(size));
+      sok::Encode(units.substr(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length)),
+                  encoding, lossByte, isExternal != 0, buffer, static_cast<std::size_t>(size));
   if (used != nullptr) *used = static_cast<CFIndex>(done.bytes);
   return static_cast<CFIndex>(done.units);
 }

@@ -80,17 +80,18 @@ CFStringRef __CFStringMakeConstantString(const char* text) {
 
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* units, CFIndex length) {
   if (length < 0 || (units == nullptr && length > 0)) return nullptr;
-  const auto copy = [&](char16_t* room) { return static_cast<size_t>(std::copy_n(units, length, room) - room); };
+  const auto copy = [&](char16_t* room) { return static_cast<std::size_t>(std::copy_n(units, length, room) - room); };
   return sok::OrElse<CFStringRef>(nullptr,
-                                  [&] { return sok::String::Make(static_cast<size_t>(length), copy).Detach(); });
+                                  [&] { return sok::String::Make(static_cast<std::size_t>(length), copy).Detach(); });
 }
 
 CFIndex CFStringGetLength(CFStringRef string) { return static_cast<CFIndex>(sok::View(string).size()); }
 
 void CFStringGetCharacters(CFStringRef string, CFRange range, UniChar* buffer) {
   const std::u16string_view units = sok::View(string);
-  if (range.location < 0 || range.length <= 0 || static_cast<size_t>(range.location) > units.size()) return;
-  const std::u16string_view part = units.substr(static_cast<size_t>(range.location), static_cast<size_t>(range.length));
+  if (range.location < 0 || range.length <= 0 || static_cast<std::size_t>(range.location) > units.size()) return;
+  const std::u16string_view part =
+      units.substr(static_cast<std::size_t>(range.location), static_cast<std::size_t>(range.length));
   std::memcpy(buffer, part.data(), part.size() * sizeof(UniChar));
 }
 

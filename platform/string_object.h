@@ -13,7 +13,7 @@ struct __CFString final : sok::Object {
 
   // A string of what `write(units)` puts into the given room and counts. May throw for want of memory.
   template <typename Write>
-  static sok::Ref<__CFString> Make(size_t room, Write write) {
+  static sok::Ref<__CFString> Make(std::size_t room, Write write) {
     void* const memory = ::operator new(sizeof(__CFString) + room * sizeof(char16_t));
     sok::Ref<__CFString> made = sok::Ref<__CFString>::Adopt(::new (memory) __CFString);
     made->size_ = write(made->Room());
@@ -28,7 +28,7 @@ struct __CFString final : sok::Object {
   __CFString() : Object(kKind) {}
   char16_t* Room() { return reinterpret_cast<char16_t*>(this + 1); }
 
-  size_t size_ = 0;
+  std::size_t size_ = 0;
 };
 
 namespace sok {

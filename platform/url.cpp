@@ -45,7 +45,7 @@ CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* pa
 }
 
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean, UInt8* buffer, CFIndex size) {
-  if (url == nullptr || size <= 0 || url->path.size() >= static_cast<size_t>(size)) return false;
+  if (url == nullptr || size <= 0 || url->path.size() >= static_cast<std::size_t>(size)) return false;
   std::memcpy(buffer, url->path.c_str(), url->path.size() + 1);
   return true;
 }

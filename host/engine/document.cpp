@@ -26,14 +26,15 @@ short IndexOfNumber(std::span<const EXENTRY> entries, int number) {
 
 template <typename Container>
 const auto* At(const Container& container, int index) {
-  return index >= 0 && static_cast<size_t>(index) < container.size() ? &container[static_cast<size_t>(index)] : nullptr;
+  return index >= 0 && static_cast<std::size_t>(index) < container.size() ? &container[static_cast<std::size_t>(index)]
+                                                                          : nullptr;
 }
 
 // The index of `name` in `names`, where it is added when it is missing and there is room.
 short AddName(std::vector<std::string>& names, std::string_view name, bool once) {
   const auto at = std::find(names.begin(), names.end(), name);
   if (once && at != names.end()) return static_cast<short>(at - names.begin());
-  if (names.size() >= static_cast<size_t>(kMostNumbers)) return -1;
+  if (names.size() >= static_cast<std::size_t>(kMostNumbers)) return -1;
   names.emplace_back(name);
   return static_cast<short>(names.size() - 1);
 }
@@ -89,8 +90,8 @@ bool Document::LayerShown(short layer) const { return layer >= 0 && layer < kLay
 
 bool Document::Exists(const FramePlace& place) const {
   return place.instrument > 0 && place.instrument <= staff_count_ && place.measure > 0 &&
-         static_cast<size_t>(place.measure) <= measure_durations_.size() && place.layer >= 0 && place.layer < kLayers &&
-         (source_ == nullptr || source_->Has(place));
+         static_cast<std::size_t>(place.measure) <= measure_durations_.size() && place.layer >= 0 &&
+         place.layer < kLayers && (source_ == nullptr || source_->Has(place));
 }
 
 void Document::SetEntrySource(const EntrySource* source) {
@@ -119,13 +120,13 @@ void Document::CopyEntries(const FramePlace& place, EXENTRY* entries) const {
 }
 
 std::vector<EXENTRY> Document::Entries(const FramePlace& place) const {
-  std::vector<EXENTRY> entries(static_cast<size_t>(EntryCount(place)));
+  std::vector<EXENTRY> entries(static_cast<std::size_t>(EntryCount(place)));
   if (!entries.empty()) CopyEntries(place, entries.data());
   return entries;
 }
 
 bool Document::SetEntries(const FramePlace& place, std::vector<EXENTRY> entries) {
-  if (!Exists(place) || entries.size() > static_cast<size_t>(kMostNumbers)) return false;
+  if (!Exists(place) || entries.size() > static_cast<std::size_t>(kMostNumbers)) return false;
   for (const EXENTRY& entry : entries) {
     if (entry.noteCount < 0 || entry.noteCount > EXENTRY::kMostNotes) return false;
   }

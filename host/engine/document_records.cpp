@@ -15,8 +15,8 @@ namespace sok {
 namespace {
 
 constexpr int kEntryRecordSize = sizeof(EDTEntry);
-constexpr size_t kEntryNumberEnd = offsetof(EXENTRY, duration);
-constexpr size_t kEntryViewEnd = offsetof(EXENTRY, notes) + 3 * sizeof(EXNOTE);
+constexpr std::size_t kEntryNumberEnd = offsetof(EXENTRY, duration);
+constexpr std::size_t kEntryViewEnd = offsetof(EXENTRY, notes) + 3 * sizeof(EXNOTE);
 
 bool Changed(Document& document, bool done) {
   document.dirty = document.dirty || done;
@@ -31,7 +31,7 @@ bool LoadEntry(const Document& document, int number, void* buffer, int* size) {
     unsigned char record[kEntryRecordSize] = {};
     const auto* const entry = reinterpret_cast<const unsigned char*>(entries.data() + position->index);
     std::copy(entry, entry + kEntryViewEnd, record);
-    std::memcpy(buffer, record, static_cast<size_t>(std::min(*size, kEntryRecordSize)));
+    std::memcpy(buffer, record, static_cast<std::size_t>(std::min(*size, kEntryRecordSize)));
   }
   if (size != nullptr) *size = kEntryRecordSize;
   return true;

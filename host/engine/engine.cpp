@@ -71,7 +71,7 @@ EXTGF2005a* Engine::LoadFrame(unsigned short list, short slot, short measure, sh
   const unsigned short key[] = {Word(place.instrument), Word(measure), Word(layer), list, Word(slot), Word(option)};
   std::copy(std::begin(key), std::end(key), frame->key);
   if (const short count = document.EntryCount(place); count > 0) {
-    frame->entries = new EXENTRY[static_cast<size_t>(count)]();
+    frame->entries = new EXENTRY[static_cast<std::size_t>(count)]();
     frame->count = count;
     document.CopyEntries(place, frame->entries);
   }
@@ -94,7 +94,7 @@ std::optional<std::span<const EXENTRY>> Engine::EntriesOf(const EXTGF2005a* fram
     return std::nullopt;
   }
   const EXENTRY* const entries = frame->entries;
-  return std::span(entries, static_cast<size_t>(frame->count));
+  return std::span(entries, static_cast<std::size_t>(frame->count));
 }
 
 bool Engine::SaveFrame(EXTGF2005a* frame) {
@@ -136,7 +136,7 @@ bool Engine::InsertEntries(EXTGF2005a* frame, short index, short count) {
     return false;
   }
   std::vector<EXENTRY> entries(before->begin(), before->end());
-  const auto first = entries.insert(entries.begin() + index, static_cast<size_t>(count), EXENTRY{});
+  const auto first = entries.insert(entries.begin() + index, static_cast<std::size_t>(count), EXENTRY{});
   std::for_each(first, first + count, [&](EXENTRY& entry) { entry.number = session_->document->NewEntryNumber(); });
   ReplaceEntries(frame, entries);
   return true;

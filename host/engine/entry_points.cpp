@@ -22,7 +22,7 @@ Document& TheDocument() { return *gEngine.session()->document; }
 template <typename Unit, typename Text>
 short CopyText(const Text& text, Unit* buffer, short capacity) {
   if (buffer == nullptr || capacity <= 0) return 0;
-  const size_t length = std::min(text.size(), static_cast<size_t>(capacity) - 1);
+  const std::size_t length = std::min(text.size(), static_cast<std::size_t>(capacity) - 1);
   std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(length), buffer,
                  [](auto unit) { return static_cast<Unit>(unit); });
   buffer[length] = 0;

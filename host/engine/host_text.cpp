@@ -10,13 +10,13 @@ namespace {
 std::string TakeBytes(CFStringRef string, CFStringEncoding encoding) {
   if (string == nullptr) return {};
   const CFIndex length = CFStringGetLength(string);
-  std::string bytes(static_cast<size_t>(CFStringGetMaximumSizeForEncoding(length, encoding)), '\0');
-  size_t end = 0;
+  std::string bytes(static_cast<std::size_t>(CFStringGetMaximumSizeForEncoding(length, encoding)), '\0');
+  std::size_t end = 0;
   for (CFIndex at = 0; at < length;) {
     CFIndex used = 0;
     at += CFStringGetBytes(string, {at, length - at}, encoding, '?', false, reinterpret_cast<UInt8*>(&bytes[end]),
                            static_cast<CFIndex>(bytes.size() - end), &used);
-    end += static_cast<size_t>(used);
+    end += static_cast<std::size_t>(used);
     if (at == length) break;
     bytes[end++] = '?';  // UTF-8 stops at an unpaired surrogate
     ++at;
@@ -52,7 +52,7 @@ std::u16string Utf16FromUtf8(const std::string& text) {
   const CFStringRef string = CreateFromBytes(text.c_str(), kCFStringEncodingUTF8);
   if (string == nullptr) return {};
   const CFRange all = {0, CFStringGetLength(string)};
-  std::u16string units(static_cast<size_t>(all.length), u'\0');
+  std::u16string units(static_cast<std::size_t>(all.length), u'\0');
   CFStringGetCharacters(string, all, reinterpret_cast<UniChar*>(units.data()));
   CFRelease(string);
   return units;

@@ -91,7 +91,7 @@ bool Readable(const void* buffer, int size) { return size >= 0 && (buffer != nul
 
 void CopyOut(const RecordStore::Bytes& record, void* buffer, int size) {
   if (buffer == nullptr || size <= 0 || record.empty()) return;
-  std::memcpy(buffer, record.data(), std::min(static_cast<size_t>(size), record.size()));
+  std::memcpy(buffer, record.data(), std::min(static_cast<std::size_t>(size), record.size()));
 }
 
 }  // namespace

@@ -107,10 +107,10 @@ char* PlugIn_GetStringResource(int number, char* buffer, short capacity) {
     CFStringGetPascalString(text, counted, sizeof counted, GetApplicationTextEncoding());
     CFRelease(text);
   }
-  const size_t length = counted[0];
+  const std::size_t length = counted[0];
   std::memmove(counted, counted + 1, length);
   counted[length] = 0;
-  std::strncpy(buffer, reinterpret_cast<const char*>(counted), static_cast<size_t>(capacity));
+  std::strncpy(buffer, reinterpret_cast<const char*>(counted), static_cast<std::size_t>(capacity));
   buffer[capacity - 1] = 0;
   return buffer;
 }
@@ -132,7 +132,7 @@ unsigned short* GetResourceCString_UTF16(unsigned long id) {
 }
 
 void c2p(unsigned char (&counted)[256], const char* text) {
-  const size_t length = std::min<size_t>(std::strlen(text), 255);
+  const std::size_t length = std::min<std::size_t>(std::strlen(text), 255);
   counted[0] = static_cast<unsigned char>(length);
   std::memcpy(counted + 1, text, length);
 }

@@ -62,12 +62,11 @@ bool EDTSmartShapeMeasMark::FindAndEraseMarkOnly(short measure, unsigned short s
 }
 
 bool EDTSmartShapeMeasMark::FindAndEraseWithCenterShapes(short measure, unsigned short shape) {
-  return EraseMarksOf<EDTSmartShapeMeasMark>(shape, measure,
-                                             [measure, shape](const EDTSmartShapeMeasMark& mark, short subIndex) {
-                                               if (mark.centerShape != 0)
-                                                 EDTCenterShape::EraseShapeOnly(shape, mark.centerShape);
-                                               return EraseMarkOnly(measure, subIndex);
-                                             });
+  const auto erase = [measure, shape](const EDTSmartShapeMeasMark& mark, short subIndex) {
+    if (mark.centerShape != 0) EDTCenterShape::EraseShapeOnly(shape, mark.centerShape);
+    return EraseMarkOnly(measure, subIndex);
+  };
+  return EraseMarksOf<EDTSmartShapeMeasMark>(shape, measure, erase);
 }
 
 bool EDTSmartShapeEntMark::Load(int entry, short subIndex) {

@@ -15,8 +15,8 @@ EXTGF2005a::~EXTGF2005a() {
 
 namespace {
 
-bool SharesIdentifier(std::span<const EXNOTE> notes, size_t note) {
-  for (size_t other = 0; other < notes.size(); ++other) {
+bool SharesIdentifier(std::span<const EXNOTE> notes, std::size_t note) {
+  for (std::size_t other = 0; other < notes.size(); ++other) {
     if (other != note && notes[other].identifier == notes[note].identifier) return true;
   }
   return false;
@@ -25,7 +25,7 @@ bool SharesIdentifier(std::span<const EXNOTE> notes, size_t note) {
 void GiveUniqueIdentifiers(std::span<EXNOTE> notes) {
   int largest = 0;
   for (const EXNOTE& note : notes) largest = std::max<int>(largest, note.identifier);
-  for (size_t i = 0; i < notes.size(); ++i) {
+  for (std::size_t i = 0; i < notes.size(); ++i) {
     if (notes[i].identifier == 0 || SharesIdentifier(notes, i)) notes[i].identifier = static_cast<short>(++largest);
   }
   for (EXNOTE& note : notes) {
@@ -37,7 +37,7 @@ void GiveUniqueIdentifiers(std::span<EXNOTE> notes) {
 void CleanEntry(EXENTRY& entry, bool add_note_to_rests) {
   // A count that no host gives is held to the range, so that no slot beyond is touched.
   const int notes = std::clamp<int>(entry.noteCount, 0, EXENTRY::kMostNotes);
-  GiveUniqueIdentifiers({entry.notes, static_cast<size_t>(notes)});
+  GiveUniqueIdentifiers({entry.notes, static_cast<std::size_t>(notes)});
   std::fill(entry.notes + notes, entry.notes + EXENTRY::kMostNotes, EXNOTE{});
   if (entry.noteCount == 0 && add_note_to_rests) {
     entry.noteCount = 1;
