@@ -59,7 +59,7 @@ void Engine::Attach(Session* session) {
   guard_frames_ = session != nullptr && session->guard_frames;
   if (session == nullptr) return;
   session->frames_held = 0;
-  session->edits_open = 0;
+  session->open_edits.clear();
   session->mass_edits_open = 0;
 }
 
@@ -161,16 +161,16 @@ void Engine::ReduceEntries(EXTGF2005a* frame) {
   if (entries.size() != before->size()) ReplaceEntries(frame, entries);
 }
 
-void Engine::OpenEdit() {
+void Engine::OpenEdit(std::string text) {
   before_edits_.push_back(*session_->document);
-  ++session_->edits_open;
+  session_->open_edits.push_back(std::move(text));
 }
 
 bool Engine::CloseEdit(bool keep) {
   if (before_edits_.empty()) return false;
   if (!keep) *session_->document = std::move(before_edits_.back());
   before_edits_.pop_back();
-  --session_->edits_open;
+  session_->open_edits.pop_back();
   return true;
 }
 

@@ -39,8 +39,8 @@ class Engine {
   bool DeleteEntries(EXTGF2005a* frame, short index, short count);
   void ReduceEntries(EXTGF2005a* frame);  // drops what has no duration and is no note, as an insertion leaves it
 
-  void OpenEdit();
-  bool CloseEdit(bool keep);  // the innermost; false when none is open
+  void OpenEdit(std::string text);  // as the undo menu is to show it, UTF-8
+  bool CloseEdit(bool keep);        // the innermost; false when none is open
 
  private:
   // The entries that a frame holds; nothing when its count and array do not fit together.

@@ -34,8 +34,8 @@ short ShowAlert(std::string message) {
   return 1;  // the default button
 }
 
-int OpenEdit() {
-  gEngine.OpenEdit();
+int OpenEdit(std::string text) {
+  gEngine.OpenEdit(std::move(text));
   return 1;
 }
 
@@ -78,10 +78,12 @@ void SX_SetOrvelDocumentDirty(short document, short dirty, unsigned int version)
 
 // ---- Edits ----
 
-int SX_StartSonkelEdit(const char* text, unsigned int version) { return Serve<int>(__func__, version, text)(OpenEdit); }
+int SX_StartSonkelEdit(const char* text, unsigned int version) {
+  return Serve<int>(__func__, version, text)([&] { return OpenEdit(Utf8FromMacRoman(text)); });
+}
 
 int SX_StartSonkelEdit_UTF16(const unsigned short* text, unsigned int version) {
-  return Serve<int>(__func__, version, text)(OpenEdit);
+  return Serve<int>(__func__, version, text)([&] { return OpenEdit(Utf8FromUtf16(text)); });
 }
 
 short SX_EndSonkelEdit(unsigned int version) {

@@ -41,9 +41,9 @@ class CallObserver {
 struct Session {
   Document* document = nullptr;
   CallObserver* observer = nullptr;
-  std::vector<std::string> alerts;  // UTF-8, in the order shown
-  int frames_held = 0;              // handed out and not yet freed
-  int edits_open = 0;
+  std::vector<std::string> alerts;           // UTF-8, in the order shown
+  int frames_held = 0;                       // handed out and not yet freed
+  std::vector<std::string> open_edits = {};  // the texts of edits that were started and not ended, UTF-8
   int mass_edits_open = 0;
   bool guard_frames = false;  // each frame on a page of its own, which nobody can touch once it is freed
 };

@@ -165,7 +165,7 @@ TEST(Document, TakesUnsetFramesFromItsSource) {
   EXPECT_EQ(Numbers(document.Entries({1, 2, 0})), std::vector{2});
   EXPECT_TRUE(document.SetEntries({1, 1, 1}, {Entry(1, 1024), Entry(0, 1024), Entry(9, 512), Entry(9, 512)}));
   EXPECT_EQ(Numbers(document.Entries({1, 1, 1})), (std::vector{3, 4, 9, 10}));  // 1 belongs to the source still
-  EXPECT_TRUE(document.SetEntries({1, 1, 0}, {}));  // it has moved
+  EXPECT_TRUE(document.SetEntries({1, 1, 0}, {}));                              // it has moved
   EXPECT_EQ(Numbers(document.Entries({1, 1, 1})), (std::vector{1, 4, 9, 10}));
   EXPECT_TRUE(document.SetEntries({1, 1, 1}, {Entry(3, 1024)}));  // by the number that it had in between
   EXPECT_EQ(Numbers(document.Entries({1, 1, 1})), std::vector{1});
@@ -183,13 +183,13 @@ TEST_F(Engine, CancellingAnEditTakesItsChangesBack) {
   const unsigned short inner[] = {'i', 0};
   EXPECT_EQ(SX_StartSonkelEdit_UTF16(inner, kVersion), 1);
   SX_SaveEData(0x6F743231, &id, "bb", 2, kVersion);
-  EXPECT_EQ(host.session.edits_open, 2);
+  EXPECT_EQ(host.session.open_edits, (std::vector<std::string>{"outer", "i"}));
   SX_CancelSonkelEdit(kVersion);
   int size = 0;
   EXPECT_EQ(SX_LoadEData(0x6F743231, &id, nullptr, &size, kVersion), 1);
   EXPECT_EQ(size, 1);
   EXPECT_EQ(SX_EndSonkelEdit(kVersion), 1);
-  EXPECT_EQ(host.session.edits_open, 0);
+  EXPECT_TRUE(host.session.open_edits.empty());
 }
 
 TEST_F(Engine, ServesEntriesAndStaffSpecsAsRecords) {

@@ -78,7 +78,7 @@ TEST_P(Cookbook, DoesWhatThePageShows) {
   EXPECT_EQ(extension.Invoke(0, &region), after.empty() ? 0 : 1);
   EXPECT_EQ(Picture(*session.document), after.empty() ? before : after);
   EXPECT_EQ(session.alerts, std::vector<std::string>(alert.empty() ? 0 : 1, alert));
-  EXPECT_EQ(session.frames_held + session.edits_open, 0);
+  EXPECT_EQ(session.frames_held + std::ssize(session.open_edits), 0);
 }
 INSTANTIATE_TEST_SUITE_P(Recipes, Cookbook,
                          testing::Values("Swap layers", "Double values", "Transpose", "A report",

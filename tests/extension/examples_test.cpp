@@ -98,7 +98,7 @@ TEST_F(Example, AccentsStandOnTheFirstNotesAndOnlyOnce) {
   sok::BundleSession bundle(REPORT_AND_TIDY, session_);
   EREGION region = All();
   EXPECT_EQ(bundle.Invoke(1, &region), 1);
-  EXPECT_EQ(session_.edits_open, 0);
+  EXPECT_TRUE(session_.open_edits.empty());
 
   std::map<int, int> accents;  // by entry number
   short definition = 0;

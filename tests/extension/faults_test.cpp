@@ -54,7 +54,7 @@ TEST(Faults, EveryHostCallFailingInTurn) {
           most = std::max(most, saboteur.calls());
           // A frame whose freeing the host refused was freed all the same, as far as the extension can tell.
           ASSERT_EQ(host.CallsWith("-> frame").size(), host.CallsWith("SX_FreeTGF").size());
-          ASSERT_EQ(host.session.edits_open, 0);
+          ASSERT_TRUE(host.session.open_edits.empty());
           const char* const proof = command == 0 ? "SX_SaveTGF" : "SX_InsertEXENTRY";
           ASSERT_TRUE(result == 0 || !host.CallsWith(proof).empty());
           ASSERT_TRUE(command == 1 || host.CallsWith("SX_InsertEXENTRY").empty());

@@ -54,6 +54,15 @@ void WarnOfHiddenLayers(const RunOptions& options, std::vector<std::string>& war
   }
 }
 
+// What a command has not given back to the host.
+void WarnOfLeftOpen(const std::string& command, const Session& session, std::vector<std::string>& warnings) {
+  const std::string subject = "the command \"" + command + "\" did not ";
+  if (session.frames_held != 0) warnings.push_back(subject + "free " + Counted(session.frames_held, "frame"));
+  for (const std::string& text : session.open_edits) warnings.push_back(subject + "end its edit \"" + text + "\"");
+  if (session.mass_edits_open != 0)
+    warnings.push_back(subject + "end " + Counted(session.mass_edits_open, "mass edit"));
+}
+
 // The extension, run over all invocations; the command's name.
 std::string Invoke(const RunOptions& options, Score& score, const std::vector<Invocation>& invocations,
                    ScoreReport& report) {
@@ -75,14 +84,9 @@ std::string Invoke(const RunOptions& options, Score& score, const std::vector<In
     bundle.Invoke(options.command, &region);
   }
   report.alerts = session.alerts;
-  if (session.frames_held != 0) {
-    report.warnings.push_back("the extension did not free " + Counted(session.frames_held, "frame"));
-  }
-  if (session.edits_open != 0 || session.mass_edits_open != 0) {
-    report.warnings.push_back("the extension did not end " +
-                              Counted(session.edits_open + session.mass_edits_open, "edit"));
-  }
-  return bundle.Commands()[static_cast<std::size_t>(options.command)].texts[0];
+  const std::string& command = bundle.Commands()[static_cast<std::size_t>(options.command)].texts[0];
+  WarnOfLeftOpen(command, session, report.warnings);
+  return command;
 }
 
 bool Before(const Change& change, short measure, short slot) {

@@ -108,7 +108,8 @@ Other extensions are reported, too; what a score does not carry is lost, and nam
   $ sokrun run 1 in.xml --check --plugin "$TEST_EXTENSION"
   in.xml: alert: a word from the extension
   in.xml: line 11: measure 2 holds nothing that takes time; it counts as long as its time signature says
-  in.xml: the extension did not free 1 frame
+  in.xml: the command "Leak and Talk" did not free 1 frame
+  in.xml: the command "Leak and Talk" did not end its edit "Half Done"
   in.xml: Leak and Talk
   0 staff-measures changed; 2 of 2 staff-measures kept (2 nothing)
   $ sokrun run 3 in.xml --check --plugin "$TEST_EXTENSION"
