@@ -2,7 +2,9 @@
 """Fills and clears scores and checks the results against the MusicXML schema: no message that the input has not as well.
 
 Scores that use what is newer than the schema have messages before and after; a valid one must stay valid.
-Usage: scripts/validate-scores.py [--sokrun build/release/bin/sokrun] [score or folder...]
+Usage: scripts/validate-scores.py [--sokrun build/release/bin/sokrun] [--run BUNDLE:COMMAND...] [--verovio] [score or folder...]
+With --run extensions' commands take the place of fill and clear; with --verovio that program reads the results, too
+(scripts/install-verovio.sh installs it). What cannot be written is told, and no fault.
 Without scores: the demo score and generated ones. Exit code 1: a result is worse than its input; 77: there is no schema
 (scripts/install-musicxml-schema.sh installs it) or no xmllint.
 """
@@ -24,6 +26,8 @@ DATA = pathlib.Path(os.environ.get("XDG_DATA_HOME") or pathlib.Path.home() / ".l
 parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
 parser.add_argument("--sokrun", type=pathlib.Path, default=ROOT / "build/release/bin/sokrun")
 parser.add_argument("--schema", type=pathlib.Path, default=DATA / "sokrun/musicxml-schema/musicxml.xsd")
+parser.add_argument("--run", action="append", default=[], metavar="BUNDLE:COMMAND")
+parser.add_argument("--verovio", action="store_true")
 parser.add_argument("scores", nargs="*", type=pathlib.Path)
 options = parser.parse_args()
 
@@ -45,19 +49,49 @@ def messages(path):
     if run.returncode not in (0, 3):  # 3: not valid
         return {"not XML: " + run.stderr.decode(errors="replace").splitlines()[0]}
     lines = run.stderr.decode(errors="replace").splitlines()
-    return {re.sub(r"^-:\d+: ", "", line) for line in lines if re.match(r"-:\d+: ", line)}
+    found = {re.sub(r"^-:\d+: ", "", line) for line in lines if re.match(r"-:\d+: ", line)}
+    return found | (verovio_messages(path) if options.verovio else set())
+
+
+VEROVIO = """
+const verovio = require(process.argv[1]);
+const read = () => {
+  const toolkit = new verovio.toolkit();
+  const text = require('fs').readFileSync(0, 'utf8');
+  if (!toolkit.loadData(text) || toolkit.getPageCount() === 0) return console.log('cannot read it');
+  const left = text.split('<pitch>').length - toolkit.getMEI().split('<note ').length;
+  if (left > 0) console.log(`leaves ${left} notes out`);
+};
+verovio.module.calledRun ? read() : verovio.module.onRuntimeInitialized = read;
+"""
+
+
+def verovio_messages(path):
+    """Whether Verovio reads the score, every note of it. Its warnings are of slurs and hairpins that have lost an end."""
+    command = ["node", "-e", VEROVIO, DATA / "sokrun/node_modules/verovio"]
+    run = subprocess.run(command, input=text_of(path), capture_output=True, check=False)
+    failed = ["cannot be run: " + run.stderr.decode(errors="replace")] if run.returncode else []
+    return {"Verovio " + line for line in run.stdout.decode(errors="replace").splitlines() + failed}
+
+
+def commands():
+    """What is run, by name: the words behind sokrun."""
+    if not options.run:
+        return {"fill": ["fill"], "clear": ["clear"]}
+    pairs = [each.rsplit(":", 1) for each in options.run]
+    return {f"{pathlib.Path(bundle).stem} {number}": ["run", number, "--plugin", bundle] for bundle, number in pairs}
 
 
 def check(score, folder):
     """One line for each command; how many results are worse than the score."""
     before = messages(score)
     worse = 0
-    for command in ("fill", "clear"):
-        result = folder / (command + score.suffix)
-        run = subprocess.run([options.sokrun, command, "--quiet", score, "-o", result], capture_output=True, check=False)
+    for command, words in commands().items():
+        result = folder / ("result" + score.suffix)
+        run = subprocess.run([options.sokrun, *words, "--quiet", score, "-o", result], capture_output=True, check=False)
         if run.returncode != 0:
             print(f"{score.name}: {command}: {run.stderr.decode(errors='replace').strip()}")
-            worse += 1
+            worse += not options.run
             continue
         new = messages(result) - before
         worse += bool(new)
