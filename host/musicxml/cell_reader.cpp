@@ -99,10 +99,7 @@ void CellReader::AddNote(const Item& note) {
   }
   OpenVoice& voice = VoiceFor(note);
   last_ = &voice;
-  if (voice.entries.empty()) {
-    voice.cell.offset = note.begin;
-    voice.cell.length = note.length;
-  }
+  if (voice.entries.empty()) voice.cell.length = note.length;
   voice.entries.push_back(note.entry);
   voice.entries.back().notes = 0;
   voice.entries.back().pitch = static_cast<std::uint32_t>(voice.pitches.size());

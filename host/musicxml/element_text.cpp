@@ -49,11 +49,6 @@ const ElementOrder kNoteOrder = kNoteParts;
 const ElementOrder kPitchOrder = kPitchParts;
 const ElementOrder kBarlineOrder = kBarlineParts;
 
-std::string_view ElementName(std::string_view text) {
-  const std::string_view name = text.substr(1);
-  return name.substr(0, name.find_first_of(" \t\r\n/>"));
-}
-
 std::string_view AttributeOf(std::string_view text, std::string_view name) {
   const AttributePlace place = FindAttribute(text, name);
   return place.end == 0 ? std::string_view() : text.substr(place.value, place.end - 1 - place.value);

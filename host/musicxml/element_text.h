@@ -62,8 +62,6 @@ class ElementText {
   std::vector<ChildPlace> children_;
 };
 
-// The name of the element that begins with this text.
-std::string_view ElementName(std::string_view text);
 // The value of an attribute of its start tag, as it is spelt; empty when there is none.
 std::string_view AttributeOf(std::string_view text, std::string_view name);
 

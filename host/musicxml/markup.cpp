@@ -14,6 +14,13 @@ std::size_t Behind(std::string_view text, std::size_t from, std::string_view end
   return at == std::string_view::npos ? text.size() : at + end.size();
 }
 
+bool EndsName(char c) { return IsXmlSpace(c) || c == '/' || c == '>'; }
+
+bool IsNamed(std::string_view text, std::string_view name) {
+  return text.size() > name.size() && text.front() == name.front() && text.starts_with(name) &&
+         EndsName(text[name.size()]);
+}
+
 }  // namespace
 
 std::string_view Trimmed(std::string_view text) {
@@ -44,20 +51,26 @@ std::size_t MarkupEnd(std::string_view text, std::size_t begin) {
   return text.size();
 }
 
+std::string_view ElementName(std::string_view text) {
+  text.remove_prefix(std::min<std::size_t>(text.starts_with("</") ? 2 : 1, text.size()));
+  const auto* const end = std::find_if(text.begin(), text.end(), EndsName);
+  return text.substr(0, static_cast<std::size_t>(end - text.begin()));
+}
+
+// Nothing but elements of the same name counts: all others inside end before this one does.
 std::size_t ElementEnd(std::string_view text, std::size_t begin) {
-  int depth = 0;
-  for (std::size_t at = begin; at < text.size(); at = text.find('<', at)) {
-    const std::size_t end = MarkupEnd(text, at);
+  const std::string_view name = ElementName(text.substr(begin));
+  std::size_t end = MarkupEnd(text, begin);
+  int depth = text[end - 2] == '/' ? 0 : 1;
+  for (std::size_t at = end; depth > 0 && (at = text.find('<', at)) < text.size();) {
     const char kind = at + 1 < text.size() ? text[at + 1] : '>';
-    if (kind == '/') {
-      --depth;
-    } else if (kind != '!' && kind != '?' && text[end - 2] != '/') {
-      ++depth;
-    }
-    if (depth <= 0) return end;
-    at = end;
+    const bool element = kind != '!' && kind != '?';
+    const bool its = element && IsNamed(text.substr(at + (kind == '/' ? 2 : 1)), name);
+    at = its || !element ? MarkupEnd(text, at) : at + 1;
+    if (its && text[at - 2] != '/') depth += kind == '/' ? -1 : 1;
+    end = at;
   }
-  return text.size();
+  return depth > 0 ? text.size() : end;
 }
 
 std::size_t SpaceBefore(std::string_view text, std::size_t at) {

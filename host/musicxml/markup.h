@@ -18,7 +18,10 @@ std::string_view Trimmed(std::string_view text);
 // not end.
 std::size_t MarkupEnd(std::string_view text, std::size_t begin);
 
-// Behind the end tag of the element whose start tag begins at `begin`.
+// The name of the element that begins with this text, or ends with it ("</" and on): empty where it has none.
+std::string_view ElementName(std::string_view text);
+
+// Behind the end tag of the element whose start tag begins at `begin`; the text's size when it does not end.
 std::size_t ElementEnd(std::string_view text, std::size_t begin);
 
 // Where the white space before `at` begins.

@@ -51,7 +51,6 @@ struct VoiceCell {
   bool no_full_notes = true;      // cue notes and rests only
   std::uint64_t drawn_on = 0;     // staves on which something of it is printed, see StaffBit
   std::uint64_t fingerprint = 0;  // of all that counts in its notes, to compare two readings
-  std::size_t offset = 0;         // of its first <note> in the text
   Fraction length;                // sounding length of the first entry
 };
 

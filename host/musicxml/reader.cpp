@@ -172,6 +172,7 @@ class ScoreReader {
       cell_text_.assign(text_, place.begin, place.end - place.begin);
       Check(cell_tree_.load_buffer_inplace(cell_text_.data(), cell_text_.size(), kMusicOnly, pugi::encoding_utf8),
             place.begin);
+      if (cell_tree_.first_child().next_sibling()) throw TextError(place.begin, "not well-formed XML");
       cells_.Read(part, state, cell_tree_.document_element(), place.begin, place.end - place.begin);
     }
     if (times_[position].IsZero()) times_[position] = state.time;

@@ -113,11 +113,7 @@ std::string_view Score::member() const { return impl_->member; }
 const std::string& Score::Text() const { return impl_->text; }
 
 LayerFacts Score::Facts(short slot, short measure, short layer) const {
-  LayerFacts facts = FactsOf(impl_->model, slot, measure, layer);
-  impl_->model.ForEachVoice(slot, measure, layer, [&](const Voice&, const VoiceCell& voice) {
-    if (facts.line == 0) facts.line = impl_->lines->LineOf(voice.offset);
-  });
-  return facts;
+  return FactsOf(impl_->model, slot, measure, layer);
 }
 
 Surroundings Score::Around(short slot, short measure) const { return AroundOf(impl_->model, slot, measure); }
@@ -138,8 +134,6 @@ bool Score::LayerWhollyHidden(short slot, short layer) const {
 std::vector<Change> Score::Changes() const {
   std::vector<Change> changes = FindChanges(impl_->model, impl_->document);
   for (Change& change : changes) {
-    const Cell* cell = impl_->model.CellOf(change.slot, change.measure);
-    if (cell != nullptr) change.line = impl_->lines->LineOf(cell->offset);
     if (change.kind != ChangeKind::kFilled) {
       change.lost = AttachedTo(impl_->model, impl_->document, impl_->text, change);
     }

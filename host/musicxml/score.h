@@ -73,7 +73,6 @@ struct Surroundings {
 struct LayerFacts {
   std::string voice;             // the voice number in the score; empty when it has none
   int entry_count = 0;           // in the frame
-  int line = 0;                  // line of its first note in the text; 0 when there is none
   bool whole_rest = false;       // its only entry is a rest of duration 4096
   bool looks_whole = false;      // its only entry is a rest as long as the measure, but of another duration
   bool bar_rest_beside = false;  // holds a measure="yes" rest beside other entries
@@ -103,7 +102,6 @@ struct Change {
   short measure = 0;
   short layer = 0;
   ChangeKind kind = ChangeKind::kOther;
-  int line = 0;                   // of the cell's measure in the text that was read
   std::string edits;              // of kOther, in words: "2 values changed, 1 entry in"
   std::vector<std::string> lost;  // what hung on entries that are gone: "fermata", "dynamics" …
 };

@@ -1,65 +1,84 @@
 #include "host/musicxml/skeleton.h"
 
+#include <algorithm>
+
 #include "host/musicxml/markup.h"
 
 namespace sok {
 namespace {
 
-std::string_view NameAt(std::string_view text, std::size_t tag) {
-  const std::string_view name = text.substr(tag + 1);
-  return name.substr(0, name.find_first_of(" \t\r\n/>"));
-}
+// What the elements below the root are called that hold cells, and the cells.
+struct Form {
+  std::string_view root;
+  std::string_view outer;
+  std::string_view inner;
+};
+constexpr Form kForms[] = {{"score-partwise", "part", "measure"}, {"score-timewise", "measure", "part"}};
+
+class SkeletonMaker {
+ public:
+  explicit SkeletonMaker(std::string_view text) : text_(text) {}
+
+  std::optional<Skeleton> Make() {
+    for (std::size_t at = text_.find('<'); at != std::string_view::npos; at = text_.find('<', end_)) {
+      end_ = MarkupEnd(text_, at);
+      if (text_[end_ - 1] != '>' || !Take(at)) return std::nullopt;
+    }
+    if (depth_ != 0 || form_ == nullptr) return std::nullopt;
+    skeleton_.text.append(text_, kept_);
+    return std::move(skeleton_);
+  }
+
+ private:
+  // False: the text has not the structure of a score.
+  bool Take(std::size_t at) {
+    const std::string_view tag = text_.substr(at, end_ - at);
+    if (tag.starts_with("</")) return --depth_ >= 0;
+    if (tag.starts_with("<!") || tag.starts_with("<?")) {
+      return !tag.starts_with("<!DOCTYPE") || tag.find('[') == std::string_view::npos;
+    }
+    const bool empty = tag.ends_with("/>");
+    const std::string_view name = ElementName(tag);
+    if (depth_ == 0 && (empty || !TakeRoot(name))) return false;
+    if (depth_ == 1) inside_ = name == form_->outer;
+    if (depth_ == 2 && inside_ && name == form_->inner) return TakeCell(at, empty);
+    if (!empty) ++depth_;
+    return true;
+  }
+
+  bool TakeRoot(std::string_view name) {
+    const auto* const form =
+        std::find_if(std::begin(kForms), std::end(kForms), [&](const Form& each) { return each.root == name; });
+    if (form_ != nullptr || form == std::end(kForms)) return false;
+    form_ = form;
+    return true;
+  }
+
+  bool TakeCell(std::size_t at, bool empty) {
+    if (!empty) {
+      const std::size_t content = end_;
+      end_ = ElementEnd(text_, at);
+      const std::size_t close = text_.rfind('<', end_ - 1);
+      const std::string_view tag = text_.substr(close);
+      if (!tag.starts_with("</") || ElementName(tag) != form_->inner) return false;
+      skeleton_.text.append(text_, kept_, content - kept_);
+      kept_ = close;
+    }
+    skeleton_.cells.push_back({at, end_});
+    return true;
+  }
+
+  std::string_view text_;
+  Skeleton skeleton_;
+  const Form* form_ = nullptr;
+  std::size_t end_ = 0;   // of the tag at hand
+  std::size_t kept_ = 0;  // the text up to here is in the skeleton, or left out
+  int depth_ = 0;
+  bool inside_ = false;  // of an element that holds cells
+};
 
 }  // namespace
 
-std::optional<Skeleton> SkeletonOf(std::string_view text) {
-  Skeleton skeleton;
-  std::string_view outer;  // name of what holds the cells
-  std::string_view inner;  // and theirs
-  int depth = 0;
-  std::size_t kept = 0;
-  bool inside = false;  // of an element that holds cells
-  for (std::size_t at = text.find('<'); at != std::string_view::npos;) {
-    std::size_t end = MarkupEnd(text, at);
-    const char kind = at + 1 < text.size() ? text[at + 1] : '!';
-    if (text[end - 1] != '>') return std::nullopt;
-    if (kind == '!' && text.substr(at, 9) == "<!DOCTYPE") {
-      const std::size_t subset = text.substr(at, end - at).find('[');
-      if (subset != std::string_view::npos) return std::nullopt;
-    } else if (kind == '/') {
-      if (--depth < 0) return std::nullopt;
-    } else if (kind != '!' && kind != '?') {
-      const bool empty = text[end - 2] == '/';
-      const std::string_view name = NameAt(text, at);
-      if (depth == 0) {
-        if (empty || !outer.empty()) return std::nullopt;
-        if (name == "score-partwise")
-          outer = "part", inner = "measure";
-        else if (name == "score-timewise")
-          outer = "measure", inner = "part";
-        else
-          return std::nullopt;
-      }
-      if (depth == 1) inside = name == outer;
-      if (depth == 2 && inside && name == inner) {
-        const std::size_t content = end;
-        if (!empty) {
-          end = ElementEnd(text, at);
-          const std::size_t close = text.rfind('<', end - 1);
-          if (!text.substr(close).starts_with("</") || NameAt(text, close + 1) != inner) return std::nullopt;
-          skeleton.text.append(text, kept, content - kept);
-          kept = close;
-        }
-        skeleton.cells.push_back({at, end});
-      } else if (!empty) {
-        ++depth;
-      }
-    }
-    at = text.find('<', end);
-  }
-  if (depth != 0 || outer.empty()) return std::nullopt;
-  skeleton.text.append(text, kept);
-  return skeleton;
-}
+std::optional<Skeleton> SkeletonOf(std::string_view text) { return SkeletonMaker(text).Make(); }
 
 }  // namespace sok
