@@ -31,7 +31,7 @@ struct NoteParts {
   Item& item;
   std::string_view type;
   int dots = 0;
-  bool has_duration = false;
+  const char* duration = nullptr;
   bool chord = false;
   bool odd_staff = false;
 };
@@ -48,12 +48,22 @@ void Flag(NoteParts& note, int flag) {
   note.item.entry.flags = static_cast<std::uint8_t>(note.item.entry.flags | flag);
 }
 
+// Backwards, as the first child of a name is the one that counts.
 void ReadPitch(pugi::xml_node node, NoteParts& note) {
-  const int octave = SmallNumber(node.child_value("octave"));
-  note.item.pitch.step = ToShort(StepsFromMiddleC(Trimmed(node.child_value("step")), octave));
-  if (const auto alter = ParseDecimal(node.child_value("alter"))) {
-    note.item.pitch.alter = static_cast<std::int8_t>(alter->numerator / alter->denominator % 100);
+  std::string_view step;
+  int octave = 0;
+  for (pugi::xml_node child = node.last_child(); child; child = child.previous_sibling()) {
+    const char* const name = child.name();
+    if (Is(name, "step")) {
+      step = Trimmed(child.child_value());
+    } else if (Is(name, "octave")) {
+      octave = SmallNumber(child.child_value());
+    } else if (Is(name, "alter")) {
+      const Fraction alter = ParseDecimal(child.child_value()).value_or(Fraction());
+      note.item.pitch.alter = static_cast<std::int8_t>(alter.numerator / alter.denominator % 100);
+    }
   }
+  note.item.pitch.step = ToShort(StepsFromMiddleC(step, octave));
 }
 
 void ReadUnpitched(pugi::xml_node node, NoteParts& note) {
@@ -61,6 +71,10 @@ void ReadUnpitched(pugi::xml_node node, NoteParts& note) {
   constexpr int kMiddleOfTheStaff = 6;
   const int octave = SmallNumber(node.child_value("display-octave"));
   note.item.pitch.step = ToShort(step.empty() ? kMiddleOfTheStaff : StepsFromMiddleC(step, octave));
+}
+
+void ReadDuration(pugi::xml_node node, NoteParts& note) {
+  if (note.duration == nullptr) note.duration = node.child_value();
 }
 
 void ReadRest(pugi::xml_node node, NoteParts& note) {
@@ -94,7 +108,7 @@ constexpr struct {
   void (*read)(pugi::xml_node, NoteParts&);
 } kNoteParts[] = {
     {"pitch", ReadPitch},
-    {"duration", [](pugi::xml_node, NoteParts& note) { note.has_duration = true; }},
+    {"duration", ReadDuration},
     {"voice", [](pugi::xml_node node, NoteParts& note) { note.item.voice = Trimmed(node.child_value()); }},
     {"type", ReadType},
     {"staff", ReadStaff},
@@ -157,8 +171,8 @@ int StaffNumber(pugi::xml_node staff) {
   return number < 1 || number > kMostStaves ? 0 : number;
 }
 
-Fraction MeasureItems::LengthOf(pugi::xml_node node, std::string_view problem) {
-  const std::optional<Fraction> duration = ParseDecimal(node.child_value("duration"));
+Fraction MeasureItems::LengthOf(pugi::xml_node node, std::string_view count, std::string_view problem) {
+  const std::optional<Fraction> duration = ParseDecimal(count);
   if (!duration || duration->numerator < 0) {
     problems.push_back({node, problem});
     return {};
@@ -170,7 +184,7 @@ Fraction MeasureItems::LengthOf(pugi::xml_node node, std::string_view problem) {
 void MeasureItems::ReadNote(Item& item) {
   NoteParts note{item, {}};
   item.entry.notes = 1;
-  for (const pugi::xml_node child : item.node.children()) {
+  for (pugi::xml_node child = item.node.first_child(); child; child = child.next_sibling()) {
     const char* const name = child.name();
     for (const auto& [part, read] : kNoteParts) {
       if (part[0] != name[0] || !Is(part, name)) continue;
@@ -183,8 +197,9 @@ void MeasureItems::ReadNote(Item& item) {
   const bool grace = (item.entry.flags & kGrace) != 0;
   const int written = WrittenDuration(note.type, note.dots);
   if (written == 0) Flag(note, kUntyped);
-  if (!grace && (note.has_duration || written == 0)) {
-    item.length = LengthOf(item.node, "a note without a sound <duration> takes no time");
+  if (!grace && (note.duration != nullptr || written == 0)) {
+    const char* const count = note.duration != nullptr ? note.duration : "";
+    item.length = LengthOf(item.node, count, "a note without a sound <duration> takes no time");
   } else if (!grace) {
     problems.push_back({item.node, "a note without <duration> lasts as long as its type says"});
     item.length = {written, 1024};
@@ -204,7 +219,8 @@ void MeasureItems::ReadNote(Item& item) {
 void MeasureItems::Move(Item& item) {
   item.before = cursor_;
   if (item.kind == ItemKind::kBackup) {
-    item.length = LengthOf(item.node, "a <backup> without a sound <duration> takes no time");
+    item.length =
+        LengthOf(item.node, item.node.child_value("duration"), "a <backup> without a sound <duration> takes no time");
     if (cursor_ < item.length) {
       problems.push_back({item.node, "a <backup> goes back beyond the start of the measure; it ends there"});
       cursor_ = {};
@@ -215,7 +231,8 @@ void MeasureItems::Move(Item& item) {
     }
   } else if (item.MovesCursor() && !item.chord) {
     if (item.kind == ItemKind::kForward) {
-      item.length = LengthOf(item.node, "a <forward> without a sound <duration> takes no time");
+      item.length = LengthOf(item.node, item.node.child_value("duration"),
+                             "a <forward> without a sound <duration> takes no time");
     }
     if (!item.length.IsZero()) cursor_ = cursor_ + item.length;
     if (furthest < cursor_) furthest = cursor_;
@@ -254,7 +271,7 @@ void MeasureItems::Read(pugi::xml_node measure, std::size_t base) {
   problems.clear();
   furthest = cursor_ = {};
   has_head_ = false;
-  for (const pugi::xml_node node : measure.children()) {
+  for (pugi::xml_node node = measure.first_child(); node; node = node.next_sibling()) {
     if (node.type() == pugi::node_element) ReadItem(node, base);
   }
 }

@@ -65,7 +65,7 @@ struct MeasureItems {
   void ReadItem(pugi::xml_node node, std::size_t base);
   void ReadNote(Item& item);
   void Move(Item& item);
-  Fraction LengthOf(pugi::xml_node node, std::string_view problem);
+  Fraction LengthOf(pugi::xml_node node, std::string_view count, std::string_view problem);
 
   bool has_head_ = false;  // a <chord/> note has a note to join
   std::size_t head_index_ = 0;
