@@ -26,7 +26,6 @@ int LengthOf(std::span<const EXENTRY> entries, int measure) {
                          [](int sum, const EXENTRY& entry) { return sum + entry.duration; });
 }
 
-// What happened to the entries of a frame, in words.
 std::string EditsOf(std::span<const EXENTRY> before, std::span<const EXENTRY> after, int measure) {
   std::map<int, const EXENTRY*> known;
   for (const EXENTRY& entry : before) known[int{entry.number}] = &entry;
@@ -85,9 +84,6 @@ std::vector<Change> FindChanges(const Model& model, const Document& document) {
     if (!before.empty()) frames.Fill(place, before.data());
     Change change;
     if (!Compare(before, after, frames.LastNumber(), change.kind)) return;
-    if (change.kind == ChangeKind::kOther) {
-      change.edits = EditsOf(before, after, document.MeasureDuration(place.measure));
-    }
     change.slot = place.instrument;  // instruments are numbered by slot
     change.measure = place.measure;
     change.layer = place.layer;
@@ -97,6 +93,14 @@ std::vector<Change> FindChanges(const Model& model, const Document& document) {
     return std::tie(a.measure, a.slot, a.layer) < std::tie(b.measure, b.slot, b.layer);
   });
   return changes;
+}
+
+std::string EditsOf(const Model& model, const Document& document, const Change& change) {
+  const FramePlace place{change.slot, change.measure, change.layer};
+  const ModelFrames frames(model);
+  std::vector<EXENTRY> before(static_cast<std::size_t>(frames.Count(place)));
+  if (!before.empty()) frames.Fill(place, before.data());
+  return EditsOf(before, document.Entries(place), document.MeasureDuration(place.measure));
 }
 
 }  // namespace sok

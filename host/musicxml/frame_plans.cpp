@@ -5,38 +5,8 @@
 #include "host/musicxml/note_text.h"
 
 namespace sok {
-namespace {
-
-// Null: not among them. Most frames hold numbers in a row.
-const EXENTRY* Find(const std::vector<EXENTRY>& entries, int number) {
-  if (entries.empty()) return nullptr;
-  const std::int64_t guess = std::int64_t{number} - entries.front().number;
-  if (guess >= 0 && guess < std::ssize(entries)) {
-    const EXENTRY& entry = entries[static_cast<std::size_t>(guess)];
-    if (entry.number == number) return &entry;
-  }
-  const auto at =
-      std::find_if(entries.begin(), entries.end(), [&](const EXENTRY& entry) { return entry.number == number; });
-  return at == entries.end() ? nullptr : &*at;
-}
-
-bool Holds(const std::vector<EXENTRY>& entries, int number) { return Find(entries, number) != nullptr; }
-
-FramePlace PlaceOf(const Change& change) { return {change.slot, change.measure, change.layer}; }
-
-}  // namespace
-
 FramePlans::FramePlans(const Model& model, const Document& document, const std::vector<Change>& changes)
-    : model_(model), read_(model) {
-  for (const Change& change : changes) {
-    const FramePlace place = PlaceOf(change);
-    frames_[place] = {Read(place), document.Entries(place)};
-  }
-  for (const auto& [place, frame] : frames_) {
-    for (std::size_t i = 0; i < frame.after.size(); ++i) {
-      if (const int number = SourceOf(place, frame.after[i]); number != 0) now_[number] = {place, i};
-    }
-  }
+    : model_(model), document_(document), read_(model) {
   for (const Change& change : changes) {
     if (change.kind == ChangeKind::kFilled) continue;
     const auto part = static_cast<std::size_t>(model.StaffAt(change.slot).part);
@@ -46,37 +16,6 @@ FramePlans::FramePlans(const Model& model, const Document& document, const std::
                      static_cast<std::uint32_t>(&voice - owner.cells.data())});
     });
   }
-}
-
-std::vector<EXENTRY> FramePlans::Read(const FramePlace& place) const {
-  std::vector<EXENTRY> entries(static_cast<std::size_t>(read_.Count(place)));
-  if (!entries.empty()) read_.Fill(place, entries.data());
-  return entries;
-}
-
-std::vector<EXENTRY> FramePlans::Now(const FramePlace& place) const {
-  const auto frame = frames_.find(place);
-  return frame == frames_.end() ? Read(place) : frame->second.after;
-}
-
-EXENTRY FramePlans::Before(int number) const {
-  const auto found = read_.Find(number);
-  if (!found) return {};
-  const auto index = static_cast<std::size_t>(found->index);
-  const auto frame = frames_.find(found->place);
-  return frame == frames_.end() ? Read(found->place)[index] : frame->second.before[index];
-}
-
-int FramePlans::SourceOf(const FramePlace& place, const EXENTRY& entry) const {
-  const int number = entry.number;
-  if (Holds(frames_.at(place).before, number)) return number;
-  const auto origin = read_.Find(number);
-  if (!origin) return 0;
-  const auto home = frames_.find(origin->place);
-  if (home == frames_.end() || Holds(home->second.after, number)) return 0;
-  const auto first = std::find_if(frames_.begin(), frames_.end(),
-                                  [&](const auto& frame) { return Holds(frame.second.after, number); });
-  return first->first == place ? number : 0;
 }
 
 // The entry of the voice before or behind one measure's; 0: none.
@@ -122,28 +61,21 @@ void FramePlans::CheckTie(int first, int second) {
 
 // What has become of a note; null when it is gone.
 const EXNOTE* FramePlans::NoteNow(int number, std::size_t note, EXENTRY& entry) const {
-  const auto spot = now_.find(number);
-  const auto origin = read_.Find(number);
-  if (!origin) return nullptr;
-  if (spot == now_.end() && frames_.contains(origin->place)) return nullptr;
-  const EXENTRY before = Before(number);
-  entry = spot == now_.end() ? before : After(spot->second.place)[spot->second.index];
+  const auto origin = read_.OriginOf(number);
+  const auto now = document_.FindEntry(number);
+  if (!origin || !now) return nullptr;
+  entry = document_.Entries(now->place)[static_cast<std::size_t>(now->index)];
   if ((entry.flags & kEntryIsNote) == 0) return nullptr;
-  const std::vector<int> matched = MatchNotes(before, entry);
+  const std::vector<int> matched = MatchNotes(origin->entry, entry);
   const auto at = std::find(matched.begin(), matched.end(), static_cast<int>(note));
   return at == matched.end() ? nullptr : &entry.notes[at - matched.begin()];
 }
 
 bool FramePlans::FollowsStill(int first, int second) const {
-  const auto spot = [&](int number) -> Spot {
-    const auto now = now_.find(number);
-    if (now != now_.end()) return now->second;
-    const auto origin = read_.Find(number);
-    return {origin->place, static_cast<std::size_t>(origin->index)};
-  };
-  const Spot a = spot(first), b = spot(second);
-  if (a.place == b.place) return b.index == a.index + 1;
-  return b.place.measure == a.place.measure + 1 && b.index == 0 && a.index + 1 == Now(a.place).size();
+  const auto a = document_.FindEntry(first), b = document_.FindEntry(second);
+  if (!a || !b) return false;
+  if (a->place == b->place) return b->index == a->index + 1;
+  return b->place.measure == a->place.measure + 1 && b->index == 0 && a->index + 1 == document_.EntryCount(a->place);
 }
 
 bool FramePlans::StillTied(int first, std::size_t note, int second, std::size_t other) const {

@@ -43,65 +43,80 @@ void ModelFrames::Fill(const FramePlace& place, EXENTRY* entries) const {
   std::uint32_t count = 0;
   model_.ForEachVoice(place.instrument, place.measure, place.layer, [&](const Voice&, const VoiceCell& voice) {
     if (model_.IsLeftOut(voice, place.measure)) return;
-    const bool whole = model_.IsWholeRest(voice, place.measure);
     for (std::uint32_t i = 0; i < voice.entries && count < kMostEntries; ++i, ++count) {
-      const Entry& from = model_.entries[voice.first_entry + i];
-      EXENTRY& entry = entries[count];
-      std::memset(static_cast<void*>(&entry), 0, sizeof entry);
-      entry.number = static_cast<int>(voice.first_entry + i + 1);
-      entry.duration = whole ? kWholeRestDuration : from.duration;
-      entry.flags = kEntryLegal | ((from.flags & kGrace) != 0 ? kEntryIsGrace : 0);
-      entry.noteCount = from.notes;
-      if ((from.flags & kRest) != 0) {
-        entry.flags |= kEntryHasRestNote | (whole ? kEntryRestPlaced : 0);
-        if (whole) entry.host12 = kRestHostWord;
-        SetNote(entry.notes[0], 1, whole ? MiddleLine(model_, place.instrument) : 0, 0);
-      } else {
-        entry.flags |= kEntryIsNote;
-        for (int n = 0; n < from.notes; ++n) {
-          const Pitch& pitch = model_.pitches[from.pitch + static_cast<std::uint32_t>(n)];
-          SetNote(entry.notes[n], n + 1, pitch.step, pitch.alter);
-          entry.notes[n].flags |= (pitch.ties & kTieStart) != 0 ? kNoteTieStart : 0;
-          entry.notes[n].flags |= (pitch.ties & kTieStop) != 0 ? kNoteTieStop : 0;
-        }
-      }
+      FillOne({&voice, place}, i, entries[count]);
     }
   });
 }
 
-std::optional<EntrySource::Position> ModelFrames::Find(int number) const {
-  if (number < 1 || number > LastNumber()) return std::nullopt;
-  const auto entry = static_cast<std::uint32_t>(number - 1);
-  for (const Part& part : model_.parts) {
-    if (part.cells.empty() || entry < part.cells.front().first_entry) continue;
-    if (part.cells.back().first_entry + part.cells.back().entries <= entry) continue;
-    // Both the voices of a part and its measures stand in the order of their entries.
-    const auto behind =
-        std::upper_bound(part.cells.begin(), part.cells.end(), entry,
-                         [](std::uint32_t value, const VoiceCell& voice) { return value < voice.first_entry; });
-    if (behind == part.cells.begin()) continue;
-    const VoiceCell& voice = *(behind - 1);
-    if (entry - voice.first_entry >= voice.entries) continue;
-    const auto index = static_cast<std::uint32_t>(behind - 1 - part.cells.begin());
-    const auto cell = std::upper_bound(part.measures.begin(), part.measures.end(), index,
-                                       [](std::uint32_t value, const Cell& each) { return value < each.first_voice; }) -
-                      1;
-    Position position;
-    position.place = {static_cast<short>(part.first_slot + voice.home - 1),
-                      static_cast<short>(cell - part.measures.begin() + 1), voice.layer};
-    if (model_.IsLeftOut(voice, position.place.measure)) return std::nullopt;
-    std::uint32_t at = entry - voice.first_entry;
-    bool before = true;
-    model_.ForEachVoice(position.place.instrument, position.place.measure, voice.layer,
-                        [&](const Voice&, const VoiceCell& other) {
-                          before = before && &other != &voice;
-                          if (before && !model_.IsLeftOut(other, position.place.measure)) at += other.entries;
-                        });
-    if (at >= kMostEntries) return std::nullopt;
-    position.index = static_cast<short>(at);
-    return position;
+void ModelFrames::FillOne(const Spot& spot, std::uint32_t index, EXENTRY& entry) const {
+  const Entry& from = model_.entries[spot.voice->first_entry + index];
+  const bool whole = model_.IsWholeRest(*spot.voice, spot.place.measure);
+  std::memset(static_cast<void*>(&entry), 0, sizeof entry);
+  entry.number = static_cast<int>(spot.voice->first_entry + index + 1);
+  entry.duration = whole ? kWholeRestDuration : from.duration;
+  entry.flags = kEntryLegal | ((from.flags & kGrace) != 0 ? kEntryIsGrace : 0);
+  entry.noteCount = from.notes;
+  if ((from.flags & kRest) != 0) {
+    entry.flags |= kEntryHasRestNote | (whole ? kEntryRestPlaced : 0);
+    if (whole) entry.host12 = kRestHostWord;
+    SetNote(entry.notes[0], 1, whole ? MiddleLine(model_, spot.place.instrument) : 0, 0);
+    return;
   }
-  return std::nullopt;
+  entry.flags |= kEntryIsNote;
+  for (int n = 0; n < from.notes; ++n) {
+    const Pitch& pitch = model_.pitches[from.pitch + static_cast<std::uint32_t>(n)];
+    SetNote(entry.notes[n], n + 1, pitch.step, pitch.alter);
+    entry.notes[n].flags |= (pitch.ties & kTieStart) != 0 ? kNoteTieStart : 0;
+    entry.notes[n].flags |= (pitch.ties & kTieStop) != 0 ? kNoteTieStop : 0;
+  }
+}
+
+ModelFrames::Spot ModelFrames::SpotOf(int number) const {
+  if (number < 1 || number > LastNumber()) return {};
+  const auto entry = static_cast<std::uint32_t>(number - 1);
+  const auto holds = [entry](const Part& part) {
+    return !part.cells.empty() && part.cells.front().first_entry <= entry &&
+           entry < part.cells.back().first_entry + part.cells.back().entries;
+  };
+  for (std::size_t i = 0; i < model_.parts.size(); ++i) {
+    const std::size_t index = (last_part_ + i) % model_.parts.size();
+    const Part& part = model_.parts[index];
+    if (!holds(part)) continue;
+    // Both the voices of a part and its measures stand in the order of their entries.
+    const auto behind = std::ranges::upper_bound(part.cells, entry, {}, &VoiceCell::first_entry);
+    const VoiceCell& voice = *(behind - 1);
+    if (entry >= voice.first_entry + voice.entries) continue;  // of another part, whose measures stand between
+    const auto at = static_cast<std::uint32_t>(&voice - part.cells.data());
+    const auto cell = std::ranges::upper_bound(part.measures, at, {}, &Cell::first_voice) - 1;
+    const auto measure = static_cast<short>(cell - part.measures.begin() + 1);
+    if (model_.IsLeftOut(voice, measure)) return {};
+    last_part_ = index;
+    return {&voice, {static_cast<short>(part.first_slot + voice.home - 1), measure, voice.layer}};
+  }
+  return {};
+}
+
+std::optional<EntrySource::Position> ModelFrames::Find(int number) const {
+  const Spot spot = SpotOf(number);
+  if (spot.voice == nullptr) return std::nullopt;
+  const auto& [instrument, measure, layer] = spot.place;
+  std::uint32_t at = static_cast<std::uint32_t>(number - 1) - spot.voice->first_entry;
+  bool before = true;
+  model_.ForEachVoice(instrument, measure, layer, [&](const Voice&, const VoiceCell& other) {
+    before = before && &other != spot.voice;
+    if (before && !model_.IsLeftOut(other, spot.place.measure)) at += other.entries;
+  });
+  if (at >= kMostEntries) return std::nullopt;
+  return Position{spot.place, static_cast<short>(at)};
+}
+
+std::optional<ModelFrames::Origin> ModelFrames::OriginOf(int number) const {
+  const Spot spot = SpotOf(number);
+  if (spot.voice == nullptr) return std::nullopt;
+  Origin origin{spot.place, {}, model_.IsWholeRest(*spot.voice, spot.place.measure)};
+  FillOne(spot, static_cast<std::uint32_t>(number - 1) - spot.voice->first_entry, origin.entry);
+  return origin;
 }
 
 void FillDocument(const Model& model, Document& document) {

@@ -27,8 +27,24 @@ class ModelFrames : public EntrySource {
   int LastNumber() const override { return static_cast<int>(model_.entries.size()); }
   std::optional<Position> Find(int number) const override;
 
+  // An entry as it is handed out, and where; none when the number is not in use.
+  struct Origin {
+    FramePlace place;
+    EXENTRY entry;
+    bool whole = false;  // it lasts a whole measure
+  };
+  std::optional<Origin> OriginOf(int number) const;
+
  private:
+  struct Spot {
+    const VoiceCell* voice = nullptr;  // null: the number is not in use
+    FramePlace place;
+  };
+  Spot SpotOf(int number) const;
+  void FillOne(const Spot& spot, std::uint32_t index, EXENTRY& entry) const;
+
   const Model& model_;
+  mutable std::size_t last_part_ = 0;  // where an entry was found: the next one mostly stands there, too
 };
 
 inline constexpr unsigned int kInstrumentTag = 0x534F4953;      // 'SOIS'; key: instrument, 0

@@ -1,7 +1,6 @@
 #include "host/musicxml/guard.h"
 
 #include <algorithm>
-#include <map>
 #include <tuple>
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
@@ -86,60 +85,40 @@ bool TakeNamed(const Model& again, const VoiceChange& change, std::vector<Trace>
   return true;
 }
 
-bool SameBeside(const Model& model, const Part& part, const Cell& cell, std::string_view patched,
-                const std::vector<const VoiceChange*>& voices) {
-  Model again;
+}  // namespace
+
+void Guard::Read(std::string_view measure, const Fraction& divisions) {
+  text_ = measure;
+  const bool parsed = tree_.load_buffer_inplace(text_.data(), text_.size(), kMusicOnly, pugi::encoding_utf8);
+  if (!parsed || tree_.first_child().next_sibling()) throw Error("not well-formed XML");
+  again_.parts.assign(1, Part());
+  again_.entries.clear();
+  again_.pitches.clear();
+  PartState state;
+  state.divisions = divisions;
+  reader_.Read(0, state, tree_.document_element(), 0, text_.size());
+}
+
+bool Guard::Passes(const Part& part, const Cell& cell, std::string_view patched,
+                   const std::vector<VoiceChange>& voices) {
   try {
-    again = ReadCell(patched, cell.divisions, model.options);
+    Read(patched, cell.divisions);
   } catch (const Error&) {
     return false;
   }
-  const Cell& is = again.parts[0].measures[0];
-  std::vector<Trace> before = TracesOf(model, part, cell);
-  std::vector<Trace> after = TracesOf(again, again.parts[0], is);
+  const Cell& is = again_.parts[0].measures[0];
+  std::vector<Trace> before = TracesOf(model_, part, cell);
+  std::vector<Trace> after = TracesOf(again_, again_.parts[0], is);
   bool relaid = false;  // then what stands among the notes moves with them
-  for (const VoiceChange* change : voices) {
-    if (!TakeNamed(again, *change, before, after)) return false;
-    relaid = relaid || change->home != 0;
+  for (const VoiceChange& change : voices) {
+    if (!TakeNamed(again_, change, before, after)) return false;
+    relaid = relaid || change.home != 0;
   }
   const auto same = [](const Trace& a, const Trace& b) {
     return a.voice == b.voice && a.staff == b.staff && a.fingerprint == b.fingerprint && a.entries == b.entries;
   };
   return std::equal(before.begin(), before.end(), after.begin(), after.end(), same) && cell.names == is.names &&
          (relaid || cell.fingerprint == is.fingerprint);
-}
-
-}  // namespace
-
-void CheckPatchedText(const Model& model, std::string_view text, std::string_view patched,
-                      const std::vector<VoiceChange>& voices) {
-  std::map<std::size_t, std::vector<const VoiceChange*>> by_cell;  // by offset
-  for (const VoiceChange& change : voices) {
-    const Part& part = model.parts[static_cast<std::size_t>(change.part)];
-    by_cell[part.measures[static_cast<std::size_t>(change.measure - 1)].offset].push_back(&change);
-  }
-  std::size_t was = 0;  // both texts agree up to here
-  std::size_t is = 0;
-  for (const auto& [offset, changes] : by_cell) {
-    const Part& part = model.parts[static_cast<std::size_t>(changes.front()->part)];
-    const auto measure = static_cast<std::size_t>(changes.front()->measure - 1);
-    const std::size_t length = offset - was;
-    bool same = text.substr(was, length) == patched.substr(std::min(is, patched.size()), length);
-    if (same) {
-      is += length;
-      const std::size_t end = ElementEnd(patched, is);
-      same = SameBeside(model, part, part.measures[measure], patched.substr(is, end - is), changes);
-      was = offset + part.measures[measure].size;
-      is = end;
-    }
-    if (!same) {
-      throw TextError(offset, "part " + part.id + ", " + MeasureLabel(model.measures, measure + 1) +
-                                  " would come out changed beyond what was asked for; nothing is written");
-    }
-  }
-  if (text.substr(was) != patched.substr(is)) {
-    throw TextError(was, "the text would come out changed outside of the changed measures; nothing is written");
-  }
 }
 
 }  // namespace sok

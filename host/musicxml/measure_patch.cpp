@@ -350,29 +350,40 @@ bool MeasurePatch::NothingLeft() const {
   return !pieces_.empty() && IsBlank(text_.substr(from, text_.rfind("</", measure_.end - 1) - from));
 }
 
-std::vector<Splice> MeasurePatch::Splices() const {
-  const std::string name(ElementName(text_.substr(measure_.begin)));
+void MeasurePatch::AppendTo(std::string& text) const {
+  std::size_t from = measure_.begin;
+  const auto keep = [&](std::size_t to) {
+    text.append(text_, from, to - from);
+    from = to;
+  };
   if (content_ == measure_.end) {  // an empty-element tag
     const std::string added = Added();
-    if (added.empty()) return {};
-    const std::string close = std::string(Indentation(text_, measure_.begin)) + "</" + name + ">";
-    return {{measure_.end - 2, measure_.end, ">" + added + close}};
+    keep(added.empty() ? measure_.end : measure_.end - 2);
+    if (added.empty()) return;
+    text.append(">").append(added).append(Indentation(text_, measure_.begin));
+    text.append("</").append(ElementName(text_.substr(measure_.begin))).append(">");
+    return;
   }
-  if (NothingLeft()) return {{content_ - 1, measure_.end, "/>"}};
-  std::vector<Splice> splices;
-  std::size_t anchor = content_;
+  if (NothingLeft()) {
+    keep(content_ - 1);
+    text += "/>";
+    return;
+  }
+  std::size_t anchor = content_;  // where added pieces stand
   for (const Piece& piece : pieces_) {
     if (piece.item == nullptr) {
-      if (!piece.gone) splices.push_back({anchor, anchor, piece.text});
+      if (piece.gone) continue;
+      keep(anchor);
+      text += piece.text;
       continue;
     }
-    if (piece.gone)
-      splices.push_back({SpaceBefore(text_, piece.item->begin), piece.end, {}});
-    else if (!piece.text.empty())
-      splices.push_back({piece.item->begin, piece.end, piece.text});
     anchor = piece.end;
+    if (!piece.gone && piece.text.empty()) continue;
+    keep(piece.gone ? SpaceBefore(text_, piece.item->begin) : piece.item->begin);
+    if (!piece.gone) text += piece.text;
+    from = piece.end;
   }
-  return splices;
+  keep(measure_.end);
 }
 
 }  // namespace sok

@@ -17,13 +17,6 @@
 
 namespace sok {
 
-// text[begin, end) becomes `replacement`.
-struct Splice {
-  std::size_t begin = 0;
-  std::size_t end = 0;
-  std::string replacement;
-};
-
 struct NewRest {
   std::string voice;  // empty: none is written
   int staff = 0;      // 0: none is written
@@ -87,8 +80,8 @@ class MeasurePatch {
   // Puts the fermatas of the voice's notes on the right barline, where it has none of their kind yet.
   void MoveFermatas(const EntryRange& voice);
 
-  // By offset.
-  std::vector<Splice> Splices() const;
+  // Puts the measure's text as it is now behind another one.
+  void AppendTo(std::string& text) const;
 
  private:
   // An element of the measure, as it is or as it is to be.

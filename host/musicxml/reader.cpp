@@ -254,18 +254,4 @@ void ParseHead(std::string_view text, pugi::xml_document& tree) {
   tree.load_buffer(head.data(), head.size(), pugi::parse_default, pugi::encoding_utf8);
 }
 
-Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptions& options) {
-  pugi::xml_document tree;
-  if (!tree.load_buffer(cell.data(), cell.size(), kMusicOnly, pugi::encoding_utf8))
-    throw TextError(0, "not well-formed XML");
-  Model model;
-  model.options = options;
-  model.parts.emplace_back();
-  const LineTable lines(cell);
-  PartState state;
-  state.divisions = divisions;
-  CellReader(model, lines).Read(0, state, tree.document_element(), 0, cell.size());
-  return model;
-}
-
 }  // namespace sok

@@ -15,7 +15,4 @@ Model ReadModel(std::string_view text, const ReadOptions& options);
 // What stands around the measures, parsed: the tree of the score without what its measures hold, or the whole one.
 void ParseHead(std::string_view text, pugi::xml_document& tree);
 
-// One measure of one part read alone: a model of one part with one measure.
-Model ReadCell(std::string_view cell, const Fraction& divisions, const ReadOptions& options);
-
 }  // namespace sok

@@ -9,7 +9,6 @@
 #include "host/musicxml/document_data.h"
 #include "host/musicxml/encoding.h"
 #include "host/musicxml/frames.h"
-#include "host/musicxml/guard.h"
 #include "host/musicxml/markup.h"
 #include "host/musicxml/reader.h"
 #include "host/musicxml/writer.h"
@@ -70,10 +69,7 @@ struct Score::Impl {
 
   std::string Patched(const std::vector<Change>& changes, const WriteOptions& options) const {
     try {
-      std::vector<VoiceChange> voices;
-      std::string patched = PatchText(model, document, text, changes, options, voices);
-      CheckPatchedText(model, text, patched, voices);
-      return patched;
+      return PatchText(model, document, text, changes, options);
     } catch (const TextError& error) {
       FailAt(error.offset, error.what());
     } catch (const Error& error) {
@@ -131,14 +127,13 @@ bool Score::LayerWhollyHidden(short slot, short layer) const {
   return any && hidden;
 }
 
-std::vector<Change> Score::Changes() const {
-  std::vector<Change> changes = FindChanges(impl_->model, impl_->document);
-  for (Change& change : changes) {
-    if (change.kind != ChangeKind::kFilled) {
-      change.lost = AttachedTo(impl_->model, impl_->document, impl_->text, change);
-    }
-  }
-  return changes;
+std::vector<Change> Score::Changes() const { return FindChanges(impl_->model, impl_->document); }
+
+std::string Score::Edits(const Change& change) const { return EditsOf(impl_->model, impl_->document, change); }
+
+std::vector<std::string> Score::Lost(const Change& change) const {
+  if (change.kind == ChangeKind::kFilled) return {};
+  return AttachedTo(impl_->model, impl_->document, impl_->text, change);
 }
 
 std::string Score::WriteText(const WriteOptions& options) const {

@@ -102,8 +102,6 @@ struct Change {
   short measure = 0;
   short layer = 0;
   ChangeKind kind = ChangeKind::kOther;
-  std::string edits;              // of kOther, in words: "2 values changed, 1 entry in"
-  std::vector<std::string> lost;  // what hung on entries that are gone: "fermata", "dynamics" …
 };
 
 class Score {
@@ -138,6 +136,10 @@ class Score {
 
   // The layers whose frames differ from what was read, by measure, slot and layer.
   std::vector<Change> Changes() const;
+  // What happened to the entries of such a layer, in words: "2 values changed, 1 entry in"; of kOther alone.
+  std::string Edits(const Change& change) const;
+  // What hung on those that are gone: "fermata", "dynamics" …
+  std::vector<std::string> Lost(const Change& change) const;
 
   // The file with the changes in place: for a zip the whole zip. Without changes these are the bytes that were read.
   // The result is read again before it is handed out. Throws Error when a change cannot be written (the message

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <span>
 
 #include "host/errors.h"
 #include "host/musicxml/articulations.h"
 #include "host/musicxml/frame_plans.h"
 #include "host/musicxml/frames.h"
+#include "host/musicxml/guard.h"
 #include "host/musicxml/measure_patch.h"
 
 namespace sok {
@@ -18,39 +20,77 @@ constexpr int kMostRefusals = 100;  // that are named
 class Writer {
  public:
   Writer(const Model& model, const Document& document, std::string_view text, const std::vector<Change>& changes,
-         const WriteOptions& options, std::vector<VoiceChange>& voices)
+         const WriteOptions& options)
       : plans_(model, document, changes),
+        frames_(model),
         model_(model),
         document_(document),
         text_(text),
         options_(options),
-        voices_(voices),
+        guard_(model),
         style_(NoteStyle::Of(text, model.first_note)) {}
 
-  // All measures of parts that change, or have a note tied to one that does: part, measure.
-  using Measures = std::map<std::pair<int, short>, std::vector<const Change*>>;
-  Measures MeasuresOf(const std::vector<Change>& changes) const {
-    Measures measures;
-    for (const Change& change : changes) {
-      CellOf(change);
-      measures[{model_.StaffAt(change.slot).part, change.measure}].push_back(&change);
+  // A measure at a time, in the order of the text. Nothing is kept of one that is written.
+  std::string Write(const std::vector<Change>& changes) {
+    const std::vector<Task> tasks = TasksOf(changes);
+    std::string result;
+    result.reserve(text_.size() + text_.size() / 4);  // what nobody writes to is no memory
+    std::size_t from = 0;
+    for (auto first = tasks.begin(); first != tasks.end();) {
+      const Task& task = *first;
+      const auto last =
+          std::find_if(first, tasks.end(), [&](const Task& other) { return task.offset != other.offset; });
+      result.append(text_, from, task.offset - from);
+      Apply(task, {first, last}, result);
+      from = task.offset + CellOf(task).size;
+      first = last;
     }
-    const ModelFrames frames(model_);
-    for (const auto& [entry, ends] : plans_.LooseEnds()) {
-      const FramePlace place = frames.Find(entry)->place;
-      measures[{model_.StaffAt(place.instrument).part, place.measure}];
-    }
-    return measures;
+    ThrowRefusals();
+    result.append(text_, from);
+    return result;
   }
 
-  // All changes of one measure of one part, by slot.
-  void Apply(int part, short measure, const std::vector<const Change*>& changes) {
-    MeasurePatch patch(model_, text_, part, measure, style_);
+ private:
+  // Work in a measure of a part: a change, or none, only ties that lose their ends there.
+  struct Task {
+    std::size_t offset = 0;  // of the measure
+    int part = 0;
+    short measure = 0;
+    const Change* change = nullptr;
+  };
+
+  const Cell& CellOf(const Task& task) const {
+    return model_.parts[static_cast<std::size_t>(task.part)].measures[static_cast<std::size_t>(task.measure - 1)];
+  }
+
+  // All measures of parts that change, or have a note tied to one that does, by offset and slot.
+  std::vector<Task> TasksOf(const std::vector<Change>& changes) const {
+    std::vector<Task> tasks;
+    tasks.reserve(changes.size());
+    for (const Change& change : changes) {
+      tasks.push_back({CellOf(change).offset, model_.StaffAt(change.slot).part, change.measure, &change});
+    }
+    for (const auto& [entry, ends] : plans_.LooseEnds()) {
+      const FramePlace place = frames_.Find(entry)->place;
+      const Cell& cell = *model_.CellOf(place.instrument, place.measure);
+      tasks.push_back({cell.offset, model_.StaffAt(place.instrument).part, place.measure, nullptr});
+    }
+    std::ranges::stable_sort(tasks, {}, &Task::offset);
+    return tasks;
+  }
+
+  // All changes of one measure of one part, by slot; the measure as it is to be comes behind the result.
+  void Apply(const Task& place, std::span<const Task> tasks, std::string& result) {
+    MeasurePatch patch(model_, text_, place.part, place.measure, style_);
+    std::vector<const Change*> changes;
+    for (const Task& task : tasks) {
+      if (task.change != nullptr) changes.push_back(task.change);
+    }
     std::vector<EntryRange> gone;
     std::vector<VoicePlan> relaid;
     voices_given_.clear();
-    voices_.push_back({part, measure, {}, 0, false, false, {}, 0});
-    Untie(patch, part, measure);
+    voices_.clear();
+    Untie(patch, place.part, place.measure);
     for (const Change* change : changes) {
       if (change->kind == ChangeKind::kOther) Attempt(*change, [&] { Plan(patch, *change, relaid); });
       if (change->kind == ChangeKind::kCleared) Clear(patch, *change, gone);
@@ -61,7 +101,17 @@ class Writer {
     for (const Change* change : changes) {
       if (change->kind == ChangeKind::kFilled) Attempt(*change, [&] { Fill(patch, *change); });
     }
-    for (Splice& splice : patch.Splices()) splices_.push_back(std::move(splice));
+    const std::size_t begin = result.size();
+    patch.AppendTo(result);
+    if (refused_ == 0) Check(place, std::string_view(result).substr(begin));
+  }
+
+  void Check(const Task& place, std::string_view patched) {
+    const Part& part = model_.parts[static_cast<std::size_t>(place.part)];
+    if (guard_.Passes(part, CellOf(place), patched, voices_)) return;
+    throw TextError(place.offset, "part " + part.id + ", " +
+                                      MeasureLabel(model_.measures, static_cast<std::size_t>(place.measure)) +
+                                      " would come out changed beyond what was asked for; nothing is written");
   }
 
   // Every change that cannot be written is named before nothing is.
@@ -86,26 +136,8 @@ class Writer {
            std::to_string(change.layer + 1);
   }
 
-  std::string Result() {
-    std::stable_sort(splices_.begin(), splices_.end(),
-                     [](const Splice& a, const Splice& b) { return a.begin < b.begin; });
-    std::size_t size = text_.size();
-    for (const Splice& splice : splices_) size += splice.replacement.size();
-    std::string result;
-    result.reserve(size);
-    std::size_t from = 0;
-    for (const Splice& splice : splices_) {
-      result.append(text_, from, splice.begin - from).append(splice.replacement);
-      from = splice.end;
-    }
-    result.append(text_, from);
-    return result;
-  }
-
- private:
-  VoiceChange& NameVoice(const Change& change, const std::string& voice, int staff) {
-    return voices_.emplace_back(
-        VoiceChange{model_.StaffAt(change.slot).part, change.measure, voice, staff, false, false, {}, 0});
+  VoiceChange& NameVoice(const std::string& voice, int staff) {
+    return voices_.emplace_back(VoiceChange{voice, staff, false, false, {}, 0});
   }
 
   template <typename Work>
@@ -132,40 +164,37 @@ class Writer {
   }
 
   // The text of an entry that was read, wherever it stands, without ends of ties that hold no more.
-  WrittenEntry TextOf(const MeasurePatch& patch, const Change& change, int number) {
-    const ModelFrames frames(model_);
-    const FramePlace origin = frames.Find(number)->place;
-    const int part = model_.StaffAt(origin.instrument).part;
-    WrittenEntry written;
-    if (part == model_.StaffAt(change.slot).part && origin.measure == change.measure) {
-      written = patch.SourceOf(number);
-    } else {
-      MeasurePatch other(model_, text_, part, origin.measure, style_);
-      Untie(other, part, origin.measure);
+  WrittenEntry TextOf(const MeasurePatch& patch, const ModelFrames::Origin& origin) {
+    const int number = origin.entry.number;
+    WrittenEntry written = patch.SourceOf(number);
+    if (written.notes.empty()) {
+      const int part = model_.StaffAt(origin.place.instrument).part;
+      MeasurePatch other(model_, text_, part, origin.place.measure, style_);
+      Untie(other, part, origin.place.measure);
       written = other.SourceOf(number);
     }
-    written.entry = plans_.Before(number);
-    model_.ForEachVoice(origin.instrument, origin.measure, origin.layer, [&](const Voice&, const VoiceCell& voice) {
-      if (EntryRange::Of(voice).Holds(number)) written.whole = model_.IsWholeRest(voice, origin.measure);
-    });
+    written.entry = origin.entry;
+    written.whole = origin.whole;
     return written;
   }
 
   void CheckNumbers(const Change& change) const {
-    for (const EXENTRY& entry : plans_.After({change.slot, change.measure, change.layer})) {
+    for (const EXENTRY& entry : document_.Entries({change.slot, change.measure, change.layer})) {
       if (!document_.WasHandedOut(entry.number))
         throw Error("entry number " + std::to_string(entry.number) + " was never handed out");
     }
   }
 
-  PlannedEntry PlanEntry(const MeasurePatch& patch, const Change& change, const EXENTRY& entry, bool lone) {
+  PlannedEntry PlanEntry(const MeasurePatch& patch, const EXENTRY& entry, bool lone) {
     constexpr unsigned int kKnown =
         kEntryLegal | kEntryIsNote | kEntryHasRestNote | kEntryHasArticulations | kEntryRestPlaced;
     PlannedEntry planned;
     planned.entry = entry;
-    planned.source = plans_.SourceOf({change.slot, change.measure, change.layer}, entry);
     planned.whole = lone && (entry.flags & kEntryIsNote) == 0 && entry.duration == kWholeRestDuration;
-    if (planned.source != 0) planned.from = TextOf(patch, change, planned.source);
+    if (const auto origin = frames_.OriginOf(entry.number)) {  // else it is new
+      planned.source = entry.number;
+      planned.from = TextOf(patch, *origin);
+    }
     if (((entry.flags ^ planned.from.entry.flags) & ~kKnown) != 0) {
       throw Error("entry " + std::to_string(entry.number) + " has flags that no score can hold");
     }
@@ -199,16 +228,16 @@ class Writer {
       plans.push_back(plan);
     }
     std::size_t at = first;
-    const std::vector<EXENTRY>& after = plans_.After({change.slot, change.measure, change.layer});
+    const std::vector<EXENTRY> after = document_.Entries({change.slot, change.measure, change.layer});
     for (const EXENTRY& entry : after) {
-      PlannedEntry planned = PlanEntry(patch, change, entry, after.size() == 1);
+      PlannedEntry planned = PlanEntry(patch, entry, after.size() == 1);
       for (std::size_t i = first; i < plans.size(); ++i) {
         if (plans[i].before.Holds(planned.source)) at = i;
       }
       plans[at].entries.push_back(std::move(planned));
     }
     for (std::size_t i = first; i < plans.size(); ++i) {
-      VoiceChange& named = NameVoice(change, plans[i].voice, plans[i].key_staff);
+      VoiceChange& named = NameVoice(plans[i].voice, plans[i].key_staff);
       named.was = plans[i].before.first != 0;
       named.is = !plans[i].entries.empty();
       named.home = staff;
@@ -221,7 +250,7 @@ class Writer {
       if (model_.IsLeftOut(voice, change.measure)) return;
       if (options_.keep_fermatas) patch.MoveFermatas(EntryRange::Of(voice));
       gone.push_back(EntryRange::Of(voice));
-      NameVoice(change, owner.name, owner.key_staff).was = true;
+      NameVoice(owner.name, owner.key_staff).was = true;
     });
   }
 
@@ -238,7 +267,7 @@ class Writer {
     rest.voice = VoiceFor(change);
     voices_given_.insert(rest.voice);
     patch.Insert(rest);
-    NameVoice(change, rest.voice, rest.voice.empty() ? staff : 0).is = true;
+    NameVoice(rest.voice, rest.voice.empty() ? staff : 0).is = true;
   }
 
   // A rest that was not printed, and counted as nothing, is printed again in place of a second one beside it.
@@ -248,7 +277,7 @@ class Writer {
       model_.ForEachVoice(change.slot, change.measure, layer, [&](const Voice& owner, const VoiceCell& voice) {
         if (shown || !model_.IsLeftOut(voice, change.measure)) return;
         patch.Show(EntryRange::Of(voice));
-        VoiceChange& named = NameVoice(change, owner.name, owner.key_staff);
+        VoiceChange& named = NameVoice(owner.name, owner.key_staff);
         named.was = named.is = shown = true;
       });
     }
@@ -329,14 +358,15 @@ class Writer {
   }
 
   FramePlans plans_;
+  ModelFrames frames_;
   const Model& model_;
   const Document& document_;
   std::string_view text_;
   const WriteOptions& options_;
-  std::vector<VoiceChange>& voices_;
+  Guard guard_;
   NoteStyle style_;
-  std::vector<Splice> splices_;
-  std::set<std::string> voices_given_;       // to new rests of the measure at hand
+  std::vector<VoiceChange> voices_;          // named in the measure at hand
+  std::set<std::string> voices_given_;       // to its new rests
   std::map<short, std::string> new_voices_;  // by slot
   std::map<short, std::string> extra_voices_;
   std::map<short, std::map<short, std::string>> layer_voices_;  // by layer
@@ -371,14 +401,8 @@ std::vector<std::string> AttachedTo(const Model& model, const Document& document
 }
 
 std::string PatchText(const Model& model, const Document& document, std::string_view text,
-                      const std::vector<Change>& changes, const WriteOptions& options,
-                      std::vector<VoiceChange>& voices) {
-  Writer writer(model, document, text, changes, options, voices);
-  for (const auto& [place, of_measure] : writer.MeasuresOf(changes)) {
-    writer.Apply(place.first, place.second, of_measure);
-  }
-  writer.ThrowRefusals();
-  return writer.Result();
+                      const std::vector<Change>& changes, const WriteOptions& options) {
+  return Writer(model, document, text, changes, options).Write(changes);
 }
 
 }  // namespace sok

@@ -176,7 +176,7 @@ TEST(Writing, FermatasMoveToTheBarlineOnRequest) {
   const auto score = ReadScoreText(ScoreText("R4v1y"));
   ClearRests(*score);
   ASSERT_EQ(score->Changes().size(), 1U);
-  EXPECT_EQ(score->Changes()[0].lost, std::vector<std::string>{"fermata"});
+  EXPECT_EQ(score->Lost(score->Changes()[0]), std::vector<std::string>{"fermata"});
 }
 
 // The layout of the text: what comes looks like its neighbours, what goes leaves no trace.

@@ -75,8 +75,8 @@ bool AreOneKind(const std::vector<Change>& changes) {
 }
 
 // What happened to one of several layers.
-std::string EditsOf(const Change& change) {
-  if (change.kind == ChangeKind::kOther) return change.edits;
+std::string EditsOf(const Score& score, const Change& change) {
+  if (change.kind == ChangeKind::kOther) return score.Edits(change);
   return change.kind == ChangeKind::kFilled ? "a whole-measure rest in" : "every entry out";
 }
 
@@ -167,10 +167,10 @@ std::vector<std::string> Notes(const Score& score, const std::vector<Change>& ch
   std::vector<std::string> notes;
   const bool each = !AreOneKind(changes) || changes.front().kind == ChangeKind::kOther;
   for (const Change& change : changes) {
-    if (each) notes.push_back("layer " + std::to_string(change.layer + 1) + ": " + EditsOf(change));
+    if (each) notes.push_back("layer " + std::to_string(change.layer + 1) + ": " + EditsOf(score, change));
     const bool rest =
         change.kind == ChangeKind::kCleared && score.Facts(change.slot, change.measure, change.layer).whole_rest;
-    for (const std::string& lost : change.lost) {
+    for (const std::string& lost : score.Lost(change)) {
       const bool kept = fermatas_kept && lost == "fermata";
       notes.push_back(lost + (kept ? " moved to the barline" : rest ? " went with the rest" : " went with its note"));
     }

@@ -48,8 +48,9 @@ struct RunOptions {
   std::string html;     // the page's file; empty: none
   int pictures = 24;    // the most systems that are drawn on it for one score
 
-  // Whether anybody reads why staff-measures were left as they are, and which.
-  bool WantsReasons() const { return (json || !html.empty() || !quiet) && !only_changed; }
+  // Whether anybody reads what became of staff-measures, why some were left as they are, and which.
+  bool WantsReport() const { return json || !html.empty() || !quiet; }
+  bool WantsReasons() const { return WantsReport() && !only_changed; }
   bool WantsKept() const { return verbose || (!html.empty() && !only_changed); }
 };
 

@@ -111,7 +111,7 @@ void FillCells(const RunOptions& options, const Score& score, const std::vector<
     }
     ++report.selected;
     if (!changes.empty()) ++report.changed;
-    if (changes.empty() && !options.WantsReasons()) return;
+    if (changes.empty() ? !options.WantsReasons() : !options.WantsReport()) return;
     Settings settings{options.purpose, {}, {}};
     std::copy(std::begin(invocation.layer_shown), std::end(invocation.layer_shown), settings.layer_shown);
     std::copy(std::begin(options.count_hidden), std::end(options.count_hidden), settings.count_hidden);
