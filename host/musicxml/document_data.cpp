@@ -1,15 +1,16 @@
 #include "host/musicxml/document_data.h"
 
 #include "host/musicxml/preferences.h"
-#include "host/musicxml/reader.h"
+#include "host/musicxml/reader_context.h"
 #include "host/musicxml/shapes.h"
 #include "host/musicxml/texts.h"
 
 namespace sok {
 
 void ReadDocumentData(const Model& model, std::string_view text, Document& document) {
+  const std::string_view around = model.head.empty() ? text : model.head;
   pugi::xml_document head;
-  ParseHead(text, head);
+  head.load_buffer(around.data(), around.size(), pugi::parse_default, pugi::encoding_utf8);
   const ReaderContext context{head.document_element(), document, model.staves, model.measures};
   AddPreferences(context);
   AddTexts(context);

@@ -54,7 +54,7 @@ std::string_view AttributeOf(std::string_view text, std::string_view name) {
   return place.end == 0 ? std::string_view() : text.substr(place.value, place.end - 1 - place.value);
 }
 
-ElementText::ElementText(std::string_view text) : text_(text) {
+ElementText::ElementText(std::string text) : text_(std::move(text)) {
   children_.reserve(16);
   Scan();
 }
@@ -137,20 +137,19 @@ void ElementText::Insert(const std::string& child, ElementOrder order) {
   children_.insert(children_.begin() + static_cast<std::ptrdiff_t>(index), added);
 }
 
-void ElementText::SetContent(std::string_view name, const std::string& content, ElementOrder order) {
-  const ChildPlace* child = Find(name);
-  const std::string whole = "<" + std::string(name) + ">" + content + "</" + std::string(name) + ">";
-  if (child == nullptr) {
-    Insert(whole, order);
-  } else if (TextOf(*child).ends_with("/>")) {
-    Replace(name, whole);
-  } else {
-    const std::size_t begin = MarkupEnd(text_, child->begin);
-    const auto index = static_cast<std::size_t>(child - children_.data());
-    const std::size_t end = text_.rfind("</", child->end - 1);
-    children_[index].end += content.size() - (end - begin);
-    Exchange(begin, end, content, index + 1);
+void ElementText::SetContent(std::string_view name, std::string_view content, ElementOrder order) {
+  const ChildPlace* const child = Find(name);
+  if (child == nullptr || TextOf(*child).ends_with("/>")) {
+    const std::string tag = std::string(name) + ">";
+    const std::string whole = ("<" + tag).append(content).append("</") + tag;
+    child == nullptr ? Insert(whole, order) : Replace(name, whole);
+    return;
   }
+  const std::size_t begin = MarkupEnd(text_, child->begin);
+  const auto index = static_cast<std::size_t>(child - children_.data());
+  const std::size_t end = text_.rfind("</", child->end - 1);
+  children_[index].end += content.size() - (end - begin);
+  Exchange(begin, end, content, index + 1);
 }
 
 void ElementText::Replace(std::string_view name, const std::string& child) {

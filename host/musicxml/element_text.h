@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace sok {
@@ -16,9 +17,11 @@ extern const ElementOrder kBarlineOrder;
 
 class ElementText {
  public:
-  explicit ElementText(std::string_view text);
+  explicit ElementText(std::string text);
+  explicit ElementText(std::string_view text) : ElementText(std::string(text)) {}
 
-  const std::string& text() const { return text_; }
+  const std::string& text() const& { return text_; }
+  std::string text() && { return std::move(text_); }
   bool Has(std::string_view name) const { return Find(name) != nullptr; }
   bool IsEmpty() const { return children_.empty(); }
   // The first child of a name as text, and what stands between its tags; empty when there is none.
@@ -30,7 +33,7 @@ class ElementText {
   // neighbours.
   void Insert(const std::string& child, ElementOrder order = {});
   // What stands between the tags of the first child of that name, which is made when it is missing.
-  void SetContent(std::string_view name, const std::string& content, ElementOrder order = {});
+  void SetContent(std::string_view name, std::string_view content, ElementOrder order = {});
   void Replace(std::string_view name, const std::string& child);  // the first of that name
   // All children of a name for which `goes` answers true, with the white space before them.
   template <typename Predicate>

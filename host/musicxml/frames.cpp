@@ -75,24 +75,18 @@ void ModelFrames::FillOne(const Spot& spot, std::uint32_t index, EXENTRY& entry)
 ModelFrames::Spot ModelFrames::SpotOf(int number) const {
   if (number < 1 || number > LastNumber()) return {};
   const auto entry = static_cast<std::uint32_t>(number - 1);
-  const auto holds = [entry](const Part& part) {
-    return !part.cells.empty() && part.cells.front().first_entry <= entry &&
-           entry < part.cells.back().first_entry + part.cells.back().entries;
-  };
-  for (std::size_t i = 0; i < model_.parts.size(); ++i) {
-    const std::size_t index = (last_part_ + i) % model_.parts.size();
-    const Part& part = model_.parts[index];
-    if (!holds(part)) continue;
+  const auto holds = [entry](const VoiceCell& voice) { return entry - voice.first_entry < voice.entries; };
+  if (last_.voice != nullptr && holds(*last_.voice)) return last_;
+  for (const Part& part : model_.parts) {
     // Both the voices of a part and its measures stand in the order of their entries.
     const auto behind = std::ranges::upper_bound(part.cells, entry, {}, &VoiceCell::first_entry);
+    if (behind == part.cells.begin() || !holds(*(behind - 1))) continue;
     const VoiceCell& voice = *(behind - 1);
-    if (entry >= voice.first_entry + voice.entries) continue;  // of another part, whose measures stand between
-    const auto at = static_cast<std::uint32_t>(&voice - part.cells.data());
-    const auto cell = std::ranges::upper_bound(part.measures, at, {}, &Cell::first_voice) - 1;
+    const auto index = static_cast<std::uint32_t>(&voice - part.cells.data());
+    const auto cell = std::ranges::upper_bound(part.measures, index, {}, &Cell::first_voice) - 1;
     const auto measure = static_cast<short>(cell - part.measures.begin() + 1);
     if (model_.IsLeftOut(voice, measure)) return {};
-    last_part_ = index;
-    return {&voice, {static_cast<short>(part.first_slot + voice.home - 1), measure, voice.layer}};
+    return last_ = {&voice, {static_cast<short>(part.first_slot + voice.home - 1), measure, voice.layer}};
   }
   return {};
 }

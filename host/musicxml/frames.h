@@ -44,7 +44,7 @@ class ModelFrames : public EntrySource {
   void FillOne(const Spot& spot, std::uint32_t index, EXENTRY& entry) const;
 
   const Model& model_;
-  mutable std::size_t last_part_ = 0;  // where an entry was found: the next one mostly stands there, too
+  mutable Spot last_;  // where an entry was found: the next one mostly stands there, too
 };
 
 inline constexpr unsigned int kInstrumentTag = 0x534F4953;      // 'SOIS'; key: instrument, 0

@@ -14,7 +14,7 @@ std::size_t Behind(std::string_view text, std::size_t from, std::string_view end
   return at == std::string_view::npos ? text.size() : at + end.size();
 }
 
-bool EndsName(char c) { return IsXmlSpace(c) || c == '/' || c == '>'; }
+bool EndsName(char c) { return c <= '>' && (c == '>' || c == '/' || IsXmlSpace(c)); }
 
 bool IsNamed(std::string_view text, std::string_view name) {
   return text.size() > name.size() && text.front() == name.front() && text.starts_with(name) &&
@@ -60,7 +60,8 @@ std::string_view ElementName(std::string_view text) {
 // Nothing but elements of the same name counts: all others inside end before this one does.
 std::size_t ElementEnd(std::string_view text, std::size_t begin) {
   const std::string_view name = ElementName(text.substr(begin));
-  std::size_t end = MarkupEnd(text, begin);
+  std::size_t end = begin + 1 + name.size();
+  end = end < text.size() && text[end] == '>' ? end + 1 : MarkupEnd(text, begin);
   int depth = text[end - 2] == '/' ? 0 : 1;
   for (std::size_t at = end; depth > 0 && (at = text.find('<', at)) < text.size();) {
     const char kind = at + 1 < text.size() ? text[at + 1] : '>';

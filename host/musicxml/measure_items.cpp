@@ -1,7 +1,6 @@
 #include "host/musicxml/measure_items.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "host/musicxml/markup.h"
 
@@ -135,8 +134,6 @@ ItemKind KindOf(const char* name) {
 
 }  // namespace
 
-bool Is(const char* name, const char* other) { return std::strcmp(name, other) == 0; }
-
 int SmallNumber(std::string_view text) {
   text = Trimmed(text);
   const bool negative = text.starts_with('-');
@@ -187,7 +184,7 @@ void MeasureItems::ReadNote(Item& item) {
   for (pugi::xml_node child = item.node.first_child(); child; child = child.next_sibling()) {
     const char* const name = child.name();
     for (const auto& [part, read] : kNoteParts) {
-      if (part[0] != name[0] || !Is(part, name)) continue;
+      if (!Is(part, name)) continue;
       read(child, note);
       break;
     }

@@ -4,6 +4,7 @@
 // between its offsets.
 #pragma once
 
+#include <cstring>
 #include <pugixml.hpp>
 #include <string_view>
 #include <vector>
@@ -86,6 +87,6 @@ int StaffNumber(pugi::xml_node staff);
 
 // A whole number as short texts hold it; 0 for what is none or a huge one.
 int SmallNumber(std::string_view text);
-bool Is(const char* name, const char* other);
+inline bool Is(const char* name, const char* other) { return *name == *other && std::strcmp(name, other) == 0; }
 
 }  // namespace sok

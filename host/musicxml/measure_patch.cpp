@@ -41,6 +41,7 @@ MeasurePatch::MeasurePatch(const Model& model, std::string_view text, int part, 
       style_(style),
       content_(MarkupEnd(text, measure_.begin)),
       length_(model.lengths[static_cast<std::size_t>(measure - 1)]) {
+  pieces_.reserve(measure_.parts.items.size());
   for (std::size_t i = 0; i < measure_.parts.items.size(); ++i) {
     const Item& item = measure_.parts.items[i];
     Piece& piece = pieces_.emplace_back();

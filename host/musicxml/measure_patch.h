@@ -103,6 +103,9 @@ class MeasurePatch {
     Fraction after;
 
     bool MovesCursor() const { return kind < ItemKind::kPlaced; }
+    // Of a note: whether it sounded in the text that was read, and whether it does now.
+    bool Sounded() const { return item != nullptr && (item->entry.flags & kRest) == 0; }
+    bool Sounds() const { return !gone && (written ? !note.rest : Sounded()); }
   };
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
@@ -142,7 +145,7 @@ class MeasurePatch {
   std::size_t ChordEnd(std::size_t head) const;
   std::size_t NthNote(std::size_t head, std::size_t end, int n) const;
   std::size_t PlaceOfNewVoice(int staff) const;
-  void MendGroups(const VoicePlan& plan, const Relaid& old);
+  void MendGroups(const Relaid& old);
   void Merge(Additions added);
   bool InRelaidStream(std::size_t index) const;
   bool IsGapOfRelaid(std::size_t index) const;

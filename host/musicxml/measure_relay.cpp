@@ -76,6 +76,32 @@ std::vector<int> Groups(const std::vector<Span>& spans) {
   return groups;
 }
 
+constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
+// Which notes stand under a sign that is false now: one over a note that is not `sound` any more, or over two between
+// which another one came. `stays` has every entry's place among the notes, or kNowhere.
+std::vector<bool> FalseSigns(const std::vector<Span>& spans, const std::vector<bool>& sound,
+                             const std::vector<std::size_t>& stays) {
+  std::vector<bool> is_false(spans.size());
+  if (std::ranges::all_of(spans, [](Span span) { return span == Span::kNone; })) return is_false;
+  const std::vector<int> groups = Groups(spans);
+  std::set<int> broken;
+  for (std::size_t k = 0; k < groups.size(); ++k) {
+    if (!sound[k]) broken.insert(groups[k]);
+  }
+  std::size_t before = kNowhere;
+  for (std::size_t e = 0; e < stays.size(); ++e) {
+    const std::size_t next = e + 1 < stays.size() ? stays[e + 1] : kNowhere;
+    if (stays[e] != kNowhere) {
+      before = stays[e];
+    } else if (before != kNowhere && next != kNowhere && groups[before] == groups[next]) {
+      broken.insert(groups[next]);
+    }
+  }
+  for (std::size_t k = 0; k < groups.size(); ++k) is_false[k] = groups[k] >= 0 && broken.contains(groups[k]);
+  return is_false;
+}
+
 void RemoveNotation(ElementText& note, std::string_view name) {
   if (!note.Has("notations")) return;
   ElementText notations(note.Child("notations"));
@@ -184,13 +210,13 @@ EntryTarget MeasurePatch::TargetOf(const VoicePlan& plan, const PlannedEntry& pl
 MeasurePatch::Relaid MeasurePatch::MatchHeads(const VoicePlan& plan) {
   Relaid old;
   Fraction end;
-  std::map<int, std::size_t> places;
+  std::vector<std::size_t> places(static_cast<std::size_t>(plan.before.end - plan.before.first), kNone);  // by entry
   for (std::size_t i = 0; i < pieces_.size(); ++i) {
     Piece& piece = pieces_[i];
     if (!plan.before.Holds(piece.entry)) continue;
     piece.relaid = true;
     if (piece.chord) continue;
-    places[piece.entry] = old.heads.size();
+    places[static_cast<std::size_t>(piece.entry - plan.before.first)] = old.heads.size();
     old.gaps.push_back(old.heads.empty() ? Fraction() : piece.before - end);
     old.heads.push_back(i);
     end = piece.after;
@@ -199,15 +225,16 @@ MeasurePatch::Relaid MeasurePatch::MatchHeads(const VoicePlan& plan) {
   old.same.resize(old.heads.size(), false);
   std::size_t next = 0;
   for (const PlannedEntry& planned : plan.entries) {
-    const auto at = places.find(planned.source);
-    const bool stays = at != places.end() && at->second >= next;
-    old.stays.push_back(stays ? at->second : kNone);
+    const bool its = plan.before.Holds(planned.source);
+    const std::size_t at = its ? places[static_cast<std::size_t>(planned.source - plan.before.first)] : kNone;
+    const bool stays = at != kNone && at >= next;
+    old.stays.push_back(stays ? at : kNone);
     if (!stays) continue;
-    next = at->second + 1;
-    old.kept[at->second] = true;
+    next = at + 1;
+    old.kept[at] = true;
     const bool was_note = (planned.from.entry.flags & kEntryIsNote) != 0;
     const bool is_note = (planned.entry.flags & kEntryIsNote) != 0;
-    old.same[at->second] = was_note == is_note && planned.from.entry.duration == planned.entry.duration;
+    old.same[at] = was_note == is_note && planned.from.entry.duration == planned.entry.duration;
   }
   // Time that no entry fills stays in front of what follows.
   Fraction carried;
@@ -219,33 +246,17 @@ MeasurePatch::Relaid MeasurePatch::MatchHeads(const VoicePlan& plan) {
 }
 
 // Beams and tuplet brackets over notes that are not what they were are taken away.
-void MeasurePatch::MendGroups(const VoicePlan& plan, const Relaid& old) {
+void MeasurePatch::MendGroups(const Relaid& old) {
   std::vector<Span> beams, tuplets;
   for (const std::size_t head : old.heads) {
     beams.push_back(BeamOf(pieces_[head].item->node));
     tuplets.push_back(TupletOf(pieces_[head].item->node));
   }
-  const std::vector<int> beam = Groups(beams), tuplet = Groups(tuplets);
-  std::set<int> broken_beams, broken_tuplets;
+  const std::vector<bool> no_beam = FalseSigns(beams, old.same, old.stays);
+  const std::vector<bool> no_tuplet = FalseSigns(tuplets, old.kept, old.stays);
   for (std::size_t k = 0; k < old.heads.size(); ++k) {
-    if (!old.kept[k]) broken_tuplets.insert(tuplet[k]);
-    if (!old.same[k]) broken_beams.insert(beam[k]);
-  }
-  std::size_t before = kNone;
-  for (std::size_t e = 0; e < plan.entries.size(); ++e) {  // what comes between two notes of a group
-    const std::size_t next = e + 1 < plan.entries.size() ? old.stays[e + 1] : kNone;
-    if (old.stays[e] != kNone) {
-      before = old.stays[e];
-    } else if (before != kNone && next != kNone) {
-      if (beam[before] == beam[next]) broken_beams.insert(beam[next]);
-      if (tuplet[before] == tuplet[next]) broken_tuplets.insert(tuplet[next]);
-    }
-  }
-  for (std::size_t k = 0; k < old.heads.size(); ++k) {
-    const bool no_beam = beam[k] >= 0 && broken_beams.contains(beam[k]);
-    const bool no_tuplet = tuplet[k] >= 0 && broken_tuplets.contains(tuplet[k]);
     Piece& head = pieces_[old.heads[k]];
-    if (!head.gone && (no_beam || no_tuplet)) head.text = Without(TextOf(head), no_beam, no_tuplet);
+    if (!head.gone && (no_beam[k] || no_tuplet[k])) head.text = Without(TextOf(head), no_beam[k], no_tuplet[k]);
   }
 }
 
@@ -358,12 +369,13 @@ void MeasurePatch::Relay(const VoicePlan& plan) {
     if (refined) added[at].push_back(AddedDivisions(divisions, at));
     onset = onset + length;
   }
-  MendGroups(plan, old);
+  MendGroups(old);
   Merge(std::move(added));
 }
 
 // Additions stand in front of the piece of their number.
 void MeasurePatch::Merge(Additions added) {
+  if (std::ranges::all_of(added, &std::vector<Piece>::empty)) return;
   std::vector<Piece> merged;
   for (std::size_t i = 0; i < added.size(); ++i) {
     for (Piece& piece : added[i]) merged.push_back(std::move(piece));
@@ -443,15 +455,14 @@ void MeasurePatch::LayMove(std::vector<Piece>& laid, std::size_t owed, const Fra
 // anew.
 void MeasurePatch::LayMoves() {
   std::vector<Piece> laid;
+  laid.reserve(pieces_.size() + 1);
   Fraction now;
   std::size_t owed = kNone;  // the first move since then that was taken away
   Fraction owed_to;
   for (std::size_t i = 0; i < pieces_.size(); ++i) {
     Piece& piece = pieces_[i];
     const bool move = piece.kind == ItemKind::kBackup || piece.kind == ItemKind::kForward;
-    if (piece.gone || piece.kind == ItemKind::kStanding) {
-      laid.push_back(std::move(piece));
-    } else if (!move) {
+    if (!piece.gone && piece.kind != ItemKind::kStanding && !move) {
       const Fraction* place = PlaceNeeded(i);
       if (place != nullptr && (owed != kNone || !InRelaidStream(i) || piece.kind == ItemKind::kNote)) {
         LayMove(laid, owed, now, *place);
@@ -459,19 +470,18 @@ void MeasurePatch::LayMoves() {
         owed = kNone;
       }
       now = now + piece.length;
-      laid.push_back(std::move(piece));
-    } else if (IsGapOfRelaid(i) && owed == kNone) {
-      now = now + piece.length;
-      laid.push_back(std::move(piece));
-    } else if (owed == kNone && SameLength(now, piece.item->before)) {
-      now = piece.item->after;
-      laid.push_back(std::move(piece));
-    } else {
-      owed_to = piece.item->after;
-      piece.gone = true;
-      if (owed == kNone) owed = laid.size();
-      laid.push_back(std::move(piece));
+    } else if (move && !piece.gone) {
+      if (owed == kNone && IsGapOfRelaid(i)) {
+        now = now + piece.length;
+      } else if (owed == kNone && SameLength(now, piece.item->before)) {
+        now = piece.item->after;
+      } else {
+        owed_to = piece.item->after;
+        piece.gone = true;
+        owed = std::min(owed, laid.size());
+      }
     }
+    laid.push_back(std::move(piece));
   }
   if (owed != kNone && now < owed_to) LayMove(laid, owed, now, owed_to);
   pieces_ = std::move(laid);
@@ -540,8 +550,12 @@ std::map<std::size_t, int> MeasurePatch::Implied(std::vector<Sounding> notes) co
 }
 
 void MeasurePatch::MendAccidentals() {
+  const bool mends = std::ranges::any_of(pieces_, [](const Piece& piece) {
+    const bool fresh = piece.written && piece.note.fresh;
+    return piece.kind == ItemKind::kNote && (fresh || piece.Sounded() != piece.Sounds());
+  });
+  if (!mends) return;
   std::vector<Sounding> before, after;
-  bool mends = false;
   Fraction old_onset, new_onset;
   for (std::size_t i = 0; i < pieces_.size(); ++i) {
     const Piece& piece = pieces_[i];
@@ -550,15 +564,11 @@ void MeasurePatch::MendAccidentals() {
     if (!piece.chord && item != nullptr) old_onset = item->before;
     if (!piece.chord) new_onset = piece.relaid ? piece.target : old_onset;
     const bool shown = item != nullptr && item->node.child("accidental");
-    const bool sounded = item != nullptr && (item->entry.flags & kRest) == 0;
-    if (sounded) before.push_back({item->staff, old_onset, item->pitch, i, shown});
-    const bool sounds = !piece.gone && (piece.written ? !piece.note.rest : sounded);
-    mends = mends || (piece.written && piece.note.fresh) || sounded != sounds;
-    if (!sounds) continue;
+    if (piece.Sounded()) before.push_back({item->staff, old_onset, item->pitch, i, shown});
+    if (!piece.Sounds()) continue;
     const Pitch pitch = piece.written ? piece.note.pitch : item->pitch;
     after.push_back({piece.written ? piece.note.staff : item->staff, new_onset, pitch, i, shown});
   }
-  if (!mends) return;
   const std::map<std::size_t, int> was = Implied(std::move(before));
   const std::map<std::size_t, int> is = Implied(after);
   for (const Sounding& note : after) {

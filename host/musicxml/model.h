@@ -110,6 +110,7 @@ struct Part {
 
 struct Model {
   std::string form;
+  std::string head;  // the text without what its measures hold, until the data beside the music has been read
   ReadOptions options;
   std::vector<Part> parts;
   std::vector<Entry> entries;  // an entry's number is its index plus 1

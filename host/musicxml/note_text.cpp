@@ -81,7 +81,7 @@ void SetValue(ElementText& note, int duration, const EntryTarget& target) {
   if (target.whole || value.type.empty()) {
     note.Remove("type");
   } else {
-    note.SetContent("type", std::string(value.type), kNoteOrder);
+    note.SetContent("type", value.type, kNoteOrder);
     for (int i = 0; i < value.dots; ++i) note.Insert("<dot/>", kNoteOrder);
   }
   if (note.Has("rest")) note.Replace("rest", target.whole ? "<rest measure=\"yes\"/>" : "<rest/>");
@@ -131,14 +131,14 @@ void Finish(NoteText& note, ElementText& text, const WrittenEntry& source, const
     SetPlace(text, target);
     note.staff = target.home;
   }
-  note.text = text.text();
+  note.text = std::move(text).text();
 }
 
 // The first note: what it was, with what changed.
 NoteText Head(const WrittenEntry& source, const EntryTarget& target, const Layout& layout) {
   if (source.notes.empty()) return NewHead(target, layout);
   NoteText note = source.notes.front();
-  ElementText text(note.text);
+  ElementText text(std::move(note.text));
   const bool rest = !IsNote(target.entry);
   if (rest && !note.rest) MakeRest(text);
   if (!rest) {
@@ -159,7 +159,7 @@ NoteText Other(const NoteText& head, const NoteText* old, const WrittenEntry& so
                const Pitch& pitch, const Layout& layout) {
   if (old == nullptr) return {ChordNote(head.text, pitch, layout), head.staff, pitch, false, true};
   NoteText note = *old;
-  ElementText text(note.text);
+  ElementText text(std::move(note.text));
   note.fresh = pitch.step != note.pitch.step || pitch.alter != note.pitch.alter;
   if (note.fresh) SetPitch(text, note.pitch, pitch);
   const std::uint8_t ties = note.pitch.ties;

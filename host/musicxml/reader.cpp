@@ -52,6 +52,7 @@ class ScoreReader {
   pugi::xml_node Parse() {
     if (std::optional<Skeleton> skeleton = SkeletonOf(text_)) {
       skeleton_ = std::move(skeleton->text);
+      if (model_.options.document_data) model_.head = skeleton_;
       cell_places_ = std::move(skeleton->cells);
       if (tree_.load_buffer_inplace(skeleton_.data(), skeleton_.size(), kMusicOnly, pugi::encoding_utf8)) {
         const pugi::xml_node root = tree_.document_element();
@@ -59,6 +60,7 @@ class ScoreReader {
         return root;
       }
       cell_places_.clear();
+      model_.head.clear();
     }
     Check(tree_.load_buffer(text_.data(), text_.size(), kMusicOnly, pugi::encoding_utf8), 0);
     const pugi::xml_node root = tree_.document_element();
@@ -247,11 +249,5 @@ class ScoreReader {
 }  // namespace
 
 Model ReadModel(std::string_view text, const ReadOptions& options) { return ScoreReader(text, options).Read(); }
-
-void ParseHead(std::string_view text, pugi::xml_document& tree) {
-  const std::optional<Skeleton> skeleton = SkeletonOf(text);
-  const std::string_view head = skeleton ? std::string_view(skeleton->text) : text;
-  tree.load_buffer(head.data(), head.size(), pugi::parse_default, pugi::encoding_utf8);
-}
 
 }  // namespace sok

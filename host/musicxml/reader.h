@@ -12,7 +12,4 @@ namespace sok {
 // `text` is UTF-8. Throws TextError.
 Model ReadModel(std::string_view text, const ReadOptions& options);
 
-// What stands around the measures, parsed: the tree of the score without what its measures hold, or the whole one.
-void ParseHead(std::string_view text, pugi::xml_document& tree);
-
 }  // namespace sok

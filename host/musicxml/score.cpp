@@ -65,6 +65,7 @@ struct Score::Impl {
     FillDocument(model, document);
     document.SetEntrySource(&*frames);
     if (options.document_data) ReadDocumentData(model, text, document);
+    model.head = std::string();
   }
 
   std::string Patched(const std::vector<Change>& changes, const WriteOptions& options) const {
