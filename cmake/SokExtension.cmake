@@ -14,13 +14,14 @@
 # prefix that it is installed to.
 
 # sok_test_extension(NAME COMMAND number SCORE file [EXPECT file] [FRAMES file] [ALERT text]
-#                    [OPTIONS option...])
+#                    [OPTIONS option...] [TEST name])
 #
 # Adds a test to ctest that runs one command of the extension on a score with `sokrun run` and its options, such as
 # OPTIONS --measures 2-3. It passes when the score that comes out is EXPECT's to the last byte, when the entries of what
 # changed are the table in FRAMES (as `sokrun run … --check --quiet --frames` prints it; empty where nothing changes), and
-# when ALERT, alerts joined with line ends, is all that is shown; one of the three has to be there. What differs is
-# printed. Where there is no sokrun, the test is left out.
+# when ALERT, alerts joined with line ends (those at the end do not count), is all that is shown; one of the three has to
+# be there. What differs is printed. With SOK_ACCEPT in the environment of ctest, EXPECT and FRAMES become what comes
+# out. The test bears the name TEST, or one made of all this. Where there is no sokrun, the test is left out.
 
 # Lays a module library out as NAME.bundle below `folder`, with an Info.plist and the files of a resources folder.
 function(sok_bundle_layout target folder info_plist resources)
@@ -114,7 +115,7 @@ function(sok_find_sokrun result)
 endfunction()
 
 function(sok_test_extension name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMMAND;SCORE;EXPECT;FRAMES;ALERT" "OPTIONS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "COMMAND;SCORE;EXPECT;FRAMES;ALERT;TEST" "OPTIONS")
   if(NOT DEFINED arg_COMMAND OR NOT DEFINED arg_SCORE OR NOT
       (DEFINED arg_EXPECT OR DEFINED arg_FRAMES OR DEFINED arg_ALERT))
     message(FATAL_ERROR "sok_test_extension(${name}): needs COMMAND, SCORE and one of EXPECT, FRAMES and ALERT")
@@ -128,10 +129,18 @@ function(sok_test_extension name)
   get_filename_component(file "${arg_SCORE}" NAME)
   get_filename_component(expected_file "${arg_EXPECT}${arg_FRAMES}" NAME)
   list(JOIN arg_OPTIONS " " options)
-  string(REGEX REPLACE "[^A-Za-z0-9]+" "_" run "command_${arg_COMMAND}_${file} ${options} ${expected_file}.")
+  set(run "${arg_TEST}")
+  if(NOT run)
+    set(run "command_${arg_COMMAND}_${file} ${options} ${expected_file}.")
+  endif()
+  string(REGEX REPLACE "[^A-Za-z0-9]+" "_" run "${run}")
   string(REGEX REPLACE "_$" "" run "${run}")
+  if(DEFINED arg_EXPECT)
+    set(file "${arg_EXPECT}")  # its suffix says whether the result is compressed
+  endif()
+  get_filename_component(suffix "${file}" LAST_EXT)
   set(definitions "-DSOKRUN=${sokrun}" "-DBUNDLE=$<TARGET_PROPERTY:${name},SOK_BUNDLE>" "-DCOMMAND=${arg_COMMAND}"
-    "-DSCORE=${score}" "-DRESULT=${CMAKE_CURRENT_BINARY_DIR}/${name}_${run}_${file}" "-DOPTIONS=${options}")
+    "-DSCORE=${score}" "-DRESULT=${CMAKE_CURRENT_BINARY_DIR}/${name}_${run}${suffix}" "-DOPTIONS=${options}")
   foreach(file EXPECT FRAMES)
     if(DEFINED arg_${file})
       get_filename_component(path "${arg_${file}}" ABSOLUTE)

@@ -1,16 +1,46 @@
 # One test of sok_test_extension: cmake -DSOKRUN=... -DBUNDLE=... -DCOMMAND=... -DSCORE=... -DRESULT=... [-DEXPECT=...]
 # [-DFRAMES=...] [-DALERT=...] [-DOPTIONS=...] -P SokTestExtension.cmake
 #
-# Runs the command and compares what it leaves and says with what is expected.
+# Runs the command and compares what it leaves and says with what is expected. Where the environment has SOK_ACCEPT, the
+# files of what is expected become what comes out.
 cmake_minimum_required(VERSION 3.22)
 
 separate_arguments(OPTIONS UNIX_COMMAND "${OPTIONS}")
-execute_process(COMMAND "${SOKRUN}" run ${COMMAND} "${SCORE}" --plugin "${BUNDLE}" -o "${RESULT}" --json ${OPTIONS}
-  RESULT_VARIABLE status OUTPUT_VARIABLE report)
+set(run "${SOKRUN}" run ${COMMAND} "${SCORE}" --plugin "${BUNDLE}" ${OPTIONS})
+execute_process(COMMAND ${run} -o "${RESULT}" --json RESULT_VARIABLE status OUTPUT_VARIABLE report)
 if(NOT status EQUAL 0)
   string(JSON error ERROR_VARIABLE none GET "${report}" files 0 error)
-  message(FATAL_ERROR "sokrun ends with ${status}: ${error}")
+  message("sokrun: ${error}")
+  message(FATAL_ERROR "sokrun ends with ${status}.")
 endif()
+
+# Fails where a result is not, to the last byte, what a file has. `remedy`, in words, makes it the expected one.
+function(compare what result expected remedy)
+  if(EXISTS "${expected}")
+    file(SHA256 "${expected}" wanted)
+    file(SHA256 "${result}" got)
+    if(wanted STREQUAL got)
+      return()
+    endif()
+    execute_process(COMMAND diff -u -F "<measure" --label expected "${expected}" --label result "${result}"
+      OUTPUT_VARIABLE difference)
+    message("${difference}")
+  else()
+    message("There is no ${expected}.")
+  endif()
+  message("If the result is right: ${remedy}\n")
+  message(FATAL_ERROR "${what} not what is expected.")
+endfunction()
+
+# The same with a file that can be accepted.
+function(compare_file what result expected)
+  if(DEFINED ENV{SOK_ACCEPT})
+    get_filename_component(folder "${expected}" DIRECTORY)
+    file(MAKE_DIRECTORY "${folder}")
+    file(COPY_FILE "${result}" "${expected}")
+  endif()
+  compare("${what}" "${result}" "${expected}" "SOK_ACCEPT=1 ctest … (then look at it), or\n  cp '${result}' '${expected}'")
+endfunction()
 
 if(DEFINED ALERT)
   string(JSON count LENGTH "${report}" files 0 alerts)
@@ -20,33 +50,18 @@ if(DEFINED ALERT)
     string(JSON alert GET "${report}" files 0 alerts ${count})
     set(alerts "${alert}\n${alerts}")
   endwhile()
-  if(NOT alerts STREQUAL "${ALERT}\n")
-    message(FATAL_ERROR "The alerts shown are not those expected.\nexpected:\n${ALERT}\nshown:\n${alerts}")
-  endif()
+  string(REGEX REPLACE "\n+$" "" alerts "${alerts}")
+  string(REGEX REPLACE "\n+$" "" wanted "${ALERT}")
+  file(WRITE "${RESULT}.alerts" "${alerts}\n")
+  file(WRITE "${RESULT}.expected_alerts" "${wanted}\n")
+  compare("The alerts are" "${RESULT}.alerts" "${RESULT}.expected_alerts" "give sok_test_extension the text as ALERT")
 endif()
 
-# Fails where a result is not, to the last byte, what a file has.
-function(compare result expected)
-  set(remedy "If the result is right:\n  cp '${result}' '${expected}'")
-  if(NOT EXISTS "${expected}")
-    message(FATAL_ERROR "There is no ${expected} to compare with. ${remedy}")
-  endif()
-  file(SHA256 "${expected}" wanted)
-  file(SHA256 "${result}" got)
-  if(NOT wanted STREQUAL got)
-    execute_process(COMMAND diff -u -F "<measure" --label expected "${expected}" --label result "${result}"
-      OUTPUT_VARIABLE difference)
-    message("${difference}")
-    message(FATAL_ERROR "${result} is not what ${expected} has: see above. ${remedy}")
-  endif()
-endfunction()
-
 if(DEFINED EXPECT)
-  compare("${RESULT}" "${EXPECT}")
+  compare_file("The score that comes out is" "${RESULT}" "${EXPECT}")
 endif()
 
 if(DEFINED FRAMES)
-  execute_process(COMMAND "${SOKRUN}" run ${COMMAND} "${SCORE}" --plugin "${BUNDLE}" --check --quiet --frames ${OPTIONS}
-    OUTPUT_FILE "${RESULT}.frames" ERROR_QUIET)
-  compare("${RESULT}.frames" "${FRAMES}")
+  execute_process(COMMAND ${run} --check --quiet --frames OUTPUT_FILE "${RESULT}.frames" ERROR_QUIET)
+  compare_file("What the entries are is" "${RESULT}.frames" "${FRAMES}")
 endif()

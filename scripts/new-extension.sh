@@ -45,16 +45,17 @@ sok_add_extension($name
   SOURCES $name.cpp
   INFO_PLIST resources/Info.plist
   RESOURCES resources)
+target_compile_options($name PRIVATE -Wall -Wextra)
 sok_install_bundle($name)
 
 enable_testing()
-sok_test_extension($name COMMAND 0 SCORE score.musicxml ALERT "Notes: 3")
+sok_test_extension($name COMMAND 0 SCORE score.musicxml ALERT "Notes: 3")  # what the command shows or makes of a score
 END
 cat <<END
 $dir: an extension with one command. Its identifier stands in resources/Info.plist, its texts in
 resources/en.lproj/Localizable.strings. Build and check it:
     cd $(printf %q "$dir") && cmake -B build && cmake --build build
-    ctest --test-dir build
+    ctest --test-dir build --output-on-failure
     sokrun list build/$name.bundle
     sokrun validate build/$name.bundle
 END
