@@ -18,9 +18,10 @@ echo "$package"
 
 scripts/install-dependencies.sh debootstrap
 root=$(mktemp -d)
-trap 'umount -q "$root/proc"; rm -rf --one-file-system "$root"' EXIT
-mirror=$(sed -n 's/^URIs: *//p; s/^deb \(\[[^]]*\] \)\?\([^ ]*\) .*/\2/p' /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null | head -1)
-debootstrap --variant=minbase "$(. /etc/os-release && echo "$VERSION_CODENAME")" "$root" "$mirror" >/dev/null
+trap '! mountpoint -q "$root/proc" || umount "$root/proc"; rm -rf --one-file-system "$root"' EXIT
+release=$(. /etc/os-release && echo "$VERSION_CODENAME")
+mirror=$(apt-get indextargets --format '$(REPO_URI)' "Codename: $release" | sed -n 1p)
+debootstrap --variant=minbase "$release" "$root" "$mirror" >/dev/null
 cp "$package" examples/scores/demo.musicxml "$root/tmp"
 mount -t proc proc "$root/proc"
 chroot "$root" sh -ec '
