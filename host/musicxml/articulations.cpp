@@ -1,5 +1,6 @@
 #include "host/musicxml/articulations.h"
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/musicxml/frames.h"
 
 namespace sok {
@@ -18,7 +19,7 @@ const char* ElementOf(const Document& document, short definition) {
   id.other.cmper = static_cast<unsigned short>(definition);
   short character = 0;
   int size = sizeof character;
-  if (!document.records.Load(kDefinitionTag, id, &character, &size)) return nullptr;
+  if (!document.records.Load(record_tags::kArticulationDefinition, id, &character, &size)) return nullptr;
   for (const Sign& sign : kSigns) {
     if (sign.character == character) return sign.element;
   }
@@ -32,7 +33,7 @@ std::optional<std::vector<std::string>> ArticulationsOn(const Document& document
   EDataID id{};
   id.entryDetail.entryNum = entry;
   short definition = 0;
-  for (int size = sizeof definition; document.records.Load(kAssignmentTag, id, &definition, &size);
+  for (int size = sizeof definition; document.records.Load(record_tags::kArticulation, id, &definition, &size);
        size = sizeof definition, ++id.entryDetail.subIndex) {
     const char* element = ElementOf(document, definition);
     if (element == nullptr) return std::nullopt;

@@ -1,4 +1,5 @@
-// Articulations that an extension gives to entries, as elements of the score.
+// Articulations that an extension gives to entries, as elements of the score. A definition begins with its character in
+// the music font.
 #pragma once
 
 #include <cstddef>
@@ -9,9 +10,6 @@
 #include "host/engine/document.h"
 
 namespace sok {
-
-inline constexpr unsigned int kAssignmentTag = 0x6564494D;  // 'edIM': 12 bytes, the definition's number first
-inline constexpr unsigned int kDefinitionTag = 0x4F044958;  // 60 bytes, its character in the music font first
 
 // The elements of the articulations on an entry; none when one of them is not among those that MusicXML has.
 std::optional<std::vector<std::string>> ArticulationsOn(const Document& document, int entry);

@@ -4,11 +4,13 @@
 #include <array>
 #include <cstring>
 
+#include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
+
 namespace sok {
 namespace {
 
-constexpr std::size_t kRestPlacement = 24;  // in 'SOIS'
-constexpr int kTopLine = 10;                // steps from middle C, treble clef; rests hang from it
+constexpr int kTopLine = 10;  // steps from middle C, treble clef; rests hang from it
 constexpr unsigned short kRestHostWord = 0x0080;
 constexpr std::uint32_t kMostEntries = 32767;
 
@@ -118,24 +120,24 @@ void FillDocument(const Model& model, Document& document) {
     const short instrument = document.AddStaff();
     EDataID id{};
     id.other = {static_cast<unsigned short>(instrument), 0};
-    std::array<unsigned char, 136> definition{};
-    Put(definition, kRestPlacement, (MiddleLine(model, instrument) - kTopLine) * 256);
-    document.records.Save(kInstrumentTag, id, definition.data(), static_cast<int>(definition.size()));
-    std::array<unsigned char, 24> used{};
+    EDTInstDefinition definition{};
+    definition.restPlacement = static_cast<short>((MiddleLine(model, instrument) - kTopLine) * 256);
+    document.records.Save(record_tags::kInstrument, id, &definition, sizeof definition);
+    std::array<unsigned char, sizeof(EDTInstrumentUsed)> used{};
     Put(used, 0, instrument);
     id.other = {0, static_cast<short>(i)};
-    document.records.Save(kInstrumentUsedTag, id, used.data(), static_cast<int>(used.size()));
+    document.records.Save(record_tags::kInstrumentUsed, id, used.data(), static_cast<int>(used.size()));
   }
   for (const Measure& measure : model.measures) {
     const short number = document.AddMeasure(measure.duration);
     EDataID id{};
     id.other = {static_cast<unsigned short>(number), 0};
     // The length as beats and beat length: whole quarters where it is made of them, else the finest beat there is.
-    std::array<unsigned char, 30> record{};
+    std::array<unsigned char, sizeof(EDTMeasureSpec2014)> record{};
     const int beat = measure.duration % 1024 == 0 ? 1024 : measure.duration % 512 == 0 ? 512 : 1;
     Put(record, 4, std::min(measure.duration / beat, 32767));
     Put(record, 6, beat);
-    document.records.Save(kMeasureTag, id, record.data(), static_cast<int>(record.size()));
+    document.records.Save(record_tags::kMeasure, id, record.data(), static_cast<int>(record.size()));
   }
 }
 

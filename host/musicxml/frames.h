@@ -47,10 +47,6 @@ class ModelFrames : public EntrySource {
   mutable Spot last_;  // where an entry was found: the next one mostly stands there, too
 };
 
-inline constexpr unsigned int kInstrumentTag = 0x534F4953;      // 'SOIS'; key: instrument, 0
-inline constexpr unsigned int kInstrumentUsedTag = 0x534F4975;  // 'SOIu'; key: staff list, slot
-inline constexpr unsigned int kMeasureTag = 0x534F4D53;         // 'SOMS'; key: measure, 0
-
 // Staves, measures and the records that the commands and the kit ask for beside the music.
 void FillDocument(const Model& model, Document& document);
 

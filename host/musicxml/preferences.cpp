@@ -6,11 +6,12 @@
 #include <cstring>
 #include <string_view>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
+
 namespace sok {
 namespace {
 
-constexpr unsigned int kPerFieldTag = 0x6F740000;          // 'ot' and two characters
-constexpr unsigned int kLayerPreferencesTag = 0x70664C41;  // 'pfLA'
+constexpr unsigned int kPerFieldTag = 0x6F740000;  // 'ot' and two characters
 constexpr unsigned short kPreferenceCmper = 65534;
 constexpr double kUnitsPerMillimeter = 288 / 25.4;
 
@@ -50,7 +51,7 @@ void SaveEmptyRecords(Document& document) {
     EDataID id{};
     id.global.instance = layer;
     const unsigned char preferences[4] = {};
-    document.records.Save(kLayerPreferencesTag, id, preferences, sizeof preferences);
+    document.records.Save(record_tags::kLayerPreferences, id, preferences, sizeof preferences);
   }
 }
 

@@ -5,11 +5,13 @@
 #include <map>
 #include <string_view>
 
+#include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
+
 namespace sok {
 
 namespace {
 
-constexpr unsigned short kHostChooses = 0xFFFF;
 constexpr short kNextPlace = -1;
 constexpr int kQuarter = 1024;
 constexpr int kHighestLineNumber = 16;
@@ -212,7 +214,7 @@ class PartLines {
 void CreateMeasureMark(RecordStore& records, short measure, unsigned short shape, unsigned short center) {
   EDataID id = OtherKey(static_cast<unsigned short>(measure), kNextPlace);
   const MeasureMarkRecord mark{shape, center, {}};
-  records.Create(kMeasureMarkTag, id, &mark, sizeof mark);
+  records.Create(record_tags::kSmartShapeMeasureMark, id, &mark, sizeof mark);
 }
 
 void CreateEntryMark(RecordStore& records, int entry, unsigned short shape) {
@@ -220,21 +222,21 @@ void CreateEntryMark(RecordStore& records, int entry, unsigned short shape) {
   id.entryDetail.entryNum = entry;
   id.entryDetail.subIndex = kNextPlace;
   const EntryMarkRecord mark{shape, {}};
-  records.Create(kEntryMarkTag, id, &mark, sizeof mark);
+  records.Create(record_tags::kSmartShapeEntryMark, id, &mark, sizeof mark);
 }
 
 void CreateShape(RecordStore& records, const ShapeRecord& shape) {
-  EDataID id = OtherKey(kHostChooses, 0);
-  if (!records.Create(kSmartShapeTag, id, &shape, sizeof shape)) return;
+  EDataID id = OtherKey(EDataID::kHostChooses, 0);
+  if (!records.Create(record_tags::kSmartShape, id, &shape, sizeof shape)) return;
   const unsigned short number = id.other.cmper;
   for (int measure = shape.start_measure; measure <= shape.end_measure; ++measure) {
     unsigned short center = 0;
     if (measure != shape.start_measure && measure != shape.end_measure) {
       EDataID center_id{};
       center_id.detail.cmper = number;
-      center_id.detail.secondCmper = kHostChooses;
+      center_id.detail.secondCmper = EDataID::kHostChooses;
       constexpr std::array<unsigned char, kCenterShapeSize> bytes{};
-      records.Create(kCenterShapeTag, center_id, bytes.data(), bytes.size());
+      records.Create(record_tags::kCenterShape, center_id, bytes.data(), bytes.size());
       center = center_id.detail.secondCmper;
     }
     CreateMeasureMark(records, static_cast<short>(measure), number, center);
@@ -248,12 +250,12 @@ void CreateShape(RecordStore& records, const ShapeRecord& shape) {
 void AddStaffList(Document& document, unsigned short list, const std::vector<short>& instruments) {
   document.SetStaffList(list, instruments);
   short place = 0;
-  for (std::size_t first = 0; first < instruments.size(); first += kListRecordInstruments, ++place) {
-    std::array<short, kListRecordInstruments> record{};
-    const auto count = std::min<std::size_t>(instruments.size() - first, record.size());
-    std::copy_n(instruments.begin() + static_cast<std::ptrdiff_t>(first), count, record.begin());
-    for (const unsigned int tag : kInstrumentListTags) {
-      document.records.Save(tag, OtherKey(list, place), record.data(), sizeof record);
+  for (std::size_t first = 0; first < instruments.size(); first += std::size(EDT_DC().inst), ++place) {
+    EDT_DC record{};
+    const auto count = std::min(instruments.size() - first, std::size(record.inst));
+    std::copy_n(instruments.begin() + static_cast<std::ptrdiff_t>(first), count, record.inst);
+    for (const unsigned int tag : record_tags::kInstrumentList) {
+      document.records.Save(tag, OtherKey(list, place), &record, sizeof record);
     }
   }
 }

@@ -15,14 +15,7 @@
 
 namespace sok {
 
-inline constexpr unsigned int kSmartShapeTag = 0x4F085378;   // 'O', 8, 'Sx'; key: shape, 0
-inline constexpr unsigned int kCenterShapeTag = 0x44034378;  // 'D', 3, 'Cx'; key: shape, centre shape, 0
-inline constexpr unsigned int kMeasureMarkTag = 0x6F744D78;  // 'otMx'; key: measure, place
-inline constexpr unsigned int kEntryMarkTag = 0x65644578;    // 'edEx'; key: entry, place
-inline constexpr unsigned int kInstrumentListTags[] = {0x6F744443, 0x6F746463, 0x6F74494F, 0x6F74696F};
-
 inline constexpr unsigned int kShapeOnEntries = 0x40000000;  // in ShapeRecord::flags
-inline constexpr int kListRecordInstruments = 6;             // 16-bit each; 0: none
 
 enum class ShapeKind : short { kSlur, kCrescendo, kDiminuendo, kOctaveLine, kBracket, kPedal };
 

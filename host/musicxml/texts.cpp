@@ -1,25 +1,17 @@
 #include "host/musicxml/texts.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <map>
 #include <utility>
 
+#include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/musicxml/encoding.h"
 #include "host/musicxml/frames.h"
 
 namespace sok {
 
 namespace {
-
-constexpr std::size_t kTextKind = 24;  // in 'SOTX'
-constexpr unsigned short kOrdinaryKind = 0x626C;
-
-template <std::size_t N>
-void Put(std::array<unsigned char, N>& record, std::size_t offset, unsigned short word) {
-  std::memcpy(record.data() + offset, &word, sizeof word);
-}
 
 // Characters that have a command of their own, or stand for the caret, which cannot be written.
 struct Substitute {
@@ -100,12 +92,12 @@ class TextWriter {
       }
       EDataID id{};
       id.other.cmper = static_cast<unsigned short>(staff.instrument);
-      std::array<unsigned char, 136> record{};
-      int size = static_cast<int>(record.size());
-      records_.Load(kInstrumentTag, id, record.data(), &size);
-      Put(record, kFullName, names[staff.part].first);
-      Put(record, kAbbreviatedName, names[staff.part].second);
-      records_.Save(kInstrumentTag, id, record.data(), static_cast<int>(record.size()));
+      EDTInstDefinition record{};
+      int size = sizeof record;
+      records_.Load(record_tags::kInstrument, id, &record, &size);
+      record.fullName = static_cast<short>(names[staff.part].first);
+      record.abbreviatedName = static_cast<short>(names[staff.part].second);
+      records_.Save(record_tags::kInstrument, id, &record, sizeof record);
     }
   }
 
@@ -156,13 +148,11 @@ class TextWriter {
     if (text.empty() || full_) return 0;
     std::string units = EncodeText(text, "UTF-16LE");
     units.append(2, '\0');
-    const unsigned short number = Create(kRawTextTag, 0xFFFF, 0, units.data(), units.size());
+    const unsigned short number = Create(record_tags::kRawText, EDataID::kHostChooses, 0, units.data(), units.size());
     full_ = number == 0;
     if (full_) return 0;
-    std::array<unsigned char, 26> block{};
-    Put(block, 0, number);
-    Put(block, kTextKind, kOrdinaryKind);
-    const unsigned short made = Create(kTextBlockTag, 0xFFFF, 0, block.data(), block.size());
+    const EDTTextBlock2004 block = {static_cast<short>(number), {}, EDTTextBlock2004::kOrdinaryKind};
+    const unsigned short made = Create(record_tags::kTextBlock, EDataID::kHostChooses, 0, &block, sizeof block);
     full_ = made == 0;
     return made;
   }
@@ -174,24 +164,23 @@ class TextWriter {
   }
 
   bool AddPageText(unsigned int page, const std::string& text) {
-    std::array<unsigned char, 24> record{};
     const unsigned short block = AddBlock(text);
-    Put(record, 0, block);
-    return block != 0 && Create(kPageTextTag, static_cast<unsigned short>(page), -1, record.data(), record.size()) != 0;
+    const EDTPageText record = {static_cast<short>(block), {}};
+    return block != 0 &&
+           Create(record_tags::kPageText, static_cast<unsigned short>(page), -1, &record, sizeof record) != 0;
   }
 
   void AddMeasureText(short instrument, short measure, const std::string& text) {
     const std::pair place(instrument, measure);
     if (place == full_place_) return;
-    std::array<unsigned char, 10> record{};
     const unsigned short block = AddBlock(text);
     if (block == 0) return;
-    Put(record, 0, block);
+    const EDTMeasureText record = {static_cast<short>(block), {}};
     EDataID id{};
     id.detail.cmper = static_cast<unsigned short>(instrument);
     id.detail.secondCmper = static_cast<unsigned short>(measure);
     id.detail.subIndex = -1;
-    if (!records_.Create(kMeasureTextTag, id, record.data(), static_cast<int>(record.size()))) full_place_ = place;
+    if (!records_.Create(record_tags::kMeasureText, id, &record, sizeof record)) full_place_ = place;
   }
 
   // The record's number, 0 when it could not be added.

@@ -7,6 +7,7 @@
 
 #include "SokExtShared/LIB/notation/instrument_lists.h"
 #include "SokExtShared/LIB/smartshapes/smart_shape.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/engine_bundle.h"
 #include "host/musicxml/score.h"
 #include "tests/support/test_host.h"
@@ -50,7 +51,7 @@ std::unique_ptr<sok::Score> ScoreOf(const std::vector<std::string>& measures) {
 std::vector<std::string> Shapes(const sok::Score& score) {
   std::vector<std::string> found;
   score.document().records.ForEach([&](unsigned int tag, const EDataID&, std::span<const unsigned char> bytes) {
-    if (tag != sok::kSmartShapeTag) return;
+    if (tag != record_tags::kSmartShape) return;
     sok::ShapeRecord shape;
     std::memcpy(&shape, bytes.data(), sizeof shape);
     constexpr const char* kKinds[] = {"slur", "cresc", "dim", "octave", "bracket", "pedal"};
@@ -114,7 +115,8 @@ TEST(ScoreShapes, AreWhatTheKitExpects) {
   EDTSmartShape shape{};
   for (unsigned short number = 0; shape.Next(number);) EXPECT_TRUE(shape.FullErase(number));
   score->document().records.ForEach([](unsigned int tag, const EDataID&, auto) {
-    for (const unsigned int left : {sok::kCenterShapeTag, sok::kMeasureMarkTag, sok::kEntryMarkTag})
+    for (const unsigned int left :
+         {record_tags::kCenterShape, record_tags::kSmartShapeMeasureMark, record_tags::kSmartShapeEntryMark})
       EXPECT_NE(tag, left);
   });
   EXPECT_EQ(host.CallsWith("SX_DeleteEData").size(), 2u + 2 * 6 + 2);  // two shapes over four measures, one on entries

@@ -6,6 +6,7 @@
 #include <map>
 #include <vector>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/document.h"
 #include "host/musicxml/shapes.h"
 #include "host/runner/commands/commands.h"
@@ -57,7 +58,7 @@ void PrintShape(std::ostream& out, unsigned short number, const ShapeRecord& sha
 std::map<unsigned short, std::vector<short>> StaffLists(const RecordStore& records) {
   std::map<unsigned short, std::vector<short>> lists;
   records.ForEach([&](unsigned int tag, const EDataID& id, std::span<const unsigned char> bytes) {
-    if (std::ranges::find(kInstrumentListTags, tag) == std::end(kInstrumentListTags)) return;
+    if (std::ranges::find(record_tags::kInstrumentList, tag) == std::end(record_tags::kInstrumentList)) return;
     std::vector<short>& list = lists[id.other.cmper];
     for (std::size_t at = 0; at + sizeof(short) <= bytes.size(); at += sizeof(short)) {
       short instrument;
@@ -75,7 +76,7 @@ void PrintShapes(std::ostream& out, const Score& score) {
   out << Padded("shape", kNumberWidth) << ' ' << Padded("kind", kKindWidth) << ' ' << Padded("staff", kStaffWidth)
       << ' ' << Padded("from, in units #entry", kShapePlaceWidth) << " to\n";
   records.ForEach([&](unsigned int tag, const EDataID& id, std::span<const unsigned char> bytes) {
-    if (tag != kSmartShapeTag) return;
+    if (tag != record_tags::kSmartShape) return;
     ShapeRecord shape{};
     std::memcpy(&shape, bytes.data(), std::min(bytes.size(), sizeof shape));
     PrintShape(out, id.other.cmper, shape);

@@ -4,6 +4,8 @@
 #include <iostream>
 #include <vector>
 
+#include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/document.h"
 #include "host/musicxml/frames.h"
 #include "host/musicxml/texts.h"
@@ -36,7 +38,8 @@ std::vector<unsigned char> Load(const RecordStore& records, unsigned int tag, un
 
 // The characters of a text block as UTF-8, line breaks written as \n.
 std::string RawText(const RecordStore& records, unsigned short block) {
-  const std::vector<unsigned char> raw = Load(records, kRawTextTag, WordAt(Load(records, kTextBlockTag, block), 0));
+  const std::vector<unsigned char> raw =
+      Load(records, record_tags::kRawText, WordAt(Load(records, record_tags::kTextBlock, block), 0));
   std::vector<unsigned short> units(raw.size() / 2);
   if (!units.empty()) std::memcpy(units.data(), raw.data(), units.size() * 2);
   return Utf8FromUtf16(units.data(), units.size());
@@ -56,12 +59,13 @@ void PrintTexts(std::ostream& out, const Score& score) {
   const RecordStore& records = score.document().records;
   records.ForEach([&](unsigned int tag, const EDataID& id, std::span<const unsigned char> record) {
     const std::string number = std::to_string(id.other.cmper);
-    if (tag == kInstrumentTag) {
-      PrintText(out, records, "staff " + number + ", name", WordAt(record, kFullName));
-      PrintText(out, records, "staff " + number + ", short name", WordAt(record, kAbbreviatedName));
-    } else if (tag == kPageTextTag) {
+    if (tag == record_tags::kInstrument) {
+      PrintText(out, records, "staff " + number + ", name", WordAt(record, offsetof(EDTInstDefinition, fullName)));
+      PrintText(out, records, "staff " + number + ", short name",
+                WordAt(record, offsetof(EDTInstDefinition, abbreviatedName)));
+    } else if (tag == record_tags::kPageText) {
       PrintText(out, records, "page " + number, WordAt(record, 0));
-    } else if (tag == kMeasureTextTag) {
+    } else if (tag == record_tags::kMeasureText) {
       const std::string measure = std::to_string(id.detail.secondCmper);
       PrintText(out, records, "staff " + number + ", measure " + measure, WordAt(record, 0));
     }

@@ -17,7 +17,7 @@ constexpr const char* kHeading = "measure staff layer number  entry             
 bool IsNote(const EXENTRY& entry) { return (entry.flags & kEntryIsNote) != 0; }
 
 std::span<const EXNOTE> NotesOf(const EXENTRY& entry) {
-  const short count = IsNote(entry) ? std::clamp<short>(entry.noteCount, 0, 12) : short{0};
+  const int count = IsNote(entry) ? std::clamp<int>(entry.noteCount, 0, EXENTRY::kMostNotes) : 0;
   return {entry.notes, static_cast<std::size_t>(count)};
 }
 

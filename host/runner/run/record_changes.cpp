@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/session.h"
 #include "host/musicxml/articulations.h"
 #include "host/musicxml/frames.h"
@@ -23,19 +24,19 @@ constexpr unsigned int kWholeTag = 0xFFFFFFFF;
 constexpr unsigned int kFamily = 0xFFFF0000;
 
 constexpr KindRow kKinds[] = {
-    {kRawTextTag, kWholeTag, "texts"},
-    {kTextBlockTag, kWholeTag, "texts"},
-    {kPageTextTag, kWholeTag, "texts"},
-    {kMeasureTextTag, kWholeTag, "texts"},
-    {kSmartShapeTag, kWholeTag, "lines"},
-    {kCenterShapeTag, kWholeTag, "lines"},
-    {kMeasureMarkTag, kWholeTag, "lines"},
-    {kEntryMarkTag, kWholeTag, "lines"},
-    {kAssignmentTag, kWholeTag, "articulations"},
-    {kDefinitionTag, kWholeTag, "articulations"},
-    {kInstrumentTag, kWholeTag, "staves"},
-    {kInstrumentUsedTag, kWholeTag, "staves"},
-    {kMeasureTag, kWholeTag, "measures"},
+    {record_tags::kRawText, kWholeTag, "texts"},
+    {record_tags::kTextBlock, kWholeTag, "texts"},
+    {record_tags::kPageText, kWholeTag, "texts"},
+    {record_tags::kMeasureText, kWholeTag, "texts"},
+    {record_tags::kSmartShape, kWholeTag, "lines"},
+    {record_tags::kCenterShape, kWholeTag, "lines"},
+    {record_tags::kSmartShapeMeasureMark, kWholeTag, "lines"},
+    {record_tags::kSmartShapeEntryMark, kWholeTag, "lines"},
+    {record_tags::kArticulation, kWholeTag, "articulations"},
+    {record_tags::kArticulationDefinition, kWholeTag, "articulations"},
+    {record_tags::kInstrument, kWholeTag, "staves"},
+    {record_tags::kInstrumentUsed, kWholeTag, "staves"},
+    {record_tags::kMeasure, kWholeTag, "measures"},
     {0x70660000, kFamily, "preferences"},
     {0x6F740000, kFamily, "preferences"},
 };
@@ -69,7 +70,8 @@ std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score
     if (const auto entry = document.FindEntry(id.entryDetail.entryNum); entry) place = entry->place;
     return std::any_of(music.begin(), music.end(), [&](const Change& change) {
       const bool here = place == FramePlace{change.slot, change.measure, change.layer};
-      return change.kind == ChangeKind::kOther && (tag == kDefinitionTag || (tag == kAssignmentTag && here));
+      return change.kind == ChangeKind::kOther &&
+             (tag == record_tags::kArticulationDefinition || (tag == record_tags::kArticulation && here));
     });
   };
   const Records old = AllOf(before.records), now = AllOf(document.records);

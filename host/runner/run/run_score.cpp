@@ -7,6 +7,7 @@
 #include <set>
 
 #include "SokExtShared/SokEDK/Source/host_types.h"
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/session.h"
 #include "host/errors.h"
 #include "host/musicxml/score.h"
@@ -25,8 +26,7 @@
 namespace sok {
 namespace {
 
-constexpr unsigned int kLayerPreferencesTag = 0x70664C41;  // 'pfLA'
-constexpr unsigned char kHiddenCountsAsEmpty = 0x02;       // in the third of the record's four bytes
+constexpr unsigned char kHiddenCountsAsEmpty = 0x02;  // in the third of the record's four bytes
 
 void SetLayerPreferences(Document& document, const RunOptions& options) {
   for (short layer = 0; layer < kLayers; ++layer) {
@@ -35,9 +35,9 @@ void SetLayerPreferences(Document& document, const RunOptions& options) {
     id.global.instance = layer;
     unsigned char bytes[4] = {};
     int size = sizeof bytes;
-    document.records.Load(kLayerPreferencesTag, id, bytes, &size);
+    document.records.Load(record_tags::kLayerPreferences, id, bytes, &size);
     bytes[2] |= kHiddenCountsAsEmpty;
-    document.records.Save(kLayerPreferencesTag, id, bytes, sizeof bytes);
+    document.records.Save(record_tags::kLayerPreferences, id, bytes, sizeof bytes);
   }
 }
 

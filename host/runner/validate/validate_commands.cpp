@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <set>
 
+#include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/errors.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/extension_exports.h"
@@ -14,8 +15,8 @@ namespace {
 
 // Records without which an instrument is none.
 constexpr std::pair<unsigned int, const char*> kInstrumentRecords[] = {
-    {0x534F4953, "the definition of an instrument"},                  // 'SOIS'
-    {0x534F4975, "an instrument's place in the list of those used"},  // 'SOIu'
+    {record_tags::kInstrument, "the definition of an instrument"},
+    {record_tags::kInstrumentUsed, "an instrument's place in the list of those used"},
 };
 
 using RecordNames = std::set<std::pair<unsigned int, std::string>>;

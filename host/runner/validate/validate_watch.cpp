@@ -232,7 +232,7 @@ void HostWatch::VaryFrame(EXTGF2005a& frame) {
     EXENTRY& entry = frame.entries[i];
     entry.duration = static_cast<unsigned short>(Random(0, USHRT_MAX));
     entry.flags ^= static_cast<unsigned int>(Random(INT_MIN, INT_MAX));
-    entry.noteCount = static_cast<short>(Random(0, 12));
+    entry.noteCount = static_cast<short>(Random(0, EXENTRY::kMostNotes));
   }
   frame.count = static_cast<short>(Random(Random(0, 3) == 0 ? SHRT_MIN : 0, frame.count));
 }
