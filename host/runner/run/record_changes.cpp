@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 
 #include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/session.h"
@@ -9,6 +10,7 @@
 #include "host/musicxml/frames.h"
 #include "host/musicxml/shapes.h"
 #include "host/musicxml/texts.h"
+#include "host/runner/report/report.h"
 #include "host/runner/report/text.h"
 
 namespace sok {
@@ -97,15 +99,25 @@ std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score
 
 std::vector<std::string> FindOrphans(const Document& before, const Score& score) {
   const Document& document = score.document();
-  std::map<std::string, long> kinds;
+  struct Left {
+    long records = 0;
+    std::set<short> measures;
+  };
+  std::map<std::string, Left> kinds;
   document.records.ForEach([&](unsigned int tag, const EDataID& id, auto) {
     if (ViewOf(tag) != KeyView::kEntryDetail) return;
-    const int number = id.entryDetail.entryNum;
-    if (before.FindEntry(number) && !document.FindEntry(number)) ++kinds[KindOf(tag)];
+    const auto was = before.FindEntry(id.entryDetail.entryNum);
+    if (!was || document.FindEntry(id.entryDetail.entryNum)) return;
+    Left& left = kinds[KindOf(tag)];
+    ++left.records;
+    left.measures.insert(was->place.measure);
   });
   std::vector<std::string> texts;
-  for (const auto& [kind, count] : kinds)
-    texts.push_back(kind + " are left without their entry (" + Counted(count, "record") + ")");
+  for (const auto& [kind, left] : kinds) {
+    texts.push_back(kind + " are left without their entry in " +
+                    MeasuresLabel(score, {left.measures.begin(), left.measures.end()}) + " (" +
+                    Counted(left.records, "record") + ")");
+  }
   return texts;
 }
 

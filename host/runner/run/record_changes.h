@@ -21,7 +21,7 @@ struct RecordChanges {
 std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score& score,
                                              const std::vector<Change>& music);
 
-// What is left hanging on entries that are gone: "articulations are left without their entry (2 records)".
+// What is left hanging on entries that are gone: "lines are left without their entry in measures 2-3 (2 records)".
 std::vector<std::string> FindOrphans(const Document& before, const Score& score);
 
 // "the extension changed texts (2 records changed, 1 record added); only music is written back".

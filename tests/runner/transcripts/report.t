@@ -153,7 +153,7 @@ What changed without being selected, and what is left without its entry, is name
   $ slur() { echo "s|</note>|<notations><slur type=\"$1\" number=\"1\"/></notations></note>|"; }
   $ letters Flute=wn | sed "0,/<\/note>/$(slur start); /number=\"2\"/,\$$(slur stop)" >marked.xml
   $ sokrun run 0 marked.xml --check 2>&1 | grep -E 'left|went'
-  marked.xml: lines are left without their entry (1 record)
+  marked.xml: lines are left without their entry in measure 1 (1 record)
   Flute  measure 1  cleared: layer 1 held a whole-measure rest; slur went with the rest
 
 A run that changes nothing needs no place for its result; one that does is not written without.
