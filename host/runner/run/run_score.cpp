@@ -137,25 +137,30 @@ void FillCells(const RunOptions& options, const Score& score, const std::vector<
   for (; next != report.changes.end(); ++next) WarnOfOutside(*next, report);
 }
 
-// Writes the result, or finds the difference.
-void Deliver(const RunOptions& options, const Input& input, const std::string& output,
-             const std::optional<FileState>& before, const Score& score, ScoreReport& report) {
+// The bytes to write; none where nothing is to be written. With --dry-run the report gets the difference. Throws Error
+// where the score cannot hold what the extension did.
+std::string ResultBytes(const RunOptions& options, const Input& input, const std::string& output, const Score& score,
+                        ScoreReport& report) {
   if (options.dry_run) {
     const std::string label(score.member().empty() ? "" : "/" + std::string(score.member()));
     const std::string name = ShownText(DisplayName(input.path) + label);
     report.diff = UnifiedDiff(score.Text(), score.WriteText(options.write), name, name);
-    return;
+    return {};
   }
   if (output.empty()) {
-    if (report.changes.empty()) return;
+    if (report.changes.empty()) return {};
     score.WriteText(options.write);  // says what could not be written
-    if (options.check) return;
+    if (options.check) return {};
     throw Error(report.file + ": it changed; say where the result goes: -o, --in-place or --output-dir");
   }
   const bool over_itself = output != kStream && SameFile(output, input.path);
-  if (over_itself && report.changes.empty()) return;  // nothing to do to the file
+  if (over_itself && report.changes.empty()) return {};  // nothing to do to the file
   std::string bytes = score.Write(options.write);
-  if (!over_itself) bytes = InFormOf(output, std::move(bytes));
+  return over_itself ? std::move(bytes) : InFormOf(output, std::move(bytes));
+}
+
+void Deliver(const RunOptions& options, const std::string& output, const std::string& bytes,
+             const std::optional<FileState>& before, ScoreReport& report) {
   if (options.backup) {
     report.warnings.push_back("the original is kept as " + WriteFileWithBackup(output, bytes, before));
   } else {
@@ -245,11 +250,13 @@ FileResult Run(const RunOptions& options, const Input& input, const std::string&
   for (std::string& left : FindOrphans(unchanged, *score)) report.warnings.push_back(std::move(left));
   if (options.frames) report.frames = FindFrameChanges(unchanged, score->document(), report.changes);
   FillCells(options, *score, invocations, report);
+  std::string bytes;
   try {
-    Deliver(options, input, output, before, *score, report);
+    bytes = ResultBytes(options, input, output, *score, report);
   } catch (const Error& error) {
     report.error = error.what();  // the report still says what the extension did
   }
+  if (!bytes.empty()) Deliver(options, output, bytes, before, report);
   return Tell(options, output, *score, report);
 }
 
