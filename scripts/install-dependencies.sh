@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
   g++ clang cmake ninja-build pkg-config
-  libpugixml-dev libzip-dev libcli11-dev libkainjow-mustache-dev nlohmann-json3-dev
+  libpugixml-dev libzip-dev libcli11-dev libkainjow-mustache-dev libdtl-dev nlohmann-json3-dev
   libgtest-dev googletest libbenchmark-dev libicu-dev
   libc++-14-dev libc++abi-14-dev libclang-rt-14-dev
   libxml2-utils patch python3 python3-cram

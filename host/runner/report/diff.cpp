@@ -1,12 +1,15 @@
 #include "host/runner/report/diff.h"
 
 #include <algorithm>
+#include <dtl/dtl.hpp>
+#include <span>
 #include <vector>
 
 namespace sok {
 namespace {
 
 using Lines = std::vector<std::string_view>;
+using Stretch = std::span<const std::string_view>;
 
 constexpr std::size_t kContext = 3;
 
@@ -21,65 +24,31 @@ Lines SplitLines(std::string_view text) {
   return lines;
 }
 
-// Before and after: a line that stays has both marks set, one that goes only `before`, one that comes only `after`.
+// A line that stays is in both texts, one that goes only in `before`, one that comes only in `after`.
 struct Step {
   bool before = false;
   bool after = false;
+
+  bool Stays() const { return before && after; }
+  char Mark() const { return Stays() ? ' ' : before ? '-' : '+'; }
 };
 using Script = std::vector<Step>;
 
-// The shortest edit script of two short stretches, by Myers' greedy algorithm, and where they are too different for it
-// one stretch for the other.
-void AppendScript(const Lines& a, std::size_t a_begin, std::size_t a_end, const Lines& b, std::size_t b_begin,
-                  std::size_t b_end, Script& script) {
-  const auto keep = [&](std::size_t count) { script.insert(script.end(), count, Step{true, true}); };
-  std::size_t tail = 0;
-  while (a_begin < a_end && b_begin < b_end && a[a_begin] == b[b_begin]) ++a_begin, ++b_begin, keep(1);
-  while (a_begin < a_end && b_begin < b_end && a[a_end - 1] == b[b_end - 1]) --a_end, --b_end, ++tail;
-
-  const int n = static_cast<int>(a_end - a_begin), m = static_cast<int>(b_end - b_begin);
-  const int limit = std::min(n + m, 2000);
-  std::vector<std::vector<int>> furthest;  // per number of edits, by diagonal from -edits to edits
-  const auto at = [&](int edits, int diagonal) -> int& {
-    const int place = diagonal + edits;
-    return furthest[static_cast<std::size_t>(edits)][static_cast<std::size_t>(place)];
-  };
-  // Whether the best way to a diagonal is by a line that comes (down) and not by one that goes.
-  const auto comes = [&](int edits, int k) {
-    return k == -edits || (k != edits && at(edits - 1, k - 1) < at(edits - 1, k + 1));
-  };
-  bool found = n == 0 && m == 0;
-  int edits = 0;
-  for (; !found && edits <= limit; ++edits) {
-    furthest.emplace_back(static_cast<std::size_t>(2 * edits + 1));
-    for (int k = -edits; k <= edits && !found; k += 2) {
-      int x = edits == 0 ? 0 : comes(edits, k) ? at(edits - 1, k + 1) : at(edits - 1, k - 1) + 1;
-      while (x < n && x - k < m && x - k >= 0 &&
-             a[a_begin + static_cast<std::size_t>(x)] == b[b_begin + static_cast<std::size_t>(x - k)]) {
-        ++x;
-      }
-      at(edits, k) = x;
-      found = x >= n && x - k >= m;
-    }
-  }
-  if (found) {
-    Script backwards;
-    int x = n, y = m;
-    for (int e = edits - 1; e > 0; --e) {
-      const int k = x - y;
-      const bool came = comes(e, k);
-      const int previous = came ? at(e - 1, k + 1) : at(e - 1, k - 1);
-      const int start = came ? previous : previous + 1;  // where the run of equal lines begins
-      backwards.insert(backwards.end(), static_cast<std::size_t>(x - start), Step{true, true});
-      backwards.push_back(came ? Step{false, true} : Step{true, false});
-      x = previous;
-      y = previous - (came ? k + 1 : k - 1);
-    }
-    backwards.insert(backwards.end(), static_cast<std::size_t>(x), Step{true, true});
-    script.insert(script.end(), backwards.rbegin(), backwards.rend());
-  } else {
-    script.insert(script.end(), static_cast<std::size_t>(n), Step{true, false});
-    script.insert(script.end(), static_cast<std::size_t>(m), Step{false, true});
+// The shortest edit script of a stretch. What both begin with and end with is left out of the comparison.
+void AppendScript(Stretch a, Stretch b, Script& script) {
+  const auto keep = [&script](std::size_t count) { script.insert(script.end(), count, Step{true, true}); };
+  const auto head = static_cast<std::size_t>(std::ranges::mismatch(a, b).in1 - a.begin());
+  keep(head);
+  a = a.subspan(head);
+  b = b.subspan(head);
+  const auto ends = std::mismatch(a.rbegin(), a.rend(), b.rbegin(), b.rend());
+  const auto tail = static_cast<std::size_t>(ends.first - a.rbegin());
+  a = a.first(a.size() - tail);
+  b = b.first(b.size() - tail);
+  dtl::Diff<std::string_view, Lines> difference(Lines(a.begin(), a.end()), Lines(b.begin(), b.end()));
+  difference.compose();
+  for (const auto& [line, edit] : difference.getSes().getSequence()) {
+    script.push_back({edit.type != dtl::SES_ADD, edit.type != dtl::SES_DELETE});
   }
   keep(tail);
 }
@@ -98,13 +67,31 @@ Script MakeScript(const Lines& a, const Lines& b) {
   Script script;
   const std::vector<std::size_t> in_a = Anchors(a), in_b = Anchors(b);
   if (in_a.size() != in_b.size()) {
-    AppendScript(a, 0, a.size(), b, 0, b.size(), script);
-  } else {
-    for (std::size_t i = 0; i + 1 < in_a.size(); ++i) {
-      AppendScript(a, in_a[i], in_a[i + 1], b, in_b[i], in_b[i + 1], script);
-    }
+    AppendScript(a, b, script);
+    return script;
+  }
+  for (std::size_t i = 0; i + 1 < in_a.size(); ++i) {
+    AppendScript(Stretch(a).subspan(in_a[i], in_a[i + 1] - in_a[i]), Stretch(b).subspan(in_b[i], in_b[i + 1] - in_b[i]),
+                 script);
   }
   return script;
+}
+
+// The steps of each hunk, from the first to behind the last: changes with the lines around them.
+struct Hunk {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+};
+
+std::vector<Hunk> HunksOf(const Script& script) {
+  std::vector<Hunk> hunks;
+  for (std::size_t i = 0; i < script.size(); ++i) {
+    if (script[i].Stays()) continue;
+    const std::size_t begin = i - std::min(i, kContext), end = std::min(i + kContext + 1, script.size());
+    if (hunks.empty() || begin > hunks.back().end) hunks.push_back({begin, end});
+    hunks.back().end = end;
+  }
+  return hunks;
 }
 
 void AppendLine(std::string& out, char mark, std::string_view line) {
@@ -119,6 +106,19 @@ std::string HunkRange(std::size_t first, std::size_t count) {
   return count == 1 ? start : start + "," + std::to_string(count);
 }
 
+// Appends a hunk and moves both lines behind it.
+void AppendHunk(std::string& out, std::span<const Step> steps, const Lines& a, std::size_t& a_line, const Lines& b,
+                std::size_t& b_line) {
+  const std::size_t a_first = a_line, b_first = b_line;
+  std::string body;
+  for (const Step& step : steps) {
+    AppendLine(body, step.Mark(), step.before ? a[a_line] : b[b_line]);
+    a_line += step.before;
+    b_line += step.after;
+  }
+  out += "@@ -" + HunkRange(a_first, a_line - a_first) + " +" + HunkRange(b_first, b_line - b_first) + " @@\n" + body;
+}
+
 }  // namespace
 
 std::string UnifiedDiff(std::string_view before, std::string_view after, const std::string& before_name,
@@ -126,34 +126,13 @@ std::string UnifiedDiff(std::string_view before, std::string_view after, const s
   if (before == after) return {};
   const Lines a = SplitLines(before), b = SplitLines(after);
   const Script script = MakeScript(a, b);
-  const auto changes = [&script](std::size_t i) { return script[i].before != script[i].after; };
-
   std::string out = "--- " + before_name + "\n+++ " + after_name + "\n";
-  std::size_t a_line = 0, b_line = 0, i = 0;  // a_line and b_line belong to step i
-  while (i < script.size()) {
-    std::size_t first = i;
-    while (first < script.size() && !changes(first)) ++first;
-    if (first == script.size()) break;
-    const std::size_t begin = std::max(i, first - std::min(first, kContext));
-    std::size_t last = first;  // the last change that is near enough to share the hunk
-    for (std::size_t next = first; next < script.size() && next <= last + 2 * kContext + 1; ++next) {
-      if (changes(next)) last = next;
-    }
-    const std::size_t end = std::min(last + kContext + 1, script.size());
-    a_line += begin - i;
-    b_line += begin - i;
-    std::string body;
-    std::size_t a_count = 0, b_count = 0;
-    for (std::size_t step = begin; step < end; ++step) {
-      const auto [in_a, in_b] = script[step];
-      AppendLine(body, in_a && in_b ? ' ' : in_a ? '-' : '+', in_a ? a[a_line + a_count] : b[b_line + b_count]);
-      a_count += in_a;
-      b_count += in_b;
-    }
-    out += "@@ -" + HunkRange(a_line, a_count) + " +" + HunkRange(b_line, b_count) + " @@\n" + body;
-    a_line += a_count;
-    b_line += b_count;
-    i = end;
+  std::size_t a_line = 0, b_line = 0, behind = 0;  // the lines that belong to the step `behind`
+  for (const Hunk& hunk : HunksOf(script)) {
+    a_line += hunk.begin - behind;  // between hunks all lines stay
+    b_line += hunk.begin - behind;
+    AppendHunk(out, std::span(script).subspan(hunk.begin, hunk.end - hunk.begin), a, a_line, b, b_line);
+    behind = hunk.end;
   }
   return out;
 }
