@@ -2,6 +2,8 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <algorithm>
+
 namespace sok {
 
 namespace {
@@ -39,9 +41,14 @@ std::string Utf8FromMacRoman(const char* text) {
 
 std::string Utf8FromUtf16(const unsigned short* text) {
   if (text == nullptr) return {};
-  CFIndex length = 0;
+  std::size_t length = 0;
   while (text[length] != 0) ++length;
-  return TakeBytes(CFStringCreateWithCharacters(kCFAllocatorDefault, text, length), kCFStringEncodingUTF8);
+  return Utf8FromUtf16(text, length);
+}
+
+std::string Utf8FromUtf16(const unsigned short* units, std::size_t capacity) {
+  const auto length = static_cast<CFIndex>(std::find(units, units + capacity, 0) - units);
+  return TakeBytes(CFStringCreateWithCharacters(kCFAllocatorDefault, units, length), kCFStringEncodingUTF8);
 }
 
 std::string MacRomanFromUtf8(const std::string& text) {

@@ -7,6 +7,7 @@
 #include "SokExtShared/SokEDK/Source/record_formats.h"
 #include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/document.h"
+#include "host/engine/host_text.h"
 #include "host/musicxml/frames.h"
 #include "host/musicxml/texts.h"
 #include "host/runner/commands/commands.h"

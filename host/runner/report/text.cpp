@@ -8,25 +8,6 @@ namespace {
 
 char Lower(char letter) { return static_cast<char>(std::tolower(static_cast<unsigned char>(letter))); }
 
-void AppendUtf8(std::string& text, unsigned int code) {
-  const auto put = [&text](unsigned int byte) { text.push_back(static_cast<char>(byte)); };
-  if (code < 0x80) {
-    put(code);
-  } else if (code < 0x800) {
-    put(0xC0 | code >> 6);
-    put(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    put(0xE0 | code >> 12);
-    put(0x80 | (code >> 6 & 0x3F));
-    put(0x80 | (code & 0x3F));
-  } else {
-    put(0xF0 | code >> 18);
-    put(0x80 | (code >> 12 & 0x3F));
-    put(0x80 | (code >> 6 & 0x3F));
-    put(0x80 | (code & 0x3F));
-  }
-}
-
 }  // namespace
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
@@ -76,20 +57,6 @@ std::string Padded(std::string_view text, std::size_t width) {
   const std::size_t taken = DisplayWidth(text);
   if (taken < width) padded.append(width - taken, ' ');
   return padded;
-}
-
-std::string Utf8FromUtf16(const unsigned short* units, std::size_t capacity) {
-  std::string text;
-  for (std::size_t i = 0; i < capacity && units[i] != 0; ++i) {
-    unsigned int code = units[i];
-    if (code >= 0xD800 && code < 0xDC00 && i + 1 < capacity && units[i + 1] >= 0xDC00 && units[i + 1] < 0xE000) {
-      code = 0x10000 + ((code - 0xD800) << 10) + (units[++i] - 0xDC00u);
-    } else if (code >= 0xD800 && code < 0xE000) {
-      code = 0xFFFD;
-    }
-    AppendUtf8(text, code);
-  }
-  return text;
 }
 
 }  // namespace sok

@@ -21,7 +21,4 @@ std::string RangeText(int first, int last);
 std::size_t DisplayWidth(std::string_view text);
 std::string Padded(std::string_view text, std::size_t width);
 
-// UTF-16 units, to the first zero or the end, as UTF-8; lone surrogates become U+FFFD.
-std::string Utf8FromUtf16(const unsigned short* units, std::size_t capacity);
-
 }  // namespace sok

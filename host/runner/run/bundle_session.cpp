@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <new>
 
+#include "host/engine/host_text.h"
 #include "host/errors.h"
-#include "host/runner/report/text.h"
 #include "platform/SokPlatform.h"
 
 namespace sok {

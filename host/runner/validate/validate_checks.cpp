@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <map>
 
+#include "host/engine/host_text.h"
 #include "host/errors.h"
-#include "host/runner/report/text.h"
 #include "host/runner/run/extension_exports.h"
 #include "host/runner/run/host_functions.h"
 #include "host/runner/validate/validate_commands.h"
