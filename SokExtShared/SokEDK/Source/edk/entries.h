@@ -81,7 +81,9 @@ class Note {
 template <typename Position, typename Make>
 class Stepping {
  public:
-  using iterator_category = std::input_iterator_tag;  ///< what it points to is made on the way
+  /// As iterators of the standard library are; what one points to is made on the way.
+  ///@{
+  using iterator_category = std::input_iterator_tag;
   using value_type = std::invoke_result_t<Make, Position>;
   using difference_type = std::ptrdiff_t;
   using pointer = void;
@@ -95,6 +97,7 @@ class Stepping {
   }
   Stepping operator++(int) { return Stepping(at_++); }
   friend bool operator==(const Stepping&, const Stepping&) = default;
+  ///@}
 
  private:
   Position at_;
@@ -108,7 +111,7 @@ class Views {
   };
 
  public:
-  using Iterator = Stepping<Record*, MakeView>;
+  using Iterator = Stepping<Record*, MakeView>;  ///< goes from view to view
 
   /// `size` records, of which `first` is the first one.
   Views(Record* first, int size) : first_(first), size_(size) {}

@@ -103,7 +103,7 @@ class Numbers {
   };
 
  public:
-  using Iterator = Stepping<int, MakeNumber>;
+  using Iterator = Stepping<int, MakeNumber>;  ///< goes from number to number
 
   /// Both ends are inside; none when the last is below the first.
   Numbers(short first, short last) : first_(first), last_(last) {}
