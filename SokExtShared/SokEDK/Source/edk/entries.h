@@ -81,14 +81,17 @@ class Note {
 template <typename Position, typename Make>
 class Stepping {
  public:
-  /// As iterators of the standard library are; what one points to is made on the way.
+  /// As the algorithms of the standard library ask for them.
   ///@{
-  using iterator_category = std::input_iterator_tag;
+  using iterator_category = std::input_iterator_tag;  ///< what it points to is made on the way
   using value_type = std::invoke_result_t<Make, Position>;
   using difference_type = std::ptrdiff_t;
   using pointer = void;
   using reference = value_type;
+  ///@}
 
+  /// As iterators have them.
+  ///@{
   explicit Stepping(Position at = {}) : at_(at) {}
   value_type operator*() const { return Make()(at_); }
   Stepping& operator++() {
@@ -111,7 +114,7 @@ class Views {
   };
 
  public:
-  using Iterator = Stepping<Record*, MakeView>;  ///< goes from view to view
+  using Iterator = Stepping<Record*, MakeView>;  ///< over the views
 
   /// `size` records, of which `first` is the first one.
   Views(Record* first, int size) : first_(first), size_(size) {}

@@ -103,7 +103,7 @@ class Numbers {
   };
 
  public:
-  using Iterator = Stepping<int, MakeNumber>;  ///< goes from number to number
+  using Iterator = Stepping<int, MakeNumber>;  ///< over the numbers
 
   /// Both ends are inside; none when the last is below the first.
   Numbers(short first, short last) : first_(first), last_(last) {}
