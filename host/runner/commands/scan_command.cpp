@@ -93,19 +93,6 @@ std::string CountsText(const Json& counts) {
   return text;
 }
 
-// Visits the staff-measures of a selection that are there.
-template <typename Visit>
-void ForEachStaffMeasure(const Score& score, const std::vector<Invocation>& blocks, const Visit& visit) {
-  for (const Invocation& block : blocks) {
-    for (int measure = block.measures.first; measure <= block.measures.last; ++measure) {
-      for (int slot = block.slots.first; slot <= block.slots.last; ++slot) {
-        const auto m = static_cast<short>(measure), s = static_cast<short>(slot);
-        if (score.Exists(s, m)) visit(s, m);
-      }
-    }
-  }
-}
-
 // One file's part of the JSON report, and the lines that are printed of it.
 Json Scan(const ScanOptions& options, const Input& input) {
   if (!input.error.empty()) throw Error(input.error);
@@ -118,8 +105,9 @@ Json Scan(const ScanOptions& options, const Input& input) {
     if (options.Wants(finding.code)) report["counts"][finding.code] = 0;
   }
   report["findings"] = Json::array();
-  std::string out, err;
-  ForEachStaffMeasure(*score, blocks, [&](short slot, short measure) {
+  std::string out;
+  ForEachStaffMeasure(blocks, [&](const Invocation&, short measure, short slot) {
+    if (!score->Exists(slot, measure)) return;
     ScanStaffMeasure(*score, slot, measure, [&](Finding finding, int layer) {
       const char* const code = kTexts[finding].code;
       if (!options.Wants(code)) return;
@@ -130,12 +118,11 @@ Json Scan(const ScanOptions& options, const Input& input) {
   });
   for (const Warning& warning : score->warnings()) {
     report["warnings"].push_back({{"line", warning.line}, {"text", warning.text}});
-    warnings.push_back((warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "") + warning.text);
+    warnings.push_back(WarningText(warning));
   }
-  for (const std::string& warning : Folded(warnings))
-    err += options.quiet ? "" : ShownText(file + ": " + warning) + "\n";
   out += ShownText(file) + ": " + Counted(static_cast<long>(score->measures().size()), "measure") + ", " +
          Counted(static_cast<long>(score->staves().size()), "staff") + ": " + CountsText(report["counts"]) + "\n";
+  const std::string err = options.quiet ? "" : PrefixedLines(file + ": ", Folded(warnings));
   return {{"report", report}, {"out", out}, {"err", err}};
 }
 

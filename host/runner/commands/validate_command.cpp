@@ -94,31 +94,33 @@ void PrintFailures(const Results& results, std::string_view kind) {
   }
 }
 
-void PrintText(const Arguments& arguments, const ValidationReport& report, long failed) {
-  const auto& [results, skipped] = report;
-  std::printf("%s, seed %u, %s\n", ShownText(arguments.options.plugin).c_str(), arguments.options.seed,
-              arguments.score.empty() ? "built-in score" : ShownText(arguments.score).c_str());
-  for (const CheckKind& kind : CheckKinds()) {
-    long run = 0, bad = 0;
-    for (const CheckResult& result : results) {
-      if (result.kind == kind.name) ++run, bad += !result.failure.empty();
-    }
-    const auto name = static_cast<int>(kind.name.size()), what = static_cast<int>(kind.what.size());
-    if (run != 0 && (!arguments.only_failed || bad != 0)) {
-      std::printf("%-7s %4ld  %-16.*s  %.*s\n", bad != 0 ? "FAILED" : "ok", run, name, kind.name.data(), what,
-                  kind.what.data());
-    }
-    PrintFailures(results, kind.name);
-    for (const SkippedChecks& left : skipped) {
-      if (left.kind == kind.name) std::printf("%-7s       %-16s  %s\n", "skipped", left.kind.c_str(), left.why.c_str());
-    }
+void PrintKind(const Arguments& arguments, const ValidationReport& report, const CheckKind& kind) {
+  long run = 0, bad = 0;
+  for (const CheckResult& result : report.results) {
+    if (result.kind == kind.name) ++run, bad += !result.failure.empty();
   }
+  const auto name = static_cast<int>(kind.name.size()), what = static_cast<int>(kind.what.size());
+  if (run != 0 && (!arguments.only_failed || bad != 0)) {
+    std::printf("%-7s %4ld  %-16.*s  %.*s\n", bad != 0 ? "FAILED" : "ok", run, name, kind.name.data(), what,
+                kind.what.data());
+  }
+  PrintFailures(report.results, kind.name);
+  for (const SkippedChecks& left : report.skipped) {
+    if (left.kind == kind.name) std::printf("%-7s       %-16s  %s\n", "skipped", left.kind.c_str(), left.why.c_str());
+  }
+}
+
+void PrintText(const Arguments& arguments, const ValidationReport& report, long failed) {
+  const Results& results = report.results;
+  const std::string plugin = ShownText(arguments.options.plugin), score = ShownText(arguments.score);
+  std::printf("%s, seed %u, %s\n", plugin.c_str(), arguments.options.seed,
+              score.empty() ? "built-in score" : score.c_str());
+  for (const CheckKind& kind : CheckKinds()) PrintKind(arguments, report, kind);
   std::printf("%s, %ld failed\n", Counted(static_cast<long>(results.size()), "check").c_str(), failed);
   const auto bad = std::ranges::find_if(results, [](const CheckResult& result) { return !result.failure.empty(); });
   if (bad == results.end()) return;
   std::printf("One case in a debugger: gdb --args sokrun validate \"%s\" --seed %u%s --in-process --only \"%s\"\n",
-              ShownText(arguments.options.plugin).c_str(), arguments.options.seed,
-              arguments.score.empty() ? "" : (" --score \"" + ShownText(arguments.score) + "\"").c_str(),
+              plugin.c_str(), arguments.options.seed, score.empty() ? "" : (" --score \"" + score + "\"").c_str(),
               CaseName(*bad).c_str());
 }
 
@@ -202,6 +204,25 @@ std::string KindsHelp() {
          "Random answers are repeated with --check random --seed N --rounds 1, N as printed.";
 }
 
+void AddLimitOptions(CLI::App& validate, ValidateOptions& options) {
+  validate.add_option("--rounds", options.rounds, "Of random answers, for each command")
+      ->option_text("N")
+      ->check(CLI::Range(0, 100000))
+      ->capture_default_str();
+  validate.add_option("--refusals", options.refusals, "Of calls, for each command; spread evenly where it makes more")
+      ->option_text("N")
+      ->check(CLI::Range(1, 1000000))
+      ->capture_default_str();
+  validate.add_option("--timeout", options.seconds, "Seconds that one check may take")
+      ->option_text("N")
+      ->check(CLI::Range(1, 3600))
+      ->capture_default_str();
+  validate.add_option("-j,--jobs", options.jobs, "Checks at the same time")
+      ->option_text("N")
+      ->check(CLI::Range(1, 256))
+      ->default_str("one a processor");
+}
+
 }  // namespace
 
 void AddValidateCommand(CLI::App& app, int& exit_code) {
@@ -220,22 +241,7 @@ void AddValidateCommand(CLI::App& app, int& exit_code) {
   validate.add_option("--seed", options.seed, "Of the random answers")
       ->option_text("N")
       ->default_str("another one every time");
-  validate.add_option("--rounds", options.rounds, "Of random answers, for each command")
-      ->option_text("N")
-      ->check(CLI::Range(0, 100000))
-      ->capture_default_str();
-  validate.add_option("--refusals", options.refusals, "Of calls, for each command; spread evenly where it makes more")
-      ->option_text("N")
-      ->check(CLI::Range(1, 1000000))
-      ->capture_default_str();
-  validate.add_option("--timeout", options.seconds, "Seconds that one check may take")
-      ->option_text("N")
-      ->check(CLI::Range(1, 3600))
-      ->capture_default_str();
-  validate.add_option("-j,--jobs", options.jobs, "Checks at the same time")
-      ->option_text("N")
-      ->check(CLI::Range(1, 256))
-      ->default_str("one a processor");
+  AddLimitOptions(validate, options);
   CLI::Option* const only =
       validate.add_option("--only", arguments->only, "One case alone, by the name that a report gives it")
           ->option_text("\"KIND N\"");

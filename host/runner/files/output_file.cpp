@@ -152,14 +152,15 @@ bool Overwrite(int file, std::string_view bytes) {
 class Writing {
  public:
   Writing(const std::string& path, const std::optional<FileState>& before) : path_(path), before_(before) {
+    straight_ = path == kStream;
+    if (straight_) return;
     struct stat status {};
-    exists_ = path != kStream && stat(path.c_str(), &status) == 0;
-    const int error = errno;
-    struct stat link {};
-    if (!exists_ && path != kStream && lstat(path.c_str(), &link) == 0) Fail(path, error);  // leads nowhere, or round
-    if (exists_ && S_ISDIR(status.st_mode)) Fail(path, EISDIR);
-    straight_ = path == kStream || (exists_ && !S_ISREG(status.st_mode));
-    if (straight_ || !exists_) return;
+    exists_ = stat(path.c_str(), &status) == 0;
+    if (!exists_) CheckNoLink(errno);
+    if (!exists_) return;
+    if (S_ISDIR(status.st_mode)) Fail(path, EISDIR);
+    straight_ = !S_ISREG(status.st_mode);
+    if (straight_) return;
     // A file that may not be written is left alone, though its folder would let us replace it.
     if (access(path.c_str(), W_OK) != 0) Fail(path, errno);
     std::error_code canonical;
@@ -184,6 +185,12 @@ class Writing {
   }
 
  private:
+  // A link that leads nowhere, or round, is no place for a new file; `error` says which.
+  void CheckNoLink(int error) const {
+    struct stat link {};
+    if (lstat(path_.c_str(), &link) == 0) Fail(path_, error);
+  }
+
   // False where the new file cannot have the rights of the old one.
   bool Replace(std::string_view bytes, bool backup) {
     TemporaryFile temporary(path_);

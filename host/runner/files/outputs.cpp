@@ -41,16 +41,15 @@ std::string OutputInFolder(const RunOptions& options, const Input& input) {
 void CheckPage(const RunOptions& options, const std::vector<Input>& inputs, const std::vector<std::string>& outputs) {
   if (options.html.empty()) return;
   if (options.html == kStream) throw UsageError("--html: the page needs a file; stdout is for the report");
-  const fs::path page = Resolved(options.html);
   const auto is_page = [&](const std::string& path) {
-    return !path.empty() && path != kStream && Resolved(path) == page;
+    return !path.empty() && path != kStream && SameFile(options.html, path);
   };
-  for (std::size_t i = 0; i < inputs.size(); ++i) {
-    const bool is_backup = options.backup && page.string().starts_with(Resolved(inputs[i].path).string() + ".bak");
-    if (is_backup || is_page(inputs[i].path) || is_page(outputs[i]) || SameFile(options.html, inputs[i].path)) {
-      throw UsageError("--html: " + options.html + " is one of the scores");
-    }
-  }
+  const auto is_backup = [page = Resolved(options.html).string()](const Input& input) {
+    return page.starts_with(Resolved(input.path).string() + ".bak");
+  };
+  const bool taken = std::ranges::any_of(inputs, is_page, &Input::path) || std::ranges::any_of(outputs, is_page) ||
+                     (options.backup && std::ranges::any_of(inputs, is_backup));
+  if (taken) throw UsageError("--html: " + options.html + " is one of the scores");
 }
 
 void CheckNames(const std::vector<Input>& inputs, const std::vector<std::string>& outputs) {

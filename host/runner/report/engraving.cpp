@@ -37,41 +37,65 @@ std::vector<std::string> ModuleFolders() {
   return folders;
 }
 
-// Runs Node on a script with `input` on its stdin; what it prints, empty when it cannot be run. The script reads all
-// of its input before it prints.
-std::string RunNode(const char* script, const std::string& input) {
-  int to_child[2], from_child[2];
-  if (pipe2(to_child, O_CLOEXEC) != 0) return {};
-  if (pipe2(from_child, O_CLOEXEC) != 0) {
-    close(to_child[0]);
-    close(to_child[1]);
-    return {};
+// A pipe whose ends are closed with its scope, or before.
+struct Pipe {
+  Pipe() { is_open = pipe2(ends, O_CLOEXEC) == 0; }
+  ~Pipe() {
+    CloseEnd(0);
+    CloseEnd(1);
   }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+
+  void CloseEnd(int end) {
+    if (ends[end] >= 0) close(ends[end]);
+    ends[end] = -1;
+  }
+
+  int ends[2] = {-1, -1};  // to read from, to write to
+  bool is_open = false;
+};
+
+// Starts Node on a script between two pipes; 0 when it cannot be run.
+pid_t StartNode(const char* script, const Pipe& to_child, const Pipe& from_child) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, to_child[0], STDIN_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, from_child[1], STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, to_child.ends[0], STDIN_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, from_child.ends[1], STDOUT_FILENO);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
   const char* arguments[] = {"node", "-e", script, nullptr};
   pid_t process = 0;
   const int error = posix_spawnp(&process, "node", &actions, nullptr, const_cast<char**>(arguments), environ);
   posix_spawn_file_actions_destroy(&actions);
-  close(to_child[0]);
-  close(from_child[1]);
+  return error == 0 ? process : 0;
+}
+
+std::string ReadToEnd(int file) {
   std::string output;
-  if (error == 0) {
-    const auto before = std::signal(SIGPIPE, SIG_IGN);  // a script that dies early is no reason to
-    WriteAll(to_child[1], input);
-    std::signal(SIGPIPE, before);
-  }
-  close(to_child[1]);
   char buffer[65536];
-  for (ssize_t count = 0; error == 0 && (count = read(from_child[0], buffer, sizeof buffer)) != 0;) {
-    if (count > 0) output.append(buffer, static_cast<std::size_t>(count));
-    if (count < 0 && errno != EINTR) break;
+  for (;;) {
+    const ssize_t count = read(file, buffer, sizeof buffer);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return output;
+    output.append(buffer, static_cast<std::size_t>(count));
   }
-  close(from_child[0]);
-  while (error == 0 && waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
+}
+
+// Runs Node on a script with `input` on its stdin; what it prints, empty when it cannot be run. The script reads all
+// of its input before it prints.
+std::string RunNode(const char* script, const std::string& input) {
+  Pipe to_child, from_child;
+  if (!to_child.is_open || !from_child.is_open) return {};
+  const pid_t process = StartNode(script, to_child, from_child);
+  if (process == 0) return {};
+  to_child.CloseEnd(0);
+  from_child.CloseEnd(1);
+  const auto before = std::signal(SIGPIPE, SIG_IGN);  // a script that dies early is no reason to
+  WriteAll(to_child.ends[1], input);
+  std::signal(SIGPIPE, before);
+  to_child.CloseEnd(1);
+  std::string output = ReadToEnd(from_child.ends[0]);
+  while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
   }
   return output;
 }

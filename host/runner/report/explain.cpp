@@ -99,34 +99,56 @@ Verdict ExplainChange(const std::vector<Change>& changes, const std::vector<Laye
 
 // Nothing was there for a fill to look at.
 bool IsHeldBack(const Score& score, short slot, short measure, const std::vector<LayerFacts>& layers) {
-  const bool own = std::any_of(layers.begin(), layers.end(), [](const LayerFacts& facts) { return facts.entry_count > 0; });
+  const bool own =
+      std::any_of(layers.begin(), layers.end(), [](const LayerFacts& facts) { return facts.entry_count > 0; });
   return !own && !score.document().Exists({slot, measure, 0}) && score.Around(slot, measure).visited;
 }
 
-Verdict ExplainKept(const Score& score, const FramePlace& first_layer, const std::vector<LayerFacts>& layers,
+// The first layer that counts is the one that stops the extension.
+Verdict ExplainNotFilled(const std::vector<LayerFacts>& layers, const Settings& settings) {
+  for (short layer = 0; layer < kLayers; ++layer) {
+    const LayerFacts& facts = layers[static_cast<std::size_t>(layer)];
+    const bool shown = settings.layer_shown[layer];
+    if (facts.entry_count == 0 || (!shown && settings.count_hidden[layer])) continue;
+    return {Outcome::kKept, ReasonOf(facts), layer, shown};
+  }
+  return {Outcome::kKept, Reason::kPassedOver};
+}
+
+// The layer that tells most, the first of equals.
+Verdict ExplainKept(const Score& score, short slot, short measure, const std::vector<LayerFacts>& layers,
                     const Settings& settings) {
   Verdict verdict;
   int weight = 0;
   for (short layer = 0; layer < kLayers; ++layer) {
     const LayerFacts& facts = layers[static_cast<std::size_t>(layer)];
-    const bool shown = settings.layer_shown[layer];
-    if (facts.entry_count == 0) continue;
-    const Reason reason = ReasonOf(facts);
-    if (settings.purpose == Purpose::kFill) {
-      // The first layer that counts is the one that stops the extension.
-      if (!shown && settings.count_hidden[layer]) continue;
-      return {Outcome::kKept, reason, layer, shown};
-    }
-    if (Weight(reason) <= weight) continue;
-    weight = Weight(reason);
-    verdict = {Outcome::kKept, reason, layer, shown};
+    if (facts.entry_count == 0 || Weight(ReasonOf(facts)) <= weight) continue;
+    verdict = {Outcome::kKept, ReasonOf(facts), layer, settings.layer_shown[layer]};
+    weight = Weight(verdict.reason);
   }
-  const bool there =
-      score.document().Exists({first_layer.instrument, first_layer.measure, std::max<short>(verdict.layer, 0)});
-  const bool passed_over =
-      settings.purpose == Purpose::kFill || (settings.purpose == Purpose::kClear && weight == 3 && there);
-  if (passed_over) return {Outcome::kKept, Reason::kPassedOver};
-  return verdict;
+  const bool there = score.document().Exists({slot, measure, std::max<short>(verdict.layer, 0)});
+  const bool passed_over = settings.purpose == Purpose::kClear && weight == 3 && there;
+  return passed_over ? Verdict{Outcome::kKept, Reason::kPassedOver} : verdict;
+}
+
+// What went with a change.
+void AddLost(const Score& score, const Change& change, bool was_rest, bool fermatas_kept,
+             std::vector<std::string>& notes) {
+  for (const std::string& lost : score.Lost(change)) {
+    const bool kept = fermatas_kept && lost == "fermata";
+    notes.push_back(lost + (kept ? " moved to the barline" : was_rest ? " went with the rest" : " went with its note"));
+  }
+}
+
+void AddSurroundings(const Score& score, const Change& change, std::vector<std::string>& notes) {
+  const Surroundings around = score.Around(change.slot, change.measure);
+  if (around.multiple_rest) notes.emplace_back("inside a multiple-measure rest");
+  if (around.measure_repeat) notes.emplace_back("inside a measure repeat");
+  if (around.slash) notes.emplace_back("inside slash notation");
+  if (around.visited) notes.emplace_back("notes of another staff's voice are drawn here");
+  if (score.measures()[static_cast<std::size_t>(change.measure - 1)].length_assumed) {
+    notes.emplace_back("its length is assumed, nothing in the measure tells it");
+  }
 }
 
 }  // namespace
@@ -138,10 +160,9 @@ Verdict Explain(const Score& score, short slot, short measure, const std::vector
   std::vector<LayerFacts> layers;
   for (short layer = 0; layer < kLayers; ++layer) layers.push_back(score.Facts(slot, measure, layer));
   if (!changes.empty()) return ExplainChange(changes, layers, settings);
-  if (settings.purpose == Purpose::kFill && IsHeldBack(score, slot, measure, layers)) {
-    return {Outcome::kKept, Reason::kVisited};
-  }
-  return ExplainKept(score, {slot, measure, 0}, layers, settings);
+  if (settings.purpose != Purpose::kFill) return ExplainKept(score, slot, measure, layers, settings);
+  if (IsHeldBack(score, slot, measure, layers)) return {Outcome::kKept, Reason::kVisited};
+  return ExplainNotFilled(layers, settings);
 }
 
 std::string_view Name(Outcome outcome) {
@@ -170,20 +191,9 @@ std::vector<std::string> Notes(const Score& score, const std::vector<Change>& ch
     if (each) notes.push_back("layer " + std::to_string(change.layer + 1) + ": " + EditsOf(score, change));
     const bool rest =
         change.kind == ChangeKind::kCleared && score.Facts(change.slot, change.measure, change.layer).whole_rest;
-    for (const std::string& lost : score.Lost(change)) {
-      const bool kept = fermatas_kept && lost == "fermata";
-      notes.push_back(lost + (kept ? " moved to the barline" : rest ? " went with the rest" : " went with its note"));
-    }
+    AddLost(score, change, rest, fermatas_kept, notes);
   }
-  const Change& first = changes.front();
-  const Surroundings around = score.Around(first.slot, first.measure);
-  if (around.multiple_rest) notes.push_back("inside a multiple-measure rest");
-  if (around.measure_repeat) notes.push_back("inside a measure repeat");
-  if (around.slash) notes.push_back("inside slash notation");
-  if (around.visited) notes.push_back("notes of another staff's voice are drawn here");
-  if (score.measures()[static_cast<std::size_t>(first.measure - 1)].length_assumed) {
-    notes.push_back("its length is assumed, nothing in the measure tells it");
-  }
+  AddSurroundings(score, changes.front(), notes);
   return notes;
 }
 

@@ -60,6 +60,16 @@ Json GridRow(const Score& score, const ScoreReport& report, const Cells::value_t
   return {{"staff", StaffName(score, slot)}, {"cells", all}};
 }
 
+Json GridHead(const Score& score, const std::vector<short>& measures) {
+  Json head = Json::array();
+  for (const short measure : measures) {
+    const std::string& number = MeasureAt(score, measure).number;
+    head.push_back(
+        {{"number", number.empty() ? std::to_string(measure) : number}, {"label", MeasureLabel(score, measure)}});
+  }
+  return head;
+}
+
 Json Grid(const Score& score, const ScoreReport& report, bool only_changed) {
   const bool large = report.cells.size() > kLargestGrid;
   Cells by_slot;
@@ -78,11 +88,7 @@ Json Grid(const Score& score, const ScoreReport& report, bool only_changed) {
   if (large) grid["hint"] = "The score is large: the grid shows the measures in which something changed.";
   if (left > 0)
     grid["hint"] = "The score is large: the grid shows the first " + std::to_string(most) + " changed measures.";
-  for (const short measure : measures) {
-    const std::string& number = MeasureAt(score, measure).number;
-    grid["measures"].push_back(
-        {{"number", number.empty() ? std::to_string(measure) : number}, {"label", MeasureLabel(score, measure)}});
-  }
+  grid["measures"] = GridHead(score, measures);
   for (const auto& row : by_slot) grid["rows"].push_back(GridRow(score, report, row, measures));
   return grid;
 }

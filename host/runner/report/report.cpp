@@ -79,6 +79,13 @@ std::string WithoutNumbers(const std::string& text) {
   return kind;
 }
 
+// Behind the measures that follow one another from index `begin` on.
+std::size_t RunEnd(const std::vector<short>& measures, std::size_t begin) {
+  std::size_t end = begin + 1;
+  while (end < measures.size() && measures[end] == measures[end - 1] + 1) ++end;
+  return end;
+}
+
 Json CellJson(const Score& score, const ReportCell& cell, Purpose purpose) {
   const Verdict& verdict = cell.verdict;
   Json row = {{"measure", cell.measure},
@@ -116,16 +123,15 @@ std::string MeasuresLabel(const Score& score, const std::vector<short>& measures
   std::string positions, printed;
   bool differ = false;
   for (std::size_t i = 0; i < measures.size();) {
-    std::size_t end = i;
-    while (end + 1 < measures.size() && measures[end + 1] == measures[end] + 1) ++end;
+    const std::size_t end = RunEnd(measures, i);
     const char* const comma = i == 0 ? "" : ", ";
-    const std::string first = PrintedNumber(score, measures[i]), last = PrintedNumber(score, measures[end]);
-    const std::string range = RangeText(measures[i], measures[end]);
-    const std::string names = i == end ? first : first + "-" + last;
+    const std::string first = PrintedNumber(score, measures[i]), last = PrintedNumber(score, measures[end - 1]);
+    const std::string range = RangeText(measures[i], measures[end - 1]);
+    const std::string names = i + 1 == end ? first : first + "-" + last;
     positions += comma + range;
     printed += comma + names;
     differ = differ || (!first.empty() && !last.empty() && names != range);
-    i = end + 1;
+    i = end;
   }
   return "measures " + positions + (differ ? " (printed " + printed + ")" : "");
 }
@@ -169,6 +175,16 @@ std::vector<std::string> Folded(const std::vector<std::string>& warnings) {
     i = end;
   }
   return folded;
+}
+
+std::string WarningText(const Warning& warning) {
+  return (warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "") + warning.text;
+}
+
+std::string PrefixedLines(const std::string& prefix, const std::vector<std::string>& texts) {
+  std::string lines;
+  for (const std::string& text : texts) lines += ShownText(prefix + text) + "\n";
+  return lines;
 }
 
 Json ReportJson(const Score& score, const ScoreReport& report, Detail detail) {

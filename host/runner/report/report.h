@@ -71,6 +71,12 @@ std::string ReportText(const Score& score, const ScoreReport& report, Detail det
 // Warnings that differ in nothing but numbers, one after the other, as one line.
 std::vector<std::string> Folded(const std::vector<std::string>& warnings);
 
+// "line 12: the text …", or the text alone for the whole score.
+std::string WarningText(const Warning& warning);
+
+// One line a text, each with a prefix, as a terminal shows it.
+std::string PrefixedLines(const std::string& prefix, const std::vector<std::string>& texts);
+
 // One object of the list of files.
 Json ReportJson(const Score& score, const ScoreReport& report, Detail detail);
 Json FailureJson(const std::string& file, const std::string& error);

@@ -1,6 +1,7 @@
 #include "host/runner/report/shown_text.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdio>
 
 namespace sok {
@@ -11,19 +12,23 @@ struct Character {
   std::size_t bytes = 0;  // 0: the text is no UTF-8 here
 };
 
+// A character that is there, in no more bytes than it needs.
+bool IsSpelt(char32_t code, std::size_t length) {
+  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};  // by length
+  return code >= kLeast[length] && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
+}
+
 Character CharacterAt(std::string_view text) {
-  const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(i < text.size() ? text[i] : '\0'); };
-  if (byte(0) < 0x80) return {byte(0), 1};
-  constexpr char32_t kLeast[] = {0, 0, 0x80, 0x800, 0x10000};  // by length: no longer than needed
-  const std::size_t length = byte(0) < 0xC0 ? 0 : byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : byte(0) < 0xF8 ? 4 : 0;
-  if (length == 0) return {};
-  char32_t code = byte(0) & (0x7Fu >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return {};
-    code = code << 6 | (byte(i) & 0x3F);
+  const auto first = static_cast<unsigned char>(text[0]);
+  const auto length = static_cast<std::size_t>(std::countl_one(first));
+  if (length == 0) return {first, 1};
+  if (length == 1 || length > 4 || length > text.size()) return {};
+  char32_t code = first & (0x7Fu >> length);
+  for (const char next : text.substr(1, length - 1)) {
+    if ((next & 0xC0) != 0x80) return {};
+    code = code << 6 | static_cast<char32_t>(next & 0x3F);
   }
-  const bool exists = code >= kLeast[length] && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
-  return exists ? Character{code, length} : Character{};
+  return IsSpelt(code, length) ? Character{code, length} : Character{};
 }
 
 bool IsControl(char32_t code) { return code < 0x20 || (code >= 0x7F && code < 0xA0); }

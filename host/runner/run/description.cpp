@@ -42,6 +42,30 @@ std::vector<std::string> LanguageFolders(const std::string& plugin) {
   return languages;
 }
 
+void DescribeCommands(const BundleSession& bundle, Json& info) {
+  info["commands"] = Json::array();
+  info["missing_texts"] = Json::array();
+  for (const ExtensionMenuItem& item : bundle.Commands()) {
+    info["commands"].push_back({{"number", info["commands"].size()}, {"texts", item.texts}});
+    for (const std::string& text : item.texts) {
+      if (IsMissingText(text)) info["missing_texts"].push_back(text);
+    }
+  }
+}
+
+void DescribeExports(const BundleSession& bundle, Json& info) {
+  info["interface"] = Json::array();
+  info["missing_exports"] = Json::array();
+  const std::vector<std::string> interface = InterfaceNames();
+  for (const std::string& name : interface) {
+    info[bundle.Address(name.c_str()) != nullptr ? "interface" : "missing_exports"].push_back(name);
+  }
+  info["other_exports"] = Json::array();
+  for (const std::string& name : ExportedNames(bundle.Executable())) {
+    if (std::ranges::find(interface, name) == interface.end()) info["other_exports"].push_back(name);
+  }
+}
+
 // In a process of the extension's own.
 Json Describe(const std::string& plugin) {
   Document document;
@@ -56,24 +80,8 @@ Json Describe(const std::string& plugin) {
   std::snprintf(version, sizeof version, "0x%08X", bundle.InterfaceVersion());
   info["interface_version"] = version;
   info["languages"] = LanguageFolders(plugin);
-  info["commands"] = Json::array();
-  info["missing_texts"] = Json::array();
-  for (const ExtensionMenuItem& item : bundle.Commands()) {
-    info["commands"].push_back({{"number", info["commands"].size()}, {"texts", item.texts}});
-    for (const std::string& text : item.texts) {
-      if (IsMissingText(text)) info["missing_texts"].push_back(text);
-    }
-  }
-  info["interface"] = Json::array();
-  info["missing_exports"] = Json::array();
-  const std::vector<std::string> interface = InterfaceNames();
-  for (const std::string& name : interface) {
-    info[bundle.Address(name.c_str()) != nullptr ? "interface" : "missing_exports"].push_back(name);
-  }
-  info["other_exports"] = Json::array();
-  for (const std::string& name : ExportedNames(bundle.Executable())) {
-    if (std::ranges::find(interface, name) == interface.end()) info["other_exports"].push_back(name);
-  }
+  DescribeCommands(bundle, info);
+  DescribeExports(bundle, info);
   info["alerts"] = session.alerts;
   return info;
 }

@@ -60,28 +60,29 @@ Records AllOf(const RecordStore& store) {
   return records;
 }
 
+// Articulations travel with the entries of frames that changed.
+bool IsWritten(const Document& document, unsigned int tag, const EDataID& id, const std::vector<Change>& music) {
+  FramePlace place;
+  if (const auto entry = document.FindEntry(id.entryDetail.entryNum); entry) place = entry->place;
+  return std::ranges::any_of(music, [&](const Change& change) {
+    const bool here = place == FramePlace{change.slot, change.measure, change.layer};
+    return change.kind == ChangeKind::kOther &&
+           (tag == record_tags::kArticulationDefinition || (tag == record_tags::kArticulation && here));
+  });
+}
+
 }  // namespace
 
 std::vector<RecordChanges> FindRecordChanges(const Document& before, const Score& score,
                                              const std::vector<Change>& music) {
   const Document& document = score.document();
   if (document.records == before.records) return {};
-  // Articulations travel with the entries of frames that changed.
-  const auto written = [&](unsigned int tag, const EDataID& id) {
-    FramePlace place;
-    if (const auto entry = document.FindEntry(id.entryDetail.entryNum); entry) place = entry->place;
-    return std::any_of(music.begin(), music.end(), [&](const Change& change) {
-      const bool here = place == FramePlace{change.slot, change.measure, change.layer};
-      return change.kind == ChangeKind::kOther &&
-             (tag == record_tags::kArticulationDefinition || (tag == record_tags::kArticulation && here));
-    });
-  };
   const Records old = AllOf(before.records), now = AllOf(document.records);
   std::map<std::string, RecordChanges> kinds;
   for (const auto& [place, record] : now) {
     const auto found = old.find(place);
     if (found == old.end()) {
-      if (!written(place.first, record.first)) ++kinds[KindOf(place.first)].added;
+      if (!IsWritten(document, place.first, record.first, music)) ++kinds[KindOf(place.first)].added;
     } else if (!std::ranges::equal(found->second.second, record.second)) {
       ++kinds[KindOf(place.first)].changed;
     }

@@ -89,52 +89,67 @@ std::string Invoke(const RunOptions& options, Score& score, const std::vector<In
   return command;
 }
 
-bool Before(const Change& change, short measure, short slot) {
-  return change.measure != measure ? change.measure < measure : change.slot < slot;
+// Goes through the changes, which are by measure and staff, in step with the staff-measures.
+class ChangesInOrder {
+ public:
+  explicit ChangesInOrder(ScoreReport& report) : report_(report) {}
+
+  // Those of this staff-measure, which the ones before are not behind.
+  std::vector<Change> At(short measure, short slot) {
+    PassOver([&](const Change& change) { return std::pair(change.measure, change.slot) < std::pair(measure, slot); });
+    std::vector<Change> changes;
+    for (; Left() && Next().measure == measure && Next().slot == slot; ++next_) changes.push_back(Next());
+    return changes;
+  }
+
+  void Finish() {
+    PassOver([](const Change&) { return true; });
+  }
+
+ private:
+  bool Left() const { return next_ < report_.changes.size(); }
+  const Change& Next() const { return report_.changes[next_]; }
+
+  // What an extension does to music that nobody selected is written like the rest, but nobody expects it.
+  template <typename Outside>
+  void PassOver(const Outside& outside) {
+    for (; Left() && outside(Next()); ++next_) {
+      report_.warnings.push_back("measure " + std::to_string(Next().measure) + ", staff " +
+                                 std::to_string(Next().slot) + ", layer " + std::to_string(Next().layer + 1) +
+                                 " changed, which was not selected");
+    }
+  }
+
+  ScoreReport& report_;
+  std::size_t next_ = 0;
+};
+
+// Counts a staff-measure, and makes a cell of it when anybody wants to see it.
+void AddCell(const RunOptions& options, const Score& score, const Invocation& invocation, short slot, short measure,
+             const std::vector<Change>& changes, ScoreReport& report) {
+  ++report.selected;
+  if (!changes.empty()) ++report.changed;
+  if (changes.empty() ? !options.WantsReasons() : !options.WantsReport()) return;
+  Settings settings{options.purpose, {}, {}};
+  std::ranges::copy(invocation.layer_shown, settings.layer_shown);
+  std::ranges::copy(options.count_hidden, settings.count_hidden);
+  ReportCell cell{slot, measure, Explain(score, slot, measure, changes, settings), {}};
+  if (!changes.empty()) {
+    cell.notes = Notes(score, changes, options.write.keep_fermatas);
+  } else {
+    ++report.kept[cell.verdict.reason];
+    if (!options.WantsKept()) return;
+  }
+  report.cells.push_back(std::move(cell));
 }
 
-// What an extension does to music that nobody selected is written like the rest, but nobody expects it.
-void WarnOfOutside(const Change& change, ScoreReport& report) {
-  report.warnings.push_back("measure " + std::to_string(change.measure) + ", staff " + std::to_string(change.slot) +
-                            ", layer " + std::to_string(change.layer + 1) + " changed, which was not selected");
-}
-
-// Counts the changed staff-measures, and makes cells of those that anybody wants to see.
 void FillCells(const RunOptions& options, const Score& score, const std::vector<Invocation>& invocations,
                ScoreReport& report) {
-  auto next = report.changes.begin();
-  const auto visit = [&](short measure, short slot, const Invocation& invocation) {
-    std::vector<Change> changes;
-    for (; next != report.changes.end() && Before(*next, measure, slot); ++next) WarnOfOutside(*next, report);
-    for (; next != report.changes.end() && next->measure == measure && next->slot == slot; ++next) {
-      changes.push_back(*next);
-    }
-    ++report.selected;
-    if (!changes.empty()) ++report.changed;
-    if (changes.empty() ? !options.WantsReasons() : !options.WantsReport()) return;
-    Settings settings{options.purpose, {}, {}};
-    std::copy(std::begin(invocation.layer_shown), std::end(invocation.layer_shown), settings.layer_shown);
-    std::copy(std::begin(options.count_hidden), std::end(options.count_hidden), settings.count_hidden);
-    ReportCell cell{slot, measure, Explain(score, slot, measure, changes, settings), {}};
-    if (changes.empty()) ++report.kept[cell.verdict.reason];
-    if (changes.empty() && !options.WantsKept()) return;
-    if (!changes.empty()) cell.notes = Notes(score, changes, options.write.keep_fermatas);
-    report.cells.push_back(std::move(cell));
-  };
-  // Blocks of the same measures stand one after the other; lines go by measure across them.
-  for (std::size_t begin = 0; begin < invocations.size();) {
-    std::size_t end = begin;
-    while (end < invocations.size() && invocations[end].measures == invocations[begin].measures) ++end;
-    for (int measure = invocations[begin].measures.first; measure <= invocations[begin].measures.last; ++measure) {
-      for (std::size_t block = begin; block < end; ++block) {
-        for (int slot = invocations[block].slots.first; slot <= invocations[block].slots.last; ++slot) {
-          visit(static_cast<short>(measure), static_cast<short>(slot), invocations[block]);
-        }
-      }
-    }
-    begin = end;
-  }
-  for (; next != report.changes.end(); ++next) WarnOfOutside(*next, report);
+  ChangesInOrder changes(report);
+  ForEachStaffMeasure(invocations, [&](const Invocation& invocation, short measure, short slot) {
+    AddCell(options, score, invocation, slot, measure, changes.At(measure, slot), report);
+  });
+  changes.Finish();
 }
 
 // The bytes to write; none where nothing is to be written. With --dry-run the report gets the difference. Throws Error
@@ -169,16 +184,10 @@ void Deliver(const RunOptions& options, const std::string& output, const std::st
   report.written = output;
 }
 
-std::string PrefixedLines(const std::string& prefix, const std::vector<std::string>& texts) {
-  std::string lines;
-  for (const std::string& text : texts) lines += ShownText(prefix + text) + "\n";
-  return lines;
-}
-
 std::unique_ptr<Score> Read(const RunOptions& options, const Input& input, ScoreReport& report) {
   std::unique_ptr<Score> score = ReadScore(input.path, options.read);
   for (const Warning& warning : score->warnings()) {
-    report.warnings.push_back((warning.line > 0 ? "line " + std::to_string(warning.line) + ": " : "") + warning.text);
+    report.warnings.push_back(WarningText(warning));
   }
   WarnOfHiddenLayers(options, report.warnings);
   return score;
@@ -201,7 +210,7 @@ Detail DetailOf(const RunOptions& options) {
 
 // A score without changes is no news where only changes are.
 bool IsTold(const RunOptions& options, const ScoreReport& report) {
-  if (options.quiet || options.json) return false;
+  if (options.quiet) return false;
   return !(options.only_changed && options.batch) || !report.changes.empty() || !report.error.empty();
 }
 
@@ -212,6 +221,14 @@ std::string FramesText(const RunOptions& options, const ScoreReport& report) {
 }
 
 // Where the score or the difference takes stdout, the report makes room.
+void TellInWords(const RunOptions& options, const std::string& output, const Score& score, const ScoreReport& report,
+                 FileResult& result) {
+  const std::string text = IsTold(options, report) ? ReportText(score, report, DetailOf(options)) : std::string();
+  const bool stdout_taken = options.dry_run || output == kStream;
+  (stdout_taken ? result.err : result.out) += text + FramesText(options, report);
+  result.out += report.diff;
+}
+
 FileResult Tell(const RunOptions& options, const std::string& output, const Score& score, const ScoreReport& report) {
   FileResult result;
   result.exit_code = report.error.empty() ? 0 : kExitBadInput;
@@ -222,10 +239,7 @@ FileResult Tell(const RunOptions& options, const std::string& output, const Scor
   if (!options.quiet) {
     result.err += PrefixedLines(report.file + ": ", options.verbose ? report.warnings : Folded(report.warnings));
   }
-  const std::string text = IsTold(options, report) ? ReportText(score, report, DetailOf(options)) : std::string();
-  const bool stdout_taken = options.dry_run || output == kStream;
-  (stdout_taken ? result.err : result.out) += text + (options.json ? "" : FramesText(options, report));
-  if (!options.json) result.out += report.diff;
+  if (!options.json) TellInWords(options, output, score, report, result);
   if (!report.error.empty()) result.err += "sokrun: " + ShownText(report.error) + "\n";
   if (options.json) result.report = ReportJson(score, report, DetailOf(options));
   if (!options.html.empty()) result.page = PageData(score, report, options);

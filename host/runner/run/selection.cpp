@@ -61,55 +61,68 @@ std::optional<int> LeadingNumber(std::string_view text) {
   return error == std::errc{} && number >= 0 ? std::optional(number) : std::nullopt;
 }
 
-// A printed number is itself, whatever it looks like, before it is a range: "1-0" stands in real scores.
-void ChooseByNumber(Chosen& chosen, const Score& score, const std::vector<std::string>& numbers,
-                    std::vector<std::string>& warnings) {
-  for (const std::string& wanted : numbers) {
-    bool found = false;
-    const auto choose_if = [&](const auto& matches) {
-      for (std::size_t i = 0; i < chosen.size(); ++i) {
-        if (!matches(score.measures()[i].number)) continue;
-        chosen[i] = true;
-        found = true;
-      }
-    };
-    choose_if([&](const std::string& number) { return number == wanted; });
-    const auto dash = wanted.find('-');
-    if (!found && dash != std::string::npos) {
-      const auto first = dash == 0 ? std::optional(0) : LeadingNumber(wanted);
-      const auto last = dash + 1 == wanted.size() ? std::optional(std::numeric_limits<int>::max())
-                                                  : LeadingNumber(std::string_view(wanted).substr(dash + 1));
-      if (first && last) {
-        choose_if([&](const std::string& number) {
-          const auto value = LeadingNumber(number);
-          return value && *value >= *first && *value <= *last;
-        });
-      }
-    }
-    if (!found) warnings.push_back("no measure is numbered " + wanted);
+// Chooses where `wanted(index)` says so; whether that is anywhere.
+template <typename Wanted>
+bool ChooseIf(Chosen& chosen, const Wanted& wanted) {
+  bool any = false;
+  for (std::size_t i = 0; i < chosen.size(); ++i) {
+    if (!wanted(i)) continue;
+    chosen[i] = true;
+    any = true;
   }
+  return any;
 }
 
-void ChooseByPart(Chosen& chosen, const Score& score, const std::vector<std::string>& parts) {
-  for (const std::string& wanted : parts) {
-    bool found = false;
-    const auto choose_if = [&](const auto& same) {
-      for (std::size_t i = 0; i < chosen.size(); ++i) {
-        const Staff& staff = score.staves()[i];
-        if (!same(staff.part_name) && !same(staff.part_id) && !same(staff.abbreviation)) continue;
-        chosen[i] = true;
-        found = true;
-      }
-    };
-    choose_if([&](const std::string& name) { return name == wanted; });
-    if (!found) choose_if([&](const std::string& name) { return SameIgnoringCase(name, wanted); });
-    if (found) continue;
-    std::string names;
-    for (const Staff& staff : score.staves()) {
-      if (staff.staff == 1) names += (names.empty() ? "" : ", ") + staff.part_name;
-    }
-    throw Error("no part is called \"" + wanted + "\"; the score has " + names);
+// "3-8", "-8" or "3-" of printed numbers; none for what is no range.
+std::optional<std::pair<int, int>> PrintedRange(std::string_view text) {
+  const auto dash = text.find('-');
+  if (dash == std::string_view::npos) return std::nullopt;
+  const auto first = dash == 0 ? std::optional(0) : LeadingNumber(text);
+  const auto last =
+      dash + 1 == text.size() ? std::optional(std::numeric_limits<int>::max()) : LeadingNumber(text.substr(dash + 1));
+  return first && last ? std::optional(std::pair(*first, *last)) : std::nullopt;
+}
+
+// A printed number is itself, whatever it looks like, before it is a range: "1-0" stands in real scores.
+bool ChooseNumber(Chosen& chosen, const Score& score, const std::string& wanted) {
+  if (ChooseIf(chosen, [&](std::size_t i) { return score.measures()[i].number == wanted; })) return true;
+  const auto range = PrintedRange(wanted);
+  return range && ChooseIf(chosen, [&](std::size_t i) {
+           const auto number = LeadingNumber(score.measures()[i].number);
+           return number && *number >= range->first && *number <= range->second;
+         });
+}
+
+void ChoosePart(Chosen& chosen, const Score& score, const std::string& wanted) {
+  const auto choose = [&](const auto& same) {
+    return ChooseIf(chosen, [&](std::size_t i) {
+      const Staff& staff = score.staves()[i];
+      return same(staff.part_name) || same(staff.part_id) || same(staff.abbreviation);
+    });
+  };
+  if (choose([&](const std::string& name) { return name == wanted; })) return;
+  if (choose([&](const std::string& name) { return SameIgnoringCase(name, wanted); })) return;
+  std::string names;
+  for (const Staff& staff : score.staves()) {
+    if (staff.staff == 1) names += (names.empty() ? "" : ", ") + staff.part_name;
   }
+  throw Error("no part is called \"" + wanted + "\"; the score has " + names);
+}
+
+Chosen ChosenMeasures(const Score& score, const Selection& selection, std::vector<std::string>& warnings) {
+  Chosen measures(score.measures().size(), selection.measures.empty() && selection.numbers.empty());
+  Choose(measures, selection.measures, "measure", warnings);
+  for (const std::string& number : selection.numbers) {
+    if (!ChooseNumber(measures, score, number)) warnings.push_back("no measure is numbered " + number);
+  }
+  return measures;
+}
+
+Chosen ChosenSlots(const Score& score, const Selection& selection, std::vector<std::string>& warnings) {
+  Chosen slots(score.staves().size(), selection.staves.empty() && selection.parts.empty());
+  Choose(slots, selection.staves, "staff", warnings);
+  for (const std::string& part : selection.parts) ChoosePart(slots, score, part);
+  return slots;
 }
 
 bool HiddenOn(const HiddenLayer& hidden, short slot) {
@@ -144,6 +157,13 @@ std::vector<NumberRange> Runs(const Chosen& chosen, const Joined& joined) {
     }
   }
   return runs;
+}
+
+// What was left out says why; other warnings have nothing to do with it.
+[[noreturn]] void ThrowNothingSelected(const std::vector<std::string>& left_out) {
+  std::string reasons;
+  for (const std::string& warning : left_out) reasons += (reasons.empty() ? ": " : "; ") + warning;
+  throw Error("nothing is selected" + reasons);
 }
 
 }  // namespace
@@ -188,35 +208,26 @@ std::vector<Invocation> PlanInvocations(const Score& score, const Selection& sel
   if (score.staves().empty() || score.measures().empty()) throw Error("the score has no measures");
   CheckHiddenLayers(score, selection);
   const std::size_t known = warnings.size();
-  const bool all_measures = selection.measures.empty() && selection.numbers.empty();
-  Chosen measures(score.measures().size(), all_measures);
-  Choose(measures, selection.measures, "measure", warnings);
-  ChooseByNumber(measures, score, selection.numbers, warnings);
-
-  const bool all_staves = selection.staves.empty() && selection.parts.empty();
-  Chosen slots(score.staves().size(), all_staves);
-  Choose(slots, selection.staves, "staff", warnings);
-  ChooseByPart(slots, score, selection.parts);
-
+  const Chosen measures = ChosenMeasures(score, selection, warnings);
+  const Chosen slots = ChosenSlots(score, selection, warnings);
   const auto same_layers_hidden = [&](short left, short right) {
-    return std::all_of(selection.hidden_layers.begin(), selection.hidden_layers.end(),
-                       [&](const HiddenLayer& hidden) { return HiddenOn(hidden, left) == HiddenOn(hidden, right); });
+    return std::ranges::all_of(selection.hidden_layers, [&](const HiddenLayer& hidden) {
+      return HiddenOn(hidden, left) == HiddenOn(hidden, right);
+    });
   };
   const std::vector<NumberRange> slot_runs = Runs(slots, same_layers_hidden);
   std::vector<Invocation> invocations;
   for (const NumberRange& measure_run : Runs(measures, [](short, short) { return true; })) {
     for (const NumberRange& slot_run : slot_runs) {
-      Invocation invocation{measure_run, slot_run};
+      invocations.push_back({measure_run, slot_run});
       for (const HiddenLayer& hidden : selection.hidden_layers) {
-        if (HiddenOn(hidden, slot_run.first)) invocation.layer_shown[hidden.layer] = false;
+        if (HiddenOn(hidden, slot_run.first)) invocations.back().layer_shown[hidden.layer] = false;
       }
-      invocations.push_back(invocation);
     }
   }
-  if (!invocations.empty()) return invocations;
-  std::string reasons;  // what was left out; other warnings have nothing to do with it
-  for (std::size_t i = known; i < warnings.size(); ++i) reasons += (i == known ? ": " : "; ") + warnings[i];
-  throw Error("nothing is selected" + reasons);
+  if (invocations.empty())
+    ThrowNothingSelected({warnings.begin() + static_cast<std::ptrdiff_t>(known), warnings.end()});
+  return invocations;
 }
 
 }  // namespace sok

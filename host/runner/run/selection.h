@@ -55,6 +55,22 @@ struct Invocation {
   EREGION Region(const Document& document) const;
 };
 
+// Calls `visit(invocation, measure, slot)` for every staff-measure of the blocks, by measure and staff: blocks of the
+// same measures stand one after the other, and lines go by measure across them.
+template <typename Visit>
+void ForEachStaffMeasure(const std::vector<Invocation>& blocks, const Visit& visit) {
+  for (std::size_t begin = 0, end = 0; begin < blocks.size(); begin = end) {
+    while (end < blocks.size() && blocks[end].measures == blocks[begin].measures) ++end;
+    for (int measure = blocks[begin].measures.first; measure <= blocks[begin].measures.last; ++measure) {
+      for (std::size_t block = begin; block < end; ++block) {
+        for (int slot = blocks[block].slots.first; slot <= blocks[block].slots.last; ++slot) {
+          visit(blocks[block], static_cast<short>(measure), static_cast<short>(slot));
+        }
+      }
+    }
+  }
+}
+
 // The blocks of a selection, by measure, then by staff. What lies outside of the score is left out with a warning.
 // Throws Error when nothing is left.
 std::vector<Invocation> PlanInvocations(const Score& score, const Selection& selection,

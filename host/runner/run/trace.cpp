@@ -9,39 +9,50 @@ namespace sok {
 
 namespace {
 
+bool IsLoad(const HostCall& call) { return std::string_view(call.name) == "SX_LoadTGF"; }
+bool IsSave(const HostCall& call) { return std::string_view(call.name) == "SX_SaveTGF" && call.result != 0; }
+
 std::string EntriesOf(const EXTGF2005a& frame) {
   const EXENTRY* const entries = frame.entries;
   const short count = frame.count;
   return EntriesText({entries, entries != nullptr && count > 0 ? static_cast<std::size_t>(count) : 0});
 }
 
+// What a call answered. Addresses differ from run to run; what counts is whether there is one.
+std::string AnswerOf(const HostCall& call) {
+  if (!IsLoad(call)) return std::to_string(call.result);
+  if (call.result == 0) return "null";
+  if (call.frame == nullptr) return "frame";
+  const short count = call.frame->count;
+  return "frame of " + std::to_string(count) + (count == 1 ? " entry" : " entries");
+}
+
+std::string LineOf(const HostCall& call) {
+  const std::string line = std::string(call.name) + "(" + call.arguments + ") -> " + AnswerOf(call);
+  return ShownText(IsSave(call) ? line + ": " + EntriesOf(*call.frame) : line);
+}
+
 }  // namespace
 
 void Tracer::After(HostCall& call) {
-  const std::string_view name = call.name;
-  std::string line = std::string(name) + "(" + call.arguments + ") -> ";
-  // Addresses differ from run to run; what counts is whether there is one.
-  const bool is_frame = name == "SX_LoadTGF";
-  line += is_frame ? (call.result != 0 ? "frame" : "null") : std::to_string(call.result);
-  if (is_frame && call.frame != nullptr && call.result != 0) {
-    const short count = call.frame->count;
-    line += " of " + std::to_string(count) + (count == 1 ? " entry" : " entries");
-  }
-  if (name == "SX_SaveTGF" && call.result != 0) line += ": " + EntriesOf(*call.frame);
-  line = ShownText(line);
+  std::string line = LineOf(call);
   if (mode_ == TraceMode::kAll) {
     std::fprintf(out_, "%s\n", line.c_str());
     return;
   }
-  int list = 0, slot = 0, measure = 0;
-  if (is_frame && std::sscanf(call.arguments.c_str(), "%d %d %d", &list, &slot, &measure) == 3 &&
-      (slot != slot_ || measure != measure_)) {
-    EndCell();
-    slot_ = static_cast<short>(slot);
-    measure_ = static_cast<short>(measure);
-  }
-  saved_ = saved_ || (name == "SX_SaveTGF" && call.result != 0);
+  BeginCell(call);
+  saved_ = saved_ || IsSave(call);
   cell_calls_.push_back(std::move(line));
+}
+
+// A load of another staff-measure's frame begins that one's calls.
+void Tracer::BeginCell(const HostCall& call) {
+  int list = 0, slot = 0, measure = 0;
+  if (!IsLoad(call) || std::sscanf(call.arguments.c_str(), "%d %d %d", &list, &slot, &measure) != 3) return;
+  if (slot == slot_ && measure == measure_) return;
+  EndCell();
+  slot_ = static_cast<short>(slot);
+  measure_ = static_cast<short>(measure);
 }
 
 void Tracer::EndCell() {

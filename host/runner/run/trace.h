@@ -21,6 +21,7 @@ class Tracer : public CallObserver {
   void After(HostCall& call) override;
 
  private:
+  void BeginCell(const HostCall& call);
   void EndCell();
 
   TraceMode mode_;

@@ -120,24 +120,34 @@ bool HostWatch::Before(HostCall& call) {
   }
   const auto number = static_cast<long>(calls_.size());
   const std::string_view name = call.name;
-  calls_.emplace_back(name);
-  say_("the last host call was number " + std::to_string(number) + ", " + CallText(call));
-  trace_ = std::hash<std::string>()(std::to_string(trace_) + call.name + call.arguments);
-  if (!HasKnownVersion(call)) {
-    Find("calls", "calls " + calls_.back() + " with the interface version " + Hexadecimal(call.version) +
-                      " instead of " + Hexadecimal(kInterfaceVersion));
-  }
+  NoteCall(call);
   BeforeFrameCall(call);
   if (name == "SX_SaveTGF" && fault_.None()) CheckSaved(call);
+  BeforeEditCall(call);
+  capacity_ = call.size != nullptr ? *call.size : 0;
+  if (number == fault_.refused_call) return false;
+  return !fault_.seed || Random(0, 5) != 0;
+}
+
+void HostWatch::BeforeEditCall(const HostCall& call) {
+  const std::string_view name = call.name;
   if (StartsEdit(name) && interrupt_edits_) {
     say_(kInterrupts);
     throw InterruptedEdit();
   }
   if (EndsEdit(name)) ++edits_.closed;
   if (name == "SX_EndMassEdit") ++mass_edits_.closed;
-  capacity_ = call.size != nullptr ? *call.size : 0;
-  if (number == fault_.refused_call) return false;
-  return !fault_.seed || Random(0, 5) != 0;
+}
+
+void HostWatch::NoteCall(const HostCall& call) {
+  const std::size_t number = calls_.size();
+  calls_.emplace_back(call.name);
+  say_("the last host call was number " + std::to_string(number) + ", " + CallText(call));
+  trace_ = std::hash<std::string>()(std::to_string(trace_) + call.name + call.arguments);
+  if (!HasKnownVersion(call)) {
+    Find("calls", "calls " + calls_.back() + " with the interface version " + Hexadecimal(call.version) +
+                      " instead of " + Hexadecimal(kInterfaceVersion));
+  }
 }
 
 void HostWatch::BeforeFrameCall(const HostCall& call) {
@@ -184,20 +194,23 @@ void HostWatch::CheckSaved(const HostCall& call) {
   const EXTGF2005a& frame = *call.frame;
   const FramePlace place = PlaceOf(frame);
   const std::string where = "saves the frame of " + PlaceText(place);
-  const auto held = frames_.find(call.frame);
-  const bool too_long =
-      held != frames_.end() && held->second.entries == frame.entries && frame.count > held->second.count;
-  if (frame.count < 0 || (frame.count > 0 && frame.entries == nullptr) || too_long) {
-    return Find("entries", where + " with a count of " + std::to_string(frame.count) +
-                               (too_long ? "; its array has " + std::to_string(held->second.count) + " entries"
-                                         : "; that many entries it does not have"));
-  }
+  if (const std::string fault = CountFault(frame); !fault.empty()) return Find("entries", where + fault);
   if (!document_.Exists(place)) return Find("entries", where + ", which the score does not have");
   const std::span entries(static_cast<const EXENTRY*>(frame.entries), static_cast<std::size_t>(frame.count));
   for (std::size_t i = 0; i < entries.size(); ++i) {
     const std::string fault = EntryFault(entries, i, before_, document_.LastEntryNumber());
     if (!fault.empty()) return Find("entries", where + ": entry " + std::to_string(i) + " " + fault);
   }
+}
+
+std::string HostWatch::CountFault(const EXTGF2005a& frame) const {
+  const std::string count = " with a count of " + std::to_string(frame.count);
+  const auto held = frames_.find(&frame);
+  if (held != frames_.end() && held->second.entries == frame.entries && frame.count > held->second.count) {
+    return count + "; its array has " + std::to_string(held->second.count) + " entries";
+  }
+  const bool sound = frame.count >= 0 && (frame.count == 0 || frame.entries != nullptr);
+  return sound ? "" : count + "; that many entries it does not have";
 }
 
 void HostWatch::NoteChange(const HostCall& call) {
@@ -218,7 +231,14 @@ void HostWatch::Vary(HostCall& call) {
     VaryRecord(call);
   } else if (name == "SX_GetMaxLayers") {
     call.result = Random(-1, 8);
-  } else if (AnswersSuccess(name)) {
+  } else {
+    VaryAnswer(call);
+  }
+}
+
+void HostWatch::VaryAnswer(HostCall& call) {
+  const std::string_view name = call.name;
+  if (AnswersSuccess(name)) {
     if (call.result != 0) call.result = Random(0, 1) == 0 ? -1 : 0x100;
   } else if (AnswerKinds().at(name) == AnswerKind::kPointer) {
     call.result = 0;

@@ -84,13 +84,17 @@ class HostWatch : public CallObserver {
   bool WantsArguments() const override { return true; }
   bool Before(HostCall& call) override;
   void After(HostCall& call) override;
+  void BeforeEditCall(const HostCall& call);
+  void NoteCall(const HostCall& call);
   void BeforeFrameCall(const HostCall& call);
   void AfterFrameCall(const HostCall& call);
   void CheckSaved(const HostCall& call);
+  std::string CountFault(const EXTGF2005a& frame) const;
   void NoteChange(const HostCall& call);
   void Vary(HostCall& call);
   void VaryFrame(EXTGF2005a& frame);
   void VaryRecord(HostCall& call);
+  void VaryAnswer(HostCall& call);
   int Random(int from, int to) { return std::uniform_int_distribution(from, to)(random_); }
   void Find(const char* kind, const std::string& what) { findings_.emplace(kind, what); }
   std::string EditFault() const;
