@@ -87,6 +87,7 @@ const Fault kFaults[] = {
        EndEdit();
        return Change(r, [](EXTGF2005a& frame) { frame.entries[0].duration = 256; }) != 0 ? short{1} : saved;
      }},
+    {"EDITED_LATE", [](const EREGION& r) -> short { return StartEdit(), EndEdit(), Change(r, Shorten); }},
     {"CALL_VERSION", [](const EREGION&) -> short { return SX_GetMaxLayers(0x0E000000) < 0 ? 1 : 0; }},
     {"THREAD",
      [](const EREGION&) -> short {
@@ -94,11 +95,13 @@ const Fault kFaults[] = {
        return 0;
      }},
     {"OUTSIDE", [](const EREGION& r) -> short { return Change(r, Shorten, -1); }},
+    {"OUTSIDE_AFTER", [](const EREGION& r) { return Change(r, Shorten, r.end.measure - r.start.measure + 1); }},
     {"ANSWER_0", [](const EREGION& r) -> short { return Change(r, Shorten) < 0 ? 1 : 0; }},
     {"ANSWER_1", [](const EREGION&) -> short { return 1; }},
     {"ANSWER_5", [](const EREGION&) -> short { return 5; }},
     {"NOTES_13", [](const EREGION& r) { return Change(r, [](EXTGF2005a& f) { f.entries[0].noteCount = 13; }); }},
     {"VALUE_0", [](const EREGION& r) { return Change(r, [](EXTGF2005a& f) { f.entries[0].duration = 0; }); }},
+    {"PITCH", [](const EREGION& r) { return Change(r, [](EXTGF2005a& f) { f.entries[0].notes[0].first = 42; }); }},
     {"NUMBER_0", [](const EREGION& r) { return Change(r, [](EXTGF2005a& f) { f.entries[0].number = 0; }); }},
     {"NUMBERS_ALIKE",
      [](const EREGION& r) {
@@ -121,6 +124,7 @@ const Fault kFaults[] = {
        SX_AlertMessage(nullptr, 0, 0, PlugIn_GetStringResource(29999, text, sizeof text), kInterfaceVersion);
        return 0;
      }},
+    {"ALERT_EMPTY", [](const EREGION&) -> short { return SX_AlertMessage(nullptr, 0, 0, "", kInterfaceVersion) < 0; }},
     {"EXCEPTION", [](const EREGION&) -> short { throw std::runtime_error("no luck"); }},
     {"OVERFLOW",
      [](const EREGION& r) -> short {

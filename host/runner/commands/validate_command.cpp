@@ -105,8 +105,21 @@ void PrintKind(const Arguments& arguments, const ValidationReport& report, const
                 kind.what.data());
   }
   PrintFailures(report.results, kind.name);
-  for (const SkippedChecks& left : report.skipped) {
-    if (left.kind == kind.name) std::printf("%-7s       %-16s  %s\n", "skipped", left.kind.c_str(), left.why.c_str());
+}
+
+// What was not run for one reason stands in one line.
+void PrintSkipped(const std::vector<SkippedChecks>& skipped) {
+  std::vector<SkippedChecks> reasons;
+  for (const SkippedChecks& left : skipped) {
+    const auto same = std::ranges::find(reasons, left.why, &SkippedChecks::why);
+    if (same == reasons.end()) {
+      reasons.push_back(left);
+    } else {
+      same->kind += ", " + left.kind;
+    }
+  }
+  for (const SkippedChecks& left : reasons) {
+    std::printf("%-7s       %s: %s\n", "skipped", left.kind.c_str(), left.why.c_str());
   }
 }
 
@@ -116,6 +129,7 @@ void PrintText(const Arguments& arguments, const ValidationReport& report, long 
   std::printf("%s, seed %u, %s\n", plugin.c_str(), arguments.options.seed,
               score.empty() ? "built-in score" : score.c_str());
   for (const CheckKind& kind : CheckKinds()) PrintKind(arguments, report, kind);
+  PrintSkipped(report.skipped);
   std::printf("%s, %ld failed\n", Counted(static_cast<long>(results.size()), "check").c_str(), failed);
   const auto bad = std::ranges::find_if(results, [](const CheckResult& result) { return !result.failure.empty(); });
   if (bad == results.end()) return;

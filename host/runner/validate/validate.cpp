@@ -15,7 +15,7 @@ constexpr CheckKind kLanguages = {"languages", "every language has all texts, an
 constexpr CheckKind kRunKinds[] = {
     {"runs", "commands come to their end"},
     {"frames", "every frame of the host is freed once, and not used afterwards"},
-    {"edits", "edits and mass edits are closed, once each, and hold all changes or none"},
+    {"edits", "edits and mass edits are closed, once each, and nothing is changed beside them"},
     {"calls", "host calls bear the interface version and come from the host's thread"},
     {"entries", "what is saved can stand in a score"},
     {"selection", "nothing but what is selected is changed"},

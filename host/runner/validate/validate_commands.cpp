@@ -95,6 +95,7 @@ std::string AnswerFault(int answer, bool changed, const std::vector<FramePlace>&
 }
 
 std::string AlertFault(const std::vector<std::string>& alerts) {
+  if (std::ranges::find(alerts, "") != alerts.end()) return "shows an alert without a text";
   const auto key = std::ranges::find_if(alerts, ShowsKey);
   return key == alerts.end() ? "" : "shows the alert \"" + *key + "\": a key that the string table lacks";
 }

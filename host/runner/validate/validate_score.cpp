@@ -23,7 +23,8 @@ const char* const kValidationScore = R"(<?xml version="1.0" encoding="UTF-8"?>
    <note><rest/><duration>2</duration><voice>1</voice><type>quarter</type></note>
    <direction><direction-type><wedge type="stop"/></direction-type></direction>
   </measure>
-  <measure number="2"/>
+  <measure number="2"><note><pitch><step>G</step><octave>4</octave></pitch>
+     <duration>8</duration><voice>1</voice><type>whole</type></note></measure>
   <measure number="3"><note><rest measure="yes"/><duration>8</duration><voice>1</voice></note></measure>
   <measure number="4"><note><pitch><step>D</step><octave>5</octave></pitch>
      <duration>4</duration><voice>1</voice><type>half</type></note>
@@ -44,12 +45,16 @@ const char* const kValidationScore = R"(<?xml version="1.0" encoding="UTF-8"?>
   <measure number="2"><note><rest measure="yes"/><duration>8</duration><voice>1</voice><staff>1</staff></note>
    <backup><duration>8</duration></backup>
    <note><pitch><step>F</step><octave>4</octave></pitch>
-     <duration>8</duration><voice>2</voice><type>whole</type><staff>1</staff></note></measure>
-  <measure number="3"/>
-  <measure number="4"><forward><duration>8</duration><voice>1</voice><staff>1</staff></forward>
-     <backup><duration>8</duration></backup>
+     <duration>8</duration><voice>2</voice><type>whole</type><staff>1</staff></note>
+   <backup><duration>8</duration></backup>
    <note><pitch><step>G</step><octave>2</octave></pitch>
      <duration>8</duration><voice>5</voice><type>whole</type><staff>2</staff></note></measure>
+  <measure number="3"><forward><duration>8</duration><voice>1</voice><staff>1</staff></forward></measure>
+  <measure number="4"><note><pitch><step>E</step><octave>5</octave></pitch>
+     <duration>8</duration><voice>1</voice><type>whole</type><staff>1</staff></note>
+   <backup><duration>8</duration></backup>
+   <note><pitch><step>A</step><octave>3</octave></pitch>
+     <duration>8</duration><voice>2</voice><type>whole</type><staff>1</staff></note></measure>
   <measure number="5"><note><rest measure="yes"/><duration>8</duration><voice>1</voice><staff>1</staff></note></measure>
  </part>
 </score-partwise>

@@ -4,12 +4,14 @@
 #include <climits>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <span>
 #include <string_view>
 #include <type_traits>
 #include <unordered_map>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
+#include "host/musicxml/note_text.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/host_functions.h"
 
@@ -79,6 +81,22 @@ std::string Hexadecimal(unsigned int number) {
   return text;
 }
 
+// What no score has room for, of the notes of an entry; empty when there is nothing.
+std::string PitchFault(const EXENTRY& entry) {
+  if ((entry.flags & kEntryIsNote) == 0) return {};
+  for (const EXNOTE& note : std::span(entry.notes, static_cast<std::size_t>(entry.noteCount))) {
+    if (note.first < kLowestStep || note.first > kHighestStep) {
+      return "has a pitch " + std::to_string(note.first) + " steps from middle C; the octaves 0 to 9 are " +
+             std::to_string(kLowestStep) + " to " + std::to_string(kHighestStep);
+    }
+    if (std::abs(int{note.second}) > kMostAlteration) {
+      return "has a note altered by " + std::to_string(note.second) + " semitones; the most is " +
+             std::to_string(kMostAlteration);
+    }
+  }
+  return {};
+}
+
 // What cannot stand in a score, of the entry at an index; empty when it can. One that lasted 0 may go on doing so.
 std::string EntryFault(std::span<const EXENTRY> entries, std::size_t index, const Document& before, int last_number) {
   const EXENTRY& entry = entries[index];
@@ -98,7 +116,7 @@ std::string EntryFault(std::span<const EXENTRY> entries, std::size_t index, cons
   }
   if (number > last_number) return "has the number " + std::to_string(number) + ", which was never handed out";
   if (entry.duration == 0 && !lasted_nothing()) return "lasts 0";
-  return {};
+  return PitchFault(entry);
 }
 
 }  // namespace
@@ -215,11 +233,7 @@ std::string HostWatch::CountFault(const EXTGF2005a& frame) const {
 
 void HostWatch::NoteChange(const HostCall& call) {
   ++changes_;
-  if (edits_.asked > edits_.closed) {
-    change_inside_ = true;
-  } else if (change_outside_.empty()) {
-    change_outside_ = CallText(call);
-  }
+  if (edits_.asked <= edits_.closed && change_outside_.empty()) change_outside_ = CallText(call);
 }
 
 void HostWatch::Vary(HostCall& call) {
@@ -290,8 +304,8 @@ std::string HostWatch::EditFault() const {
   std::string plain = fault(edits_, "edit", StartsEdit(hidden), EndsEdit(hidden));
   if (!plain.empty()) return plain;
   std::string mass = fault(mass_edits_, "mass edit", hidden == "SX_StartMassEdit", hidden == "SX_EndMassEdit");
-  if (!mass.empty() || !fault_.None() || !change_inside_ || change_outside_.empty()) return mass;
-  return "opens an edit, yet changes the score outside of it, too: " + change_outside_ +
+  if (!mass.empty() || !fault_.None() || edits_.asked == 0 || change_outside_.empty()) return mass;
+  return "opens an edit, yet changes the score outside of it: " + change_outside_ +
          "; undoing the edit leaves that as it is";
 }
 

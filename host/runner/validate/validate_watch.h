@@ -113,7 +113,6 @@ class HostWatch : public CallObserver {
   Edits edits_, mass_edits_;
   int changes_ = 0;
   std::string change_outside_;  // of an edit
-  bool change_inside_ = false;
   bool interrupt_edits_ = false;
   std::size_t trace_ = 0;
   int capacity_ = 0;  // of the buffer of the load that is going on
