@@ -18,7 +18,7 @@ short Crash(const EREGION& region, short) {
 short LeakAndTalk(const EREGION& region, short) {
   SX_LoadTGF(0, region.start.slot, region.start.measure, 0, 1, kInterfaceVersion);
   SX_StartSonkelEdit("Half Done", kInterfaceVersion);
-  SX_AlertMessage(nullptr, 0, 0, "a word from the extension", kInterfaceVersion);
+  SX_AlertMessage(nullptr, 0, 0, "a word\nfrom the extension\n", kInterfaceVersion);
   return 0;
 }
 

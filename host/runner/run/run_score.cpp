@@ -184,6 +184,20 @@ void Deliver(const RunOptions& options, const std::string& output, const std::st
   report.written = output;
 }
 
+// Alerts in lines as the extension broke them, those after the first behind blanks.
+std::string AlertLines(const std::string& prefix, const std::vector<std::string>& alerts) {
+  std::string lines;
+  for (const std::string& alert : alerts) {
+    lines += ShownText(prefix);
+    for (const char unit : ShownLines(alert.substr(0, alert.find_last_not_of('\n') + 1))) {
+      lines += unit;
+      if (unit == '\n') lines += "    ";
+    }
+    lines += '\n';
+  }
+  return lines;
+}
+
 std::unique_ptr<Score> Read(const RunOptions& options, const Input& input, ScoreReport& report) {
   std::unique_ptr<Score> score = ReadScore(input.path, options.read);
   for (const Warning& warning : score->warnings()) {
@@ -235,7 +249,7 @@ FileResult Tell(const RunOptions& options, const std::string& output, const Scor
   result.changed = !report.changes.empty();
   result.rests_in = report.RestsIn();
   result.rests_out = report.RestsOut();
-  result.err = PrefixedLines(report.file + ": alert: ", report.alerts);
+  result.err = AlertLines(report.file + ": alert: ", report.alerts);
   if (!options.quiet) {
     result.err += PrefixedLines(report.file + ": ", options.verbose ? report.warnings : Folded(report.warnings));
   }

@@ -106,7 +106,8 @@ Other extensions are reported, too; what a score does not carry is lost, and nam
 
   $ letters Flute=n. >in.xml
   $ sokrun run 1 in.xml --check --plugin "$TEST_EXTENSION"
-  in.xml: alert: a word from the extension
+  in.xml: alert: a word
+      from the extension
   in.xml: line 11: measure 2 holds nothing that takes time; it counts as long as its time signature says
   in.xml: the command "Leak and Talk" did not free 1 frame
   in.xml: the command "Leak and Talk" did not end its edit "Half Done"
@@ -159,7 +160,8 @@ What changed without being selected, and what is left without its entry, is name
 A run that changes nothing needs no place for its result; one that does is not written without.
 
   $ sokrun run 1 in.xml -q --plugin "$TEST_EXTENSION"
-  in.xml: alert: a word from the extension
+  in.xml: alert: a word
+      from the extension
   $ sokrun run 2 in.xml --plugin "$TEST_EXTENSION" 2>&1
   in.xml: line 11: measure 2 holds nothing that takes time; it counts as long as its time signature says
   sokrun: in.xml: it changed; say where the result goes: -o, --in-place or --output-dir
