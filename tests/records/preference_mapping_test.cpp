@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "SokExtShared/LIB/records/record_calls.h"
+#include "SokExtShared/SokEDK/Source/edk/preferences.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 #include "tests/support/test_host.h"
 
@@ -162,6 +163,16 @@ TEST(PreferenceTables, ConvertFields) {
 }
 
 // Fields of a refused record do not get what the record before it held.
+TEST(PreferenceTables, WideFieldsStandAtTheirOffsets) {
+  TestHost host;
+  SetWords(host, 0x6F743630, {0, 0, 0xFFFE, 0xEE90, 0, 0});  // 'ot60'
+  auto brace = edk::LoadOrZero<edk::PianoBracePreferences>({});
+  EXPECT_EQ(brace.Wide(4), -70000);
+  brace.SetWide(4, 0x12348765);
+  EXPECT_TRUE(edk::Save({}, brace));
+  EXPECT_EQ(WordsOf(host, 0x6F743630), (Words{0, 0, 0x1234, 0x8765, 0, 0}));
+}
+
 TEST(PreferenceTables, ARefusedRecordReadsAsZeros) {
   TestHost host;
   SetWords(host, FourCharacterTag("ot70"), {1, 1, 1, 1, 1, 1});

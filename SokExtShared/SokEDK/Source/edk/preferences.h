@@ -3,7 +3,7 @@
 ///
 /// The host keeps most of them field by field; the kit puts the structures together and takes them apart again.
 /// Load them with `LoadOrZero`, since a field that the host does not have reads as 0, and store them with `Save`. Of
-/// the structures without names only the sizes are known.
+/// the others the sizes and the widths of their fields are known.
 #pragma once
 
 #include "SokExtShared/SokEDK/Source/edk/records.h"
@@ -51,24 +51,48 @@ struct RecordType<LayerPreferences> : Stored<record_tags::kLayerPreferences, Glo
 template <>
 struct RecordType<PageFormat> : Stored<record_tags::kPageFormat, GlobalKey> {};
 
-/// A structure of which only the size is known, in 16-bit words; its key is `{}`.
+/// A structure of which only the size and the widths of its fields are known; its key is `{}`. Fields are named by
+/// their offset in bytes: 16-bit ones are `words[offset / 2]`, 32-bit ones stand with each structure. What they mean is
+/// the host's affair.
 template <unsigned int kTag, int kWords>
 struct UnnamedPreferences {
   short words[kWords];  ///< as the host has them
+
+  /// A 32-bit field.
+  ///@{
+  int Wide(int offset) const {
+    const auto low = static_cast<unsigned short>(words[offset / 2]);
+    return static_cast<int>(low | static_cast<unsigned int>(words[offset / 2 + 1]) << 16);
+  }
+  void SetWide(int offset, int value) {
+    words[offset / 2] = static_cast<short>(value);
+    words[offset / 2 + 1] = static_cast<short>(value >> 16);
+  }
+  ///@}
 };
 
 /// Their tags are their own.
 template <unsigned int kTag, int kWords>
 struct RecordType<UnnamedPreferences<kTag, kWords>> : Stored<kTag, GlobalKey> {};
 
-using DistancePreferences = UnnamedPreferences<FourCharacterTag("pfDP"), 38>;  ///< how far signs stand from each other
-using SizePreferences = UnnamedPreferences<FourCharacterTag("pfSI"), 27>;      ///< sizes of signs
-using DocumentPreferences = UnnamedPreferences<FourCharacterTag("pfMS"), 52>;  ///< what fits nowhere else
-using RepeatPreferences = UnnamedPreferences<FourCharacterTag("pfRP"), 20>;    ///< repeats and endings
-using PianoBracePreferences = UnnamedPreferences<FourCharacterTag("pfPB"), 22>;  ///< 32-bit fields, low word first
-using SmartShapePreferences = UnnamedPreferences<FourCharacterTag("pfSS"), 54>;  ///< smart shapes
-using PlaybackPreferences = UnnamedPreferences<FourCharacterTag("pfPL"), 7>;     ///< playback
-using ExtractPreferences = UnnamedPreferences<FourCharacterTag("pfEX"), 25>;     ///< extracted parts
-using Preferences2005 = UnnamedPreferences<FourCharacterTag("pf05"), 11>;        ///< what came with the host of 2005
+/// How far signs stand from each other. 32-bit: 18, 54.
+using DistancePreferences = UnnamedPreferences<FourCharacterTag("pfDP"), 38>;
+/// Sizes of signs. 32-bit: 4, 8, 34, 48.
+using SizePreferences = UnnamedPreferences<FourCharacterTag("pfSI"), 27>;
+/// What fits nowhere else. 32-bit: 84, 88, 96; 12 is a flag, 0 or 1; 52 and 54 are bytes, 0 to 255.
+using DocumentPreferences = UnnamedPreferences<FourCharacterTag("pfMS"), 52>;
+/// Repeats and endings.
+using RepeatPreferences = UnnamedPreferences<FourCharacterTag("pfRP"), 20>;
+/// The brace of a piano. All are 32-bit: 0, 4, 8 to 40.
+using PianoBracePreferences = UnnamedPreferences<FourCharacterTag("pfPB"), 22>;
+/// Smart shapes. 32-bit: 16, 20, 70, 74, 84; 28, 32, 36, 40, 44 and 48 are bytes, 0 to 255, with two bytes behind each
+/// that are nobody's.
+using SmartShapePreferences = UnnamedPreferences<FourCharacterTag("pfSS"), 54>;
+/// Playback.
+using PlaybackPreferences = UnnamedPreferences<FourCharacterTag("pfPL"), 7>;
+/// Extracted parts.
+using ExtractPreferences = UnnamedPreferences<FourCharacterTag("pfEX"), 25>;
+/// What came with the host of 2005.
+using Preferences2005 = UnnamedPreferences<FourCharacterTag("pf05"), 11>;
 
 }  // namespace edk
