@@ -41,10 +41,14 @@ endif()
 
 $kit
 
+option(CHECKED "With sanitizers, for sokrun validate --sanitize")
+if(CHECKED)
+  set(sanitize SANITIZE)
+endif()
 sok_add_extension($name
   SOURCES $name.cpp
   INFO_PLIST resources/Info.plist
-  RESOURCES resources)
+  RESOURCES resources \${sanitize})
 target_compile_options($name PRIVATE -Wall -Wextra)
 sok_install_bundle($name)
 
