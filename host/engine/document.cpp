@@ -111,7 +111,6 @@ short Document::EntryCount(const FramePlace& place) const {
 }
 
 void Document::CopyEntries(const FramePlace& place, EXENTRY* entries) const {
-  if (!Exists(place)) return;
   if (const auto* const set = FindSet(place)) {
     std::copy(set->begin(), set->end(), entries);
   } else if (source_ != nullptr) {
@@ -120,6 +119,7 @@ void Document::CopyEntries(const FramePlace& place, EXENTRY* entries) const {
 }
 
 std::vector<EXENTRY> Document::Entries(const FramePlace& place) const {
+  if (const auto* const set = FindSet(place)) return *set;
   std::vector<EXENTRY> entries(static_cast<std::size_t>(EntryCount(place)));
   if (!entries.empty()) CopyEntries(place, entries.data());
   return entries;
@@ -132,18 +132,19 @@ bool Document::SetEntries(const FramePlace& place, std::vector<EXENTRY> entries)
   }
   const std::uint64_t packed = Packed(place);
   const std::vector<EXENTRY> left = waiting_.empty() ? std::vector<EXENTRY>() : Entries(place);
-  if (const auto* const before = FindSet(place)) {
-    for (const EXENTRY& entry : *before) number_places_.erase(static_cast<int>(entry.number));
-  }
-  set_frames_[packed].clear();  // from here on the source's entries of this place no longer count
+  std::vector<EXENTRY>& frame = set_frames_[packed];  // from here on the source's entries no longer count
+  for (const EXENTRY& entry : frame) number_places_.erase(static_cast<int>(entry.number));
+  frame.clear();
+  frame.reserve(entries.size());
   for (EXENTRY& entry : entries) {
     if (entry.number > last_entry_number_) made_up_numbers_.insert(int{entry.number});
     const int number = NumberFor(entry.number);
     last_entry_number_ = std::max(last_entry_number_, number);
-    number_places_[number] = packed;
+    const auto origin = source_ != nullptr ? source_->Find(number) : std::nullopt;
+    if (!origin || origin->place != place) number_places_[number] = packed;
     entry.number = number;
+    frame.push_back(entry);
   }
-  set_frames_[packed] = std::move(entries);
   for (const EXENTRY& entry : left) GiveBackNumber(entry.number);
   return true;
 }
@@ -178,11 +179,11 @@ void Document::GiveBackNumber(int own) {
 }
 
 void Document::ForEachSetFrame(const FrameVisitor& visit) const {
-  std::vector<std::uint64_t> places;
-  places.reserve(set_frames_.size());
-  for (const auto& frame : set_frames_) places.push_back(frame.first);
-  std::sort(places.begin(), places.end());
-  for (const std::uint64_t place : places) visit(Unpacked(place), set_frames_.at(place));
+  std::vector<std::pair<std::uint64_t, std::span<const EXENTRY>>> frames;
+  frames.reserve(set_frames_.size());
+  for (const auto& [place, entries] : set_frames_) frames.emplace_back(place, entries);
+  std::sort(frames.begin(), frames.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+  for (const auto& [place, entries] : frames) visit(Unpacked(place), entries);
 }
 
 int Document::NewEntryNumber() {
@@ -198,8 +199,12 @@ std::optional<EntrySource::Position> Document::FindEntry(int number) const {
     return EntrySource::Position{place, IndexOfNumber(set_frames_.at(at->second), number)};
   }
   if (source_ == nullptr) return std::nullopt;
-  const std::optional<EntrySource::Position> found = source_->Find(number);
-  return found && FindSet(found->place) == nullptr ? found : std::nullopt;
+  std::optional<EntrySource::Position> found = source_->Find(number);
+  if (const auto* const set = found ? FindSet(found->place) : nullptr) {
+    found->index = IndexOfNumber(*set, number);
+    if (found->index < 0) return std::nullopt;
+  }
+  return found;
 }
 
 short Document::AddFont(std::string_view name) { return AddName(fonts_, name, true); }

@@ -45,7 +45,8 @@ class EntrySource {
   // The number of entries at a place, 0 to 32767.
   virtual short Count(const FramePlace& place) const = 0;
 
-  // Fills that many entries. Their numbers are unique in the document and between 1 and LastNumber().
+  // Fills that many entries, which are all zero. Their numbers are unique in the document and between 1 and
+  // LastNumber().
   virtual void Fill(const FramePlace& place, EXENTRY* entries) const = 0;
 
   // The highest entry number in use; entries that come later are numbered above it.
@@ -92,7 +93,8 @@ class Document {
   // The entries of a frame; none for a place that does not exist.
   std::vector<EXENTRY> Entries(const FramePlace& place) const;
   short EntryCount(const FramePlace& place) const;
-  void CopyEntries(const FramePlace& place, EXENTRY* entries) const;  // EntryCount() of them
+  // EntryCount() of them; none may be asked for of a place that does not exist.
+  void CopyEntries(const FramePlace& place, EXENTRY* entries) const;
 
   // Replaces the entries of a frame. An entry whose number is 0 or less gets a new number, and so does one whose number
   // belongs to another entry of the document; once that one is gone the entry has moved, and has its number back. No
@@ -137,7 +139,7 @@ class Document {
   bool layer_shown_[kLayers] = {true, true, true, true};
   const EntrySource* source_ = nullptr;
   std::unordered_map<std::uint64_t, std::vector<EXENTRY>> set_frames_;  // by packed place
-  std::unordered_map<int, std::uint64_t> number_places_;                // of the entries in set_frames_
+  std::unordered_map<int, std::uint64_t> number_places_;  // of those entries that the source does not have there
   std::unordered_map<int, int> stand_ins_;  // numbers given to entries that stood elsewhere, too, and their own ones
   std::unordered_map<int, int> waiting_;    // own numbers of such entries, and what they are called until then
   int last_entry_number_ = 0;

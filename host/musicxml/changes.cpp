@@ -80,7 +80,7 @@ std::vector<Change> FindChanges(const Model& model, const Document& document) {
   std::vector<Change> changes;
   std::vector<EXENTRY> before;
   document.ForEachSetFrame([&](const FramePlace& place, std::span<const EXENTRY> after) {
-    before.resize(static_cast<std::size_t>(frames.Count(place)));
+    before.assign(static_cast<std::size_t>(frames.Count(place)), EXENTRY{});
     if (!before.empty()) frames.Fill(place, before.data());
     Change change;
     if (!Compare(before, after, frames.LastNumber(), change.kind)) return;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 #include "SokExtShared/SokEDK/Source/record_formats.h"
 #include "SokExtShared/SokEDK/Source/record_tags.h"
@@ -54,7 +53,6 @@ void ModelFrames::Fill(const FramePlace& place, EXENTRY* entries) const {
 void ModelFrames::FillOne(const Spot& spot, std::uint32_t index, EXENTRY& entry) const {
   const Entry& from = model_.entries[spot.voice->first_entry + index];
   const bool whole = model_.IsWholeRest(*spot.voice, spot.place.measure);
-  std::memset(static_cast<void*>(&entry), 0, sizeof entry);
   entry.number = static_cast<int>(spot.voice->first_entry + index + 1);
   entry.duration = whole ? kWholeRestDuration : from.duration;
   entry.flags = kEntryLegal | ((from.flags & kGrace) != 0 ? kEntryIsGrace : 0);
@@ -79,7 +77,9 @@ ModelFrames::Spot ModelFrames::SpotOf(int number) const {
   const auto entry = static_cast<std::uint32_t>(number - 1);
   const auto holds = [entry](const VoiceCell& voice) { return entry - voice.first_entry < voice.entries; };
   if (last_.voice != nullptr && holds(*last_.voice)) return last_;
-  for (const Part& part : model_.parts) {
+  const auto hint = last_.voice == nullptr ? 0 : static_cast<std::size_t>(model_.StaffAt(last_.place.instrument).part);
+  for (std::size_t i = 0; i < model_.parts.size(); ++i) {
+    const Part& part = model_.parts[(hint + i) % model_.parts.size()];
     // Both the voices of a part and its measures stand in the order of their entries.
     const auto behind = std::ranges::upper_bound(part.cells, entry, {}, &VoiceCell::first_entry);
     if (behind == part.cells.begin() || !holds(*(behind - 1))) continue;
