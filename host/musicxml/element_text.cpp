@@ -66,15 +66,19 @@ void ElementText::Scan() {
   for (std::size_t at = text.find('<', content); at != std::string_view::npos && text[at + 1] != '/';) {
     const bool element = text[at + 1] != '!' && text[at + 1] != '?';
     const std::size_t end = element ? ElementEnd(text, at) : MarkupEnd(text, at);
-    if (element) children_.push_back({ElementName(text.substr(at, end - at)).size(), at, end});
+    if (element) children_.push_back({at, end});
     at = text.find('<', end);
   }
 }
 
 const ElementText::ChildPlace* ElementText::Find(std::string_view name) const {
   const auto at =
-      std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& child) { return NameOf(child) == name; });
+      std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& child) { return IsNamed(child, name); });
   return at == children_.end() ? nullptr : &*at;
+}
+
+bool ElementText::IsNamed(const ChildPlace& child, std::string_view name) const {
+  return sok::IsNamed(TextOf(child).substr(1), name);
 }
 
 std::string_view ElementText::TextOf(const ChildPlace& child) const {
@@ -89,7 +93,7 @@ std::string ElementText::Child(std::string_view name) const {
 std::vector<std::string> ElementText::Children(std::string_view name) const {
   std::vector<std::string> all;
   for (const ChildPlace& child : children_) {
-    if (NameOf(child) == name) all.emplace_back(TextOf(child));
+    if (IsNamed(child, name)) all.emplace_back(TextOf(child));
   }
   return all;
 }
@@ -124,7 +128,7 @@ void ElementText::Insert(const std::string& child, ElementOrder order) {
   }
   const std::size_t place = PlaceIn(order, ElementName(child));
   const auto later = std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& other) {
-    const std::size_t its = PlaceIn(order, NameOf(other));
+    const std::size_t its = PlaceIn(order, ElementName(TextOf(other)));
     return its != order.size() && its > place;
   });
   const std::size_t at = later != children_.end() ? later->begin : text_.rfind("</");
@@ -132,7 +136,7 @@ void ElementText::Insert(const std::string& child, ElementOrder order) {
   const std::string whole = std::string(layout) + child;
   const std::size_t space = SpaceBefore(text_, at);
   const auto index = static_cast<std::size_t>(later - children_.begin());
-  const ChildPlace added{ElementName(child).size(), space + layout.size(), space + whole.size()};
+  const ChildPlace added{space + layout.size(), space + whole.size()};
   Exchange(space, space, whole, index);
   children_.insert(children_.begin() + static_cast<std::ptrdiff_t>(index), added);
 }
@@ -157,7 +161,7 @@ void ElementText::Replace(std::string_view name, const std::string& child) {
   if (place == nullptr) return;
   const ChildPlace old = *place;
   const auto index = static_cast<std::size_t>(place - children_.data());
-  children_[index] = {ElementName(child).size(), old.begin, old.begin + child.size()};
+  children_[index] = {old.begin, old.begin + child.size()};
   Exchange(old.begin, old.end, child, index + 1);
 }
 

@@ -39,7 +39,7 @@ class ElementText {
   template <typename Predicate>
   void RemoveIf(std::string_view name, Predicate goes) {
     for (std::size_t i = children_.size(); i-- > 0;) {
-      if (NameOf(children_[i]) == name && goes(TextOf(children_[i]))) Cut(i);
+      if (IsNamed(children_[i], name) && goes(TextOf(children_[i]))) Cut(i);
     }
   }
   void Remove(std::string_view name) {
@@ -49,13 +49,12 @@ class ElementText {
 
  private:
   struct ChildPlace {
-    std::size_t name = 0;  // its length
     std::size_t begin = 0;
     std::size_t end = 0;
   };
   const ChildPlace* Find(std::string_view name) const;
   std::string_view TextOf(const ChildPlace& child) const;
-  std::string_view NameOf(const ChildPlace& child) const { return TextOf(child).substr(1, child.name); }
+  bool IsNamed(const ChildPlace& child, std::string_view name) const;
   void Scan();
   void Cut(std::size_t index);
   // Puts text in place of another one; children from `index` on stand behind it.

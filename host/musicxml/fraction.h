@@ -21,7 +21,7 @@ struct Fraction {
 // These throw Error where a number is too large to reckon with, as none in a real score is.
 Fraction operator+(const Fraction& a, const Fraction& b);
 Fraction operator-(const Fraction& a, const Fraction& b);
-Fraction operator*(const Fraction& a, const Fraction& b);
+Fraction operator*(const Fraction& a, const Fraction& b);  // reduced
 Fraction operator/(const Fraction& a, const Fraction& b);  // b is above 0
 Fraction Reduced(const Fraction& value);
 

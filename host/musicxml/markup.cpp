@@ -16,11 +16,6 @@ std::size_t Behind(std::string_view text, std::size_t from, std::string_view end
 
 bool EndsName(char c) { return c <= '>' && (c == '>' || c == '/' || IsXmlSpace(c)); }
 
-bool IsNamed(std::string_view text, std::string_view name) {
-  return text.size() > name.size() && text.front() == name.front() && text.starts_with(name) &&
-         EndsName(text[name.size()]);
-}
-
 }  // namespace
 
 std::string_view Trimmed(std::string_view text) {
@@ -42,6 +37,7 @@ std::size_t MarkupEnd(std::string_view text, std::size_t begin) {
     if (kind == '?') return Behind(text, begin + 2, "?>");
   }
   for (std::size_t at = begin + 1; at < text.size(); ++at) {
+    if (text[at] > '>') continue;  // letters
     if (text[at] == '>') return at + 1;
     if (text[at] == '"' || text[at] == '\'') {
       at = text.find(text[at], at + 1);
@@ -57,21 +53,27 @@ std::string_view ElementName(std::string_view text) {
   return text.substr(0, static_cast<std::size_t>(end - text.begin()));
 }
 
+bool IsNamed(std::string_view text, std::string_view name) {
+  return text.size() > name.size() && text.front() == name.front() && text.starts_with(name) &&
+         EndsName(text[name.size()]);
+}
+
 // Nothing but elements of the same name counts: all others inside end before this one does.
 std::size_t ElementEnd(std::string_view text, std::size_t begin) {
+  std::size_t end = MarkupEnd(text, begin);
+  if (text[end - 2] == '/') return end;
+  std::size_t at = text.find('<', end);
+  if (at < text.size() && text.substr(at).starts_with("</")) return MarkupEnd(text, at);  // nothing inside
   const std::string_view name = ElementName(text.substr(begin));
-  std::size_t end = begin + 1 + name.size();
-  end = end < text.size() && text[end] == '>' ? end + 1 : MarkupEnd(text, begin);
-  int depth = text[end - 2] == '/' ? 0 : 1;
-  for (std::size_t at = end; depth > 0 && (at = text.find('<', at)) < text.size();) {
+  for (int depth = 1; at < text.size(); at = text.find('<', end)) {
     const char kind = at + 1 < text.size() ? text[at + 1] : '>';
     const bool element = kind != '!' && kind != '?';
     const bool its = element && IsNamed(text.substr(at + (kind == '/' ? 2 : 1)), name);
-    at = its || !element ? MarkupEnd(text, at) : at + 1;
-    if (its && text[at - 2] != '/') depth += kind == '/' ? -1 : 1;
-    end = at;
+    end = its || !element ? MarkupEnd(text, at) : at + 1;
+    if (its && text[end - 2] != '/') depth += kind == '/' ? -1 : 1;
+    if (depth == 0) return end;
   }
-  return depth > 0 ? text.size() : end;
+  return text.size();
 }
 
 std::size_t SpaceBefore(std::string_view text, std::size_t at) {

@@ -21,6 +21,9 @@ std::size_t MarkupEnd(std::string_view text, std::size_t begin);
 // The name of the element that begins with this text, or ends with it ("</" and on): empty where it has none.
 std::string_view ElementName(std::string_view text);
 
+// Whether an element's name, which the text begins with, is this one.
+bool IsNamed(std::string_view text, std::string_view name);
+
 // Behind the end tag of the element whose start tag begins at `begin`; the text's size when it does not end.
 std::size_t ElementEnd(std::string_view text, std::size_t begin);
 

@@ -17,7 +17,7 @@ bool IsBlank(std::string_view text) { return std::all_of(text.begin(), text.end(
 
 // The duration element for a length, and the length that it says.
 std::string Duration(const Fraction& length, const Fraction& divisions, Fraction* written = nullptr) {
-  const std::string text = ToDecimal(Reduced(length * divisions));
+  const std::string text = ToDecimal(length * divisions);
   if (written != nullptr) *written = *ParseDecimal(text) / divisions;
   return "<duration>" + text + "</duration>";
 }
@@ -333,14 +333,6 @@ void MeasurePatch::MoveFermata(const std::string& fermata) {
   barline->text = text.substr(0, begin) + whole.text();
 }
 
-std::string MeasurePatch::Added() const {
-  std::string result;
-  for (const Piece& piece : pieces_) {
-    if (piece.item == nullptr && !piece.gone) result += piece.text;
-  }
-  return result;
-}
-
 // The measure has nothing in it any more, but had: it takes XML's short form.
 bool MeasurePatch::NothingLeft() const {
   std::size_t from = content_;
@@ -358,9 +350,10 @@ void MeasurePatch::AppendTo(std::string& text) const {
     from = to;
   };
   if (content_ == measure_.end) {  // an empty-element tag
-    const std::string added = Added();
-    keep(added.empty() ? measure_.end : measure_.end - 2);
-    if (added.empty()) return;
+    std::string added;
+    for (const Piece& piece : pieces_) added += piece.gone ? "" : piece.text;
+    if (added.empty()) return keep(measure_.end);
+    keep(measure_.end - 2);
     text.append(">").append(added).append(Indentation(text_, measure_.begin));
     text.append("</").append(ElementName(text_.substr(measure_.begin))).append(">");
     return;

@@ -139,6 +139,8 @@ class MeasurePatch {
   Relaid MatchHeads(const VoicePlan& plan);
   EntryTarget TargetOf(const VoicePlan& plan, const PlannedEntry& planned, const Fraction& divisions, Fraction& length,
                        Fraction& finer) const;
+  Fraction WriteAt(std::size_t& at, const VoicePlan& plan, const PlannedEntry& planned, bool stays,
+                   const Fraction& onset, Additions& added);
   void WriteInPlace(std::size_t head, const PlannedEntry& planned, std::vector<NoteText> notes, Additions& added);
   Piece AddedNote(const NoteText& note, std::size_t at, bool chord) const;
   Piece AddedDivisions(const Fraction& divisions, std::size_t at) const;
@@ -157,7 +159,6 @@ class MeasurePatch {
   std::map<std::size_t, int> Implied(std::vector<Sounding> notes) const;
   void MendAccidentals();
   void ShowAccidental(Piece& piece, int alter) const;
-  std::string Added() const;
   bool NothingLeft() const;
 
   const OpenMeasure measure_;

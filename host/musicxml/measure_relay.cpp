@@ -22,7 +22,7 @@ Fraction LengthOf(const WrittenEntry& source, const PlannedEntry& planned, const
   if (planned.whole) return source.whole ? source.length : measure;
   if (source.notes.empty() || source.whole || source.entry.duration == 0) return Units(value);
   if (source.entry.duration == value) return source.length;
-  const Fraction scaled = Reduced(source.length * Fraction{value, source.entry.duration});
+  const Fraction scaled = source.length * Fraction{value, source.entry.duration};
   return source.untyped && ToUnits(scaled) != value ? Units(value) : scaled;
 }
 
@@ -32,22 +32,22 @@ std::string DivisionsElement(const Fraction& divisions) {
 
 // The divisions that can say a length: those in force, or the next finer ones.
 Fraction FinerFor(const Fraction& length, const Fraction& divisions) {
-  const Fraction count = Reduced(length * divisions);
-  const Fraction finer = Reduced(divisions * Fraction{count.denominator, 1});
+  const Fraction count = length * divisions;
+  const Fraction finer = divisions * Fraction{count.denominator, 1};
   if (count.denominator > 1 && Fraction{kMostDivisions, 1} < finer) {
     throw Error("its length needs divisions beyond " + std::to_string(kMostDivisions));
   }
   return count.denominator == 1 ? divisions : finer;
 }
 
-std::string Count(const Fraction& length, const Fraction& divisions) { return ToDecimal(Reduced(length * divisions)); }
+std::string Count(const Fraction& length, const Fraction& divisions) { return ToDecimal(length * divisions); }
 
 // What a sign that spans notes says on one of them: where it begins, goes on and ends.
 enum class Span { kNone, kBegin, kInside, kEnd };
 
 Span BeamOf(pugi::xml_node note) {
-  for (const pugi::xml_node beam : note.children("beam")) {
-    if (beam.attribute("number").as_int(1) != 1) continue;
+  for (pugi::xml_node beam = note.first_child(); beam; beam = beam.next_sibling()) {
+    if (!Is(beam.name(), "beam") || beam.attribute("number").as_int(1) != 1) continue;
     const std::string_view value = Trimmed(beam.child_value());
     return value == "begin" ? Span::kBegin : value == "end" ? Span::kEnd : Span::kInside;
   }
@@ -193,10 +193,10 @@ EntryTarget MeasurePatch::TargetOf(const VoicePlan& plan, const PlannedEntry& pl
   EntryTarget target;
   target.entry = planned.entry;
   target.whole = planned.whole;
-  target.voice = Escaped(plan.voice);
   target.staff = plan.staff;
   target.home = plan.home;
   target.moves = planned.source == 0 || !plan.before.Holds(planned.source);
+  if (target.moves) target.voice = Escaped(plan.voice);
   length = LengthOf(planned.from, planned, length_);
   finer = divisions;
   const bool stays = !target.moves && SameLength(length, planned.from.length);
@@ -209,6 +209,9 @@ EntryTarget MeasurePatch::TargetOf(const VoicePlan& plan, const PlannedEntry& pl
 
 MeasurePatch::Relaid MeasurePatch::MatchHeads(const VoicePlan& plan) {
   Relaid old;
+  old.heads.reserve(pieces_.size());
+  old.gaps.reserve(pieces_.size());
+  old.stays.reserve(plan.entries.size());
   Fraction end;
   std::vector<std::size_t> places(static_cast<std::size_t>(plan.before.end - plan.before.first), kNone);  // by entry
   for (std::size_t i = 0; i < pieces_.size(); ++i) {
@@ -248,9 +251,12 @@ MeasurePatch::Relaid MeasurePatch::MatchHeads(const VoicePlan& plan) {
 // Beams and tuplet brackets over notes that are not what they were are taken away.
 void MeasurePatch::MendGroups(const Relaid& old) {
   std::vector<Span> beams, tuplets;
+  beams.reserve(old.heads.size());
+  tuplets.reserve(old.heads.size());
   for (const std::size_t head : old.heads) {
-    beams.push_back(BeamOf(pieces_[head].item->node));
-    tuplets.push_back(TupletOf(pieces_[head].item->node));
+    const Item& item = *pieces_[head].item;
+    beams.push_back(BeamOf(item.node));
+    tuplets.push_back(item.has_notations ? TupletOf(item.node) : Span::kNone);
   }
   const std::vector<bool> no_beam = FalseSigns(beams, old.same, old.stays);
   const std::vector<bool> no_tuplet = FalseSigns(tuplets, old.kept, old.stays);
@@ -326,48 +332,51 @@ std::size_t MeasurePatch::NthNote(std::size_t head, std::size_t end, int n) cons
   return kNone;
 }
 
+// Writes an entry at a place, over the notes that it had when it stays, and steps behind it. Answers its length.
+Fraction MeasurePatch::WriteAt(std::size_t& at, const VoicePlan& plan, const PlannedEntry& planned, bool stays,
+                               const Fraction& onset, Additions& added) {
+  const Fraction divisions = stays ? pieces_[at].divisions : DivisionsAt(at);
+  Fraction length, finer;
+  const EntryTarget target = TargetOf(plan, planned, divisions, length, finer);
+  std::vector<NoteText> notes = WriteEntry(planned.from, target, style_, IndentationAt(at));
+  Articulate(notes.front().text, planned.articulations);
+  const bool refined = !(finer == divisions);
+  if (refined) added[at].push_back(AddedDivisions(finer, at));
+  if (stays) {
+    pieces_[at].target = onset;
+    pieces_[at].length = length;
+    WriteInPlace(at, planned, std::move(notes), added);
+    at = ChordEnd(at);
+  } else {
+    for (std::size_t n = 0; n < notes.size(); ++n) {
+      if (planned.source != 0) notes[n].text = Without(notes[n].text, true, true);
+      Piece& piece = added[at].emplace_back(AddedNote(notes[n], at, n > 0));
+      piece.target = onset;
+      if (n == 0) piece.length = length;
+    }
+  }
+  if (refined) added[at].push_back(AddedDivisions(divisions, at));
+  return length;
+}
+
 void MeasurePatch::Relay(const VoicePlan& plan) {
   const Relaid old = MatchHeads(plan);
-  const std::size_t first = old.heads.empty() ? PlaceOfNewVoice(plan.staff) : old.heads.front();
-  Fraction onset = old.heads.empty() ? Fraction() : pieces_[first].before;
-  Additions added(pieces_.size() + 1);
-  std::size_t at = first;
   for (std::size_t k = 0; k < old.heads.size(); ++k) {
     if (old.kept[k]) continue;
     for (std::size_t i = old.heads[k]; i < ChordEnd(old.heads[k]); ++i) {
       if (pieces_[i].entry == pieces_[old.heads[k]].entry) pieces_[i].gone = true;
     }
   }
+  Additions added(pieces_.size() + 1);
+  std::size_t at = old.heads.empty() ? PlaceOfNewVoice(plan.staff) : old.heads.front();
+  Fraction onset = old.heads.empty() ? Fraction() : pieces_[at].before;
   for (std::size_t e = 0; e < plan.entries.size(); ++e) {
-    const PlannedEntry& planned = plan.entries[e];
     const bool stays = old.stays[e] != kNone;
     if (stays) {
       at = old.heads[old.stays[e]];
       onset = onset + old.gaps[old.stays[e]];
     }
-    const Fraction divisions = stays ? pieces_[at].divisions : DivisionsAt(at);
-    Fraction length, finer;
-    const EntryTarget target = TargetOf(plan, planned, divisions, length, finer);
-    std::vector<NoteText> notes = WriteEntry(planned.from, target, style_, IndentationAt(at));
-    Articulate(notes.front().text, planned.articulations);
-    const bool refined = !(finer == divisions);
-    if (refined) added[at].push_back(AddedDivisions(finer, at));
-    if (stays) {
-      pieces_[at].target = onset;
-      pieces_[at].length = length;
-      WriteInPlace(at, planned, std::move(notes), added);
-      at = ChordEnd(at);
-    } else {
-      for (std::size_t n = 0; n < notes.size(); ++n) {
-        NoteText note = notes[n];
-        if (planned.source != 0) note.text = Without(note.text, true, true);
-        Piece& piece = added[at].emplace_back(AddedNote(note, at, n > 0));
-        piece.target = onset;
-        if (n == 0) piece.length = length;
-      }
-    }
-    if (refined) added[at].push_back(AddedDivisions(divisions, at));
-    onset = onset + length;
+    onset = onset + WriteAt(at, plan, plan.entries[e], stays, onset, added);
   }
   MendGroups(old);
   Merge(std::move(added));

@@ -197,8 +197,9 @@ std::vector<NoteText> WriteEntry(const WrittenEntry& source, const EntryTarget& 
   const Layout layout{style, indentation};
   const EXENTRY& entry = target.entry;
   if (IsNote(entry) && entry.noteCount < 1) throw Error("a note without a pitch");
-  std::vector<NoteText> notes = {Head(source, target, layout)};
-  if (!IsNote(entry)) return notes;
+  std::vector<NoteText> notes;
+  notes.push_back(Head(source, target, layout));
+  if (!IsNote(entry) || entry.noteCount == 1) return notes;
   const bool was_note = !source.notes.empty() && !source.notes.front().rest;
   const std::vector<int> matched = was_note ? MatchNotes(source.entry, entry) : std::vector<int>();
   for (int i = 1; i < entry.noteCount; ++i) {

@@ -178,11 +178,14 @@ class Writer {
     return written;
   }
 
-  void CheckNumbers(const Change& change) const {
-    for (const EXENTRY& entry : document_.Entries({change.slot, change.measure, change.layer})) {
+  // The entries of a frame, every number of which has been handed out.
+  std::vector<EXENTRY> EntriesOf(const Change& change) const {
+    std::vector<EXENTRY> entries = document_.Entries({change.slot, change.measure, change.layer});
+    for (const EXENTRY& entry : entries) {
       if (!document_.WasHandedOut(entry.number))
         throw Error("entry number " + std::to_string(entry.number) + " was never handed out");
     }
+    return entries;
   }
 
   PlannedEntry PlanEntry(const MeasurePatch& patch, const EXENTRY& entry, bool lone) {
@@ -208,7 +211,7 @@ class Writer {
 
   // The voices of the layer, each with the entries that are now its own: those that it had, and what follows them.
   void Plan(const MeasurePatch& patch, const Change& change, std::vector<VoicePlan>& plans) {
-    CheckNumbers(change);
+    const std::vector<EXENTRY> after = EntriesOf(change);
     const std::size_t first = plans.size();
     const int staff = model_.StaffOf(change.slot);
     VoicePlan plan;
@@ -228,7 +231,7 @@ class Writer {
       plans.push_back(plan);
     }
     std::size_t at = first;
-    const std::vector<EXENTRY> after = document_.Entries({change.slot, change.measure, change.layer});
+    plans[first].entries.reserve(after.size());
     for (const EXENTRY& entry : after) {
       PlannedEntry planned = PlanEntry(patch, entry, after.size() == 1);
       for (std::size_t i = first; i < plans.size(); ++i) {
@@ -255,7 +258,7 @@ class Writer {
   }
 
   void Fill(MeasurePatch& patch, const Change& change) {
-    CheckNumbers(change);
+    EntriesOf(change);
     if (ShowHidden(patch, change)) return;
     const Part& part = model_.PartOf(change.slot);
     const int staff = model_.StaffOf(change.slot);
