@@ -113,6 +113,7 @@ void CellReader::AddToEntry(const Item& note, const Fraction& onset, OpenVoice& 
   const std::uint8_t flags = note.entry.flags;
   entry.flags |= static_cast<std::uint8_t>(flags & kFermata);
   if ((entry.flags & kRest) != 0) {
+    if ((entry.flags & kPlaced) != 0 && entry.notes == 0) voice.pitches.push_back(note.pitch);
     entry.notes = 1;
   } else if ((flags & kRest) == 0 && entry.notes < EXENTRY::kMostNotes) {
     voice.pitches.push_back(note.pitch);
@@ -248,7 +249,7 @@ void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size
   for (const ItemProblem& problem : measure_.problems) Warn(problem.node, problem.text);
   for (const Item& item : measure_.items) {
     if (item.kind == ItemKind::kNote) AddNote(item);
-    cell.has_signs = cell.has_signs || item.has_notations;
+    cell.has_signs = cell.has_signs || item.has_notations || item.in_tuplet;
     if (item.kind != ItemKind::kPlaced) continue;
     cell.has_signs = cell.has_signs || Is(item.node.name(), "direction");
     if (Is(item.node.name(), "attributes")) {

@@ -4,6 +4,7 @@
 #include "host/musicxml/reader_context.h"
 #include "host/musicxml/shapes.h"
 #include "host/musicxml/texts.h"
+#include "host/musicxml/tuplets.h"
 
 namespace sok {
 
@@ -21,6 +22,7 @@ void ReadDocumentData(const Model& model, std::string_view text, Document& docum
       const OpenMeasure measure(model, text, static_cast<int>(part), static_cast<short>(i), pugi::parse_default);
       AddMeasureTexts(context, measure.tree.document_element(), measure.part, measure.measure);
       shapes.Read(measure);
+      AddTuplets(context, measure);
     }
   }
   shapes.Finish();

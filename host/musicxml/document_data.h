@@ -1,4 +1,4 @@
-// What a score holds beside its music, as records: layout, words, lines.
+// What a score holds beside its music, as records: layout, words, lines, tuplets.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// What the saved frames mean for the entries that were read: which ties no longer hold.
+// What the saved frames mean for ties: which of those that were read no longer hold, and which come.
 #pragma once
 
 #include <map>
@@ -21,8 +21,11 @@ class FramePlans {
  public:
   FramePlans(const Model& model, const Document& document, const std::vector<Change>& changes);
 
-  // The ends of ties that lost their partner, by entry.
+  // The ends of ties that lost their partner or their flag, by entry.
   const std::map<int, std::vector<LooseEnd>>& LooseEnds() const { return loose_ends_; }
+  // Leaves an entry of a changed frame the flags of those ties that it is to have. A flag that a note has not had needs
+  // a note to be tied to: a new note without one is not tied, for another one Error is thrown.
+  void SettleTies(EXENTRY& entry) const;
 
  private:
   // An entry of a voice of a part, by its place in the model.
@@ -32,7 +35,11 @@ class FramePlans {
     std::uint32_t voice = 0;  // index in Part::cells
   };
 
+  void FindCutTies(int number);
   void FindLooseEnds(const VoicePlace& at);
+  void Loosen(int number, std::size_t note, TieEnd end);
+  bool IsLoose(int number, std::size_t note, TieEnd end) const;
+  bool HasPartner(int number, const EXNOTE& note, TieEnd end) const;
   void CheckTie(int first, int second);
   int Follower(const VoicePlace& at, int step) const;
   bool StillTied(int first, std::size_t note, int second, std::size_t other) const;

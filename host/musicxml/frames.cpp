@@ -19,10 +19,6 @@ void Put(std::array<unsigned char, size>& record, std::size_t offset, int value)
   record[offset + 1] = static_cast<unsigned char>(value >> 8);
 }
 
-int MiddleLine(const Model& model, short slot) {
-  return model.PartOf(slot).clef_middles[static_cast<std::size_t>(model.StaffOf(slot) - 1)];
-}
-
 void SetNote(EXNOTE& note, int identifier, int first, int second) {
   note.first = static_cast<short>(first);
   note.second = static_cast<short>(second);
@@ -31,6 +27,10 @@ void SetNote(EXNOTE& note, int identifier, int first, int second) {
 }
 
 }  // namespace
+
+int MiddleLine(const Model& model, short slot) {
+  return model.PartOf(slot).clef_middles[static_cast<std::size_t>(model.StaffOf(slot) - 1)];
+}
 
 short ModelFrames::Count(const FramePlace& place) const {
   std::uint32_t count = 0;
@@ -58,9 +58,11 @@ void ModelFrames::FillOne(const Spot& spot, std::uint32_t index, EXENTRY& entry)
   entry.flags = kEntryLegal | ((from.flags & kGrace) != 0 ? kEntryIsGrace : 0);
   entry.noteCount = from.notes;
   if ((from.flags & kRest) != 0) {
-    entry.flags |= kEntryHasRestNote | (whole ? kEntryRestPlaced : 0);
+    const bool placed = (from.flags & kPlaced) != 0;
+    entry.flags |= kEntryHasRestNote | (whole || placed ? kEntryRestPlaced : 0);
     if (whole) entry.host12 = kRestHostWord;
-    SetNote(entry.notes[0], 1, whole ? MiddleLine(model_, spot.place.instrument) : 0, 0);
+    const int step = placed ? model_.pitches[from.pitch].step : whole ? MiddleLine(model_, spot.place.instrument) : 0;
+    SetNote(entry.notes[0], 1, step, 0);
     return;
   }
   entry.flags |= kEntryIsNote;
@@ -144,10 +146,11 @@ void FillDocument(const Model& model, Document& document) {
 bool SameMusic(const EXENTRY& a, const EXENTRY& b) {
   constexpr unsigned int kTidied = kEntryHasRestNote;
   if (a.number != b.number || a.duration != b.duration || (a.flags & ~kTidied) != (b.flags & ~kTidied)) return false;
-  if ((a.flags & kEntryIsNote) == 0) return true;
+  if ((a.flags & kEntryIsNote) == 0) return PlaceOfRest(a) == PlaceOfRest(b);
   if (a.noteCount != b.noteCount) return false;
   for (int i = 0; i < std::min<int>(a.noteCount, EXENTRY::kMostNotes); ++i) {
     if (a.notes[i].first != b.notes[i].first || a.notes[i].second != b.notes[i].second) return false;
+    if (((a.notes[i].flags ^ b.notes[i].flags) & kNoteTies) != 0) return false;
   }
   return true;
 }

@@ -9,12 +9,19 @@ namespace sok {
 inline constexpr unsigned int kEntryIsGrace = 0x00000100;  // in EXENTRY::flags: takes no time
 inline constexpr unsigned int kNoteTieStart = 0x40000000;  // in EXNOTE::flags: tied to the next entry
 inline constexpr unsigned int kNoteTieStop = 0x20000000;   // and to the one before
+inline constexpr unsigned int kNoteTies = kNoteTieStart | kNoteTieStop;
+
+// The staff's middle line in its first clef, in steps from middle C.
+int MiddleLine(const Model& model, short slot);
+// What a rest's note record says of its place.
+inline short PlaceOfRest(const EXENTRY& rest) { return rest.noteCount > 0 ? rest.notes[0].first : short{0}; }
 
 // How the host interface sees a score:
 // - a note's first word is its diatonic steps from middle C, its second its alteration in semitones;
-// - a rest has one note record; that of a whole-measure rest is placed on the staff's middle line, as the instrument
+// - a rest has one note record, whose first word is the step that it stands on where the score says so; such a rest has
+//   kEntryRestPlaced. A whole-measure rest without a place is placed on the staff's middle line, as the instrument
 //   definition says, exactly as the fill command would write it;
-// - flags of the host's own tell of grace notes and ties; what an extension makes of those of a tie is not heeded.
+// - flags of the host's own tell of grace notes and of both ends of ties.
 class ModelFrames : public EntrySource {
  public:
   explicit ModelFrames(const Model& model) : model_(model) {}

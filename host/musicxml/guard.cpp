@@ -5,6 +5,7 @@
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
 #include "host/errors.h"
+#include "host/musicxml/frames.h"
 #include "host/musicxml/markup.h"
 #include "host/musicxml/reader.h"
 
@@ -50,11 +51,17 @@ bool IsSaved(const Model& model, const Entry& entry, const EXENTRY& saved, bool 
   if (whole ? (entry.flags & (kBarRest | kUntyped)) == 0 && entry.duration != saved.duration
             : entry.duration != saved.duration)
     return false;
-  if (rest) return true;
+  if (rest) {
+    const bool placed = (entry.flags & kPlaced) != 0;
+    return placed == ((saved.flags & kEntryRestPlaced) != 0) &&
+           (!placed || model.pitches[entry.pitch].step == PlaceOfRest(saved));
+  }
   if (entry.notes != saved.noteCount) return false;
   for (int i = 0; i < saved.noteCount; ++i) {
     const Pitch& pitch = model.pitches[entry.pitch + static_cast<std::uint32_t>(i)];
     if (pitch.step != saved.notes[i].first || pitch.alter != saved.notes[i].second) return false;
+    if (((pitch.ties & kTieStart) != 0) != ((saved.notes[i].flags & kNoteTieStart) != 0)) return false;
+    if (((pitch.ties & kTieStop) != 0) != ((saved.notes[i].flags & kNoteTieStop) != 0)) return false;
   }
   return true;
 }

@@ -65,11 +65,17 @@ void ReadPitch(pugi::xml_node node, NoteParts& note) {
   note.item.pitch.step = ToShort(StepsFromMiddleC(step, octave));
 }
 
-void ReadUnpitched(pugi::xml_node node, NoteParts& note) {
+// Whether the element says where on the staff it stands, which becomes the note's step.
+bool ReadPlace(pugi::xml_node node, NoteParts& note) {
   const std::string_view step = Trimmed(node.child_value("display-step"));
-  constexpr int kMiddleOfTheStaff = 6;
-  const int octave = SmallNumber(node.child_value("display-octave"));
-  note.item.pitch.step = ToShort(step.empty() ? kMiddleOfTheStaff : StepsFromMiddleC(step, octave));
+  if (step.empty()) return false;
+  note.item.pitch.step = ToShort(StepsFromMiddleC(step, SmallNumber(node.child_value("display-octave"))));
+  return true;
+}
+
+void ReadUnpitched(pugi::xml_node node, NoteParts& note) {
+  constexpr std::int16_t kMiddleOfTheStaff = 6;
+  if (!ReadPlace(node, note)) note.item.pitch.step = kMiddleOfTheStaff;
 }
 
 void ReadDuration(pugi::xml_node node, NoteParts& note) {
@@ -78,6 +84,7 @@ void ReadDuration(pugi::xml_node node, NoteParts& note) {
 
 void ReadRest(pugi::xml_node node, NoteParts& note) {
   Flag(note, kRest | (Is(node.attribute("measure").value(), "yes") ? kBarRest : 0));
+  if (node.first_child() && ReadPlace(node, note)) Flag(note, kPlaced);
 }
 
 void ReadType(pugi::xml_node node, NoteParts& note) {
@@ -119,6 +126,7 @@ constexpr struct {
     {"grace", [](pugi::xml_node, NoteParts& note) { Flag(note, kGrace); }},
     {"cue", [](pugi::xml_node, NoteParts& note) { Flag(note, kCue); }},
     {"unpitched", ReadUnpitched},
+    {"time-modification", [](pugi::xml_node, NoteParts& note) { note.item.in_tuplet = true; }},
 };
 
 constexpr const char* kStanding[] = {"barline", "print", "grouping", "link", "bookmark"};

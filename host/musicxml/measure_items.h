@@ -31,10 +31,11 @@ struct Item {
   ItemKind kind = ItemKind::kStanding;
   bool chord = false;  // sounds with the note before it
   bool has_notations = false;
+  bool in_tuplet = false;
   int staff = 1;       // of a note
   int key_staff = 0;   // a part of the voice's identity where it has no name, else 0; a chord's are its first note's
   Entry entry;         // of a note, as if it were alone; its pitch number means nothing
-  Pitch pitch;         // of a note that is no rest
+  Pitch pitch;         // of a note; of a placed rest its step alone
   Fraction length;     // of a note, <backup> or <forward>
   Fraction divisions;  // in force behind it
   Fraction before;     // cursor

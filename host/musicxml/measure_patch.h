@@ -72,8 +72,10 @@ class MeasurePatch {
   void Settle();
   // The text of an entry, as it stands.
   WrittenEntry SourceOf(int entry) const;
-  // Takes an end of a tie from the notes of an entry.
+  // Takes an end of a tie from a note of an entry.
   void Untie(int entry, std::size_t note, TieEnd end);
+  // Shows the accidentals that notes need by now. Settle() does it, too.
+  void MendAccidentals();
   void Show(const EntryRange& voice);  // a hidden rest is printed again
   // What hangs on the voice's notes beside the notes themselves, by element name; "fermata" first.
   std::vector<std::string> Attached(const EntryRange& voice) const;
@@ -93,6 +95,7 @@ class MeasurePatch {
     NoteText note;               // what it is now, where it was written
     bool written = false;        // `note` says what it is
     bool relaid = false;         // of a voice that was relaid
+    bool untied = false;         // does not sound on from the note before any more
     Fraction target;             // where an entry that was relaid is to begin
     bool chord = false;
     bool gone = false;
@@ -157,7 +160,6 @@ class MeasurePatch {
   void JoinDivisions();
   int Fifths() const;
   std::map<std::size_t, int> Implied(std::vector<Sounding> notes) const;
-  void MendAccidentals();
   void ShowAccidental(Piece& piece, int alter) const;
   bool NothingLeft() const;
 

@@ -159,6 +159,7 @@ WrittenEntry MeasurePatch::SourceOf(int entry) const {
       source.length = item.length;
       source.grace = (item.entry.flags & kGrace) != 0;
       source.untyped = (item.entry.flags & kUntyped) != 0;
+      source.placed = (item.entry.flags & kPlaced) != 0;
     }
     source.notes.push_back(
         {std::string(TextOf(piece)), item.staff, item.pitch, (item.entry.flags & kRest) != 0, false});
@@ -184,6 +185,7 @@ void MeasurePatch::Untie(int entry, std::size_t note, TieEnd end) {
     if (piece.entry != entry || note-- > 0) continue;
     if (piece.text.empty()) piece.text = TextOf(piece);
     UntieText(piece.text, end);
+    piece.untied = piece.untied || end == kTieStop;
     return;
   }
 }
@@ -561,7 +563,7 @@ std::map<std::size_t, int> MeasurePatch::Implied(std::vector<Sounding> notes) co
 void MeasurePatch::MendAccidentals() {
   const bool mends = std::ranges::any_of(pieces_, [](const Piece& piece) {
     const bool fresh = piece.written && piece.note.fresh;
-    return piece.kind == ItemKind::kNote && (fresh || piece.Sounded() != piece.Sounds());
+    return piece.kind == ItemKind::kNote && (fresh || piece.untied || piece.Sounded() != piece.Sounds());
   });
   if (!mends) return;
   std::vector<Sounding> before, after;
@@ -575,7 +577,8 @@ void MeasurePatch::MendAccidentals() {
     const bool shown = item != nullptr && item->node.child("accidental");
     if (piece.Sounded()) before.push_back({item->staff, old_onset, item->pitch, i, shown});
     if (!piece.Sounds()) continue;
-    const Pitch pitch = piece.written ? piece.note.pitch : item->pitch;
+    Pitch pitch = piece.written ? piece.note.pitch : item->pitch;
+    if (piece.untied) pitch.ties = 0;
     after.push_back({piece.written ? piece.note.staff : item->staff, new_onset, pitch, i, shown});
   }
   const std::map<std::size_t, int> was = Implied(std::move(before));

@@ -11,7 +11,7 @@
 
 namespace sok {
 
-// What one note of an entry sounds; rests have none.
+// What one note of an entry sounds. A placed rest has one for where it stands, other rests have none.
 struct Pitch {
   std::int16_t step = 0;  // diatonic steps from middle C
   std::int8_t alter = 0;  // semitones up
@@ -28,6 +28,7 @@ enum EntryFlag : std::uint8_t {
   kCue = 16,
   kHidden = 32,  // print-object="no"
   kFermata = 64,
+  kPlaced = 128,  // a rest that says where on the staff it stands
 };
 
 struct Entry {
@@ -64,7 +65,7 @@ struct Cell {
   std::uint64_t names = 0;        // the same wherever it stands
   Fraction divisions;             // in force at its start
   std::int8_t fifths = 0;         // the key in force at its start: sharps, or flats below 0
-  bool has_signs = false;         // directions, or notations on notes
+  bool has_signs = false;         // directions, notations on notes, tuplets
 };
 
 // A staff that a voice lives on in some measures, and its layer there.

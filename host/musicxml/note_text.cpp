@@ -4,6 +4,7 @@
 
 #include "host/errors.h"
 #include "host/musicxml/element_text.h"
+#include "host/musicxml/frames.h"
 
 namespace sok {
 namespace {
@@ -24,15 +25,21 @@ std::string Tagged(std::string_view name, const std::string& content) {
   return "<" + std::string(name) + ">" + content + "</" + std::string(name) + ">";
 }
 
+void CheckOctave(const char* what, int step) {
+  if (step >= kLowestStep && step <= kHighestStep) return;
+  throw Error(what + std::to_string(step) + " is beyond the octaves 0 to 9");
+}
+
+// With the ties that it is to have.
 Pitch PitchOf(const EXENTRY& entry, int note) {
   const EXNOTE& from = entry.notes[note];
-  if (from.first < kLowestStep || from.first > kHighestStep) {
-    throw Error("pitch " + std::to_string(from.first) + " is beyond the octaves 0 to 9");
-  }
+  CheckOctave("pitch ", from.first);
   if (std::abs(int{from.second}) > kMostAlteration) {
     throw Error("an alteration by " + std::to_string(from.second) + " semitones has no accidental");
   }
-  return {from.first, static_cast<std::int8_t>(from.second), 0};
+  const int ties =
+      ((from.flags & kNoteTieStart) != 0 ? kTieStart : 0) | ((from.flags & kNoteTieStop) != 0 ? kTieStop : 0);
+  return {from.first, static_cast<std::int8_t>(from.second), static_cast<std::uint8_t>(ties)};
 }
 
 std::string StepName(int step) { return {"CDEFGAB"[(step % 7 + 7) % 7]}; }
@@ -41,6 +48,33 @@ std::string OctaveName(int step) { return std::to_string(4 + (step - (step % 7 +
 std::string PitchElement(const Pitch& pitch) {
   const std::string alter = pitch.alter == 0 ? "" : Tagged("alter", std::to_string(pitch.alter));
   return Tagged("pitch", Tagged("step", StepName(pitch.step)) + alter + Tagged("octave", OctaveName(pitch.step)));
+}
+
+std::string RestElement(const EntryTarget& target) {
+  const std::string begin = target.whole ? "<rest measure=\"yes\"" : "<rest";
+  if ((target.entry.flags & kEntryRestPlaced) == 0) return begin + "/>";
+  const int step = PlaceOfRest(target.entry);
+  CheckOctave("a rest's place ", step);
+  return begin + ">" + Tagged("display-step", StepName(step)) + Tagged("display-octave", OctaveName(step)) + "</rest>";
+}
+
+// Whether the source's rest stands elsewhere than it is to.
+bool MovesRest(const WrittenEntry& source, const EXENTRY& entry) {
+  const bool placed = (entry.flags & kEntryRestPlaced) != 0;
+  return placed != source.placed || (placed && PlaceOfRest(entry) != source.notes.front().pitch.step);
+}
+
+// Adds the ends of ties that a note has not had.
+void Tie(ElementText& note, std::uint8_t had, std::uint8_t wanted) {
+  for (const TieEnd end : {kTieStop, kTieStart}) {
+    if ((had & end) != 0 || (wanted & end) == 0) continue;
+    if (note.Has("cue")) throw Error("a cue note cannot be tied");
+    const std::string type = end == kTieStop ? " type=\"stop\"/>" : " type=\"start\"/>";
+    note.Insert("<tie" + type, kNoteOrder);
+    ElementText notations(note.Has("notations") ? note.Child("notations") : "<notations/>");
+    notations.Insert("<tied" + type);
+    note.Has("notations") ? note.Replace("notations", notations.text()) : note.Insert(notations.text(), kNoteOrder);
+  }
 }
 
 void SetPitch(ElementText& note, const Pitch& old, const Pitch& pitch) {
@@ -63,9 +97,8 @@ void SetPitch(ElementText& note, const Pitch& old, const Pitch& pitch) {
 }
 
 // A rest sounds no pitch, has no stem and takes no part in beams; what is left of the notations are fermatas.
-void MakeRest(ElementText& note) {
+void MakeRest(ElementText& note, const std::string& rest) {
   for (const char* name : {"chord", "tie", "accidental", "stem", "notehead", "beam", "lyric"}) note.Remove(name);
-  const std::string rest = "<rest/>";
   note.Has("pitch") ? note.Replace("pitch", rest) : note.Replace("unpitched", rest);
   if (!note.Has("notations")) return;
   const std::vector<std::string> fermatas = ElementText(note.Child("notations")).Children("fermata");
@@ -84,7 +117,7 @@ void SetValue(ElementText& note, int duration, const EntryTarget& target) {
     note.SetContent("type", value.type, kNoteOrder);
     for (int i = 0; i < value.dots; ++i) note.Insert("<dot/>", kNoteOrder);
   }
-  if (note.Has("rest")) note.Replace("rest", target.whole ? "<rest measure=\"yes\"/>" : "<rest/>");
+  if (note.Has("rest")) note.Replace("rest", RestElement(target));
 }
 
 void SetPlace(ElementText& note, const EntryTarget& target) {
@@ -105,21 +138,24 @@ std::string ChordNote(const std::string& head, const Pitch& pitch, const Layout&
   for (const char* name : {"duration", "instrument", "voice", "type", "dot", "time-modification", "stem", "staff"}) {
     take(name);
   }
-  return layout.Note(children);
+  ElementText added(layout.Note(children));
+  Tie(added, 0, pitch.ties);
+  return added.text();
 }
 
 NoteText NewHead(const EntryTarget& target, const Layout& layout) {
   NoteText note{{}, target.home, {}, !IsNote(target.entry), true};
   if (!note.rest) note.pitch = PitchOf(target.entry, 0);
-  std::vector<std::string> children = {note.rest ? target.whole ? "<rest measure=\"yes\"/>" : "<rest/>"
-                                                 : PitchElement(note.pitch)};
+  std::vector<std::string> children = {note.rest ? RestElement(target) : PitchElement(note.pitch)};
   children.push_back(Tagged("duration", target.duration));
   if (!target.voice.empty()) children.push_back(Tagged("voice", target.voice));
   const NoteValue value = target.whole ? NoteValue() : ValueOf(target.entry.duration);
   if (!value.type.empty()) children.push_back(Tagged("type", std::string(value.type)));
   for (int i = 0; i < value.dots; ++i) children.emplace_back("<dot/>");
   if (target.staff > 0) children.push_back(Tagged("staff", std::to_string(target.staff)));
-  note.text = layout.Note(children);
+  ElementText text(layout.Note(children));
+  Tie(text, 0, note.pitch.ties);
+  note.text = text.text();
   return note;
 }
 
@@ -140,15 +176,15 @@ NoteText Head(const WrittenEntry& source, const EntryTarget& target, const Layou
   NoteText note = source.notes.front();
   ElementText text(std::move(note.text));
   const bool rest = !IsNote(target.entry);
-  if (rest && !note.rest) MakeRest(text);
+  if (rest && !note.rest) MakeRest(text, RestElement(target));
+  if (rest && note.rest && MovesRest(source, target.entry)) text.Replace("rest", RestElement(target));
   if (!rest) {
     const Pitch pitch = PitchOf(target.entry, 0);
     note.fresh = note.rest || pitch.step != note.pitch.step || pitch.alter != note.pitch.alter;
     if (note.rest) text.Replace("rest", PitchElement(pitch));
     if (note.fresh && !note.rest) SetPitch(text, note.pitch, pitch);
-    const std::uint8_t ties = note.pitch.ties;
+    Tie(text, note.pitch.ties, pitch.ties);
     note.pitch = pitch;
-    note.pitch.ties = ties;
   }
   note.rest = rest;
   Finish(note, text, source, target);
@@ -162,9 +198,8 @@ NoteText Other(const NoteText& head, const NoteText* old, const WrittenEntry& so
   ElementText text(std::move(note.text));
   note.fresh = pitch.step != note.pitch.step || pitch.alter != note.pitch.alter;
   if (note.fresh) SetPitch(text, note.pitch, pitch);
-  const std::uint8_t ties = note.pitch.ties;
+  Tie(text, note.pitch.ties, pitch.ties);
   note.pitch = pitch;
-  note.pitch.ties = ties;
   Finish(note, text, source, target);
   return note;
 }

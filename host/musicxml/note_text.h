@@ -33,11 +33,12 @@ struct WrittenEntry {
   bool grace = false;
   bool whole = false;    // it lasts a whole measure
   bool untyped = false;  // has no <type>
+  bool placed = false;   // a rest that says where it stands
 };
 
 // What becomes of it.
 struct EntryTarget {
-  EXENTRY entry{};
+  EXENTRY entry{};  // a rest stands where its record says with kEntryRestPlaced alone; ties are those to write
   bool whole = false;
   bool moves = false;    // to another voice, staff or measure: the next three are written
   std::string voice;     // escaped; empty: none

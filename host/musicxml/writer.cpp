@@ -96,7 +96,7 @@ class Writer {
       if (change->kind == ChangeKind::kCleared) Clear(patch, *change, gone);
     }
     for (const VoicePlan& plan : relaid) Attempt(*plan.change, [&] { patch.Relay(plan); });
-    if (!relaid.empty()) Attempt(*relaid.front().change, [&] { patch.Settle(); });
+    relaid.empty() ? patch.MendAccidentals() : Attempt(*relaid.front().change, [&] { patch.Settle(); });
     patch.Remove(gone);
     for (const Change* change : changes) {
       if (change->kind == ChangeKind::kFilled) Attempt(*change, [&] { Fill(patch, *change); });
@@ -188,7 +188,7 @@ class Writer {
     return entries;
   }
 
-  PlannedEntry PlanEntry(const MeasurePatch& patch, const EXENTRY& entry, bool lone) {
+  PlannedEntry PlanEntry(const MeasurePatch& patch, const Change& change, const EXENTRY& entry, bool lone) {
     constexpr unsigned int kKnown =
         kEntryLegal | kEntryIsNote | kEntryHasRestNote | kEntryHasArticulations | kEntryRestPlaced;
     PlannedEntry planned;
@@ -198,6 +198,8 @@ class Writer {
       planned.source = entry.number;
       planned.from = TextOf(patch, *origin);
     }
+    SettleRest(planned, MiddleLine(model_, change.slot));
+    plans_.SettleTies(planned.entry);
     if (((entry.flags ^ planned.from.entry.flags) & ~kKnown) != 0) {
       throw Error("entry " + std::to_string(entry.number) + " has flags that no score can hold");
     }
@@ -207,6 +209,22 @@ class Writer {
     if (!signs) throw Error("entry " + std::to_string(entry.number) + " has an articulation without a name");
     planned.articulations = *signs;
     return planned;
+  }
+
+  // Where a rest stands, in one form: with kEntryRestPlaced at the step of its record, or wherever readers put it. What
+  // did not change is as the score has it.
+  static void SettleRest(PlannedEntry& planned, int middle_line) {
+    EXENTRY& rest = planned.entry;
+    const EXENTRY& before = planned.from.entry;
+    if ((rest.flags & kEntryIsNote) != 0) return;
+    const short place = PlaceOfRest(rest);
+    const bool was_rest = (before.flags & kEntryIsNote) == 0;
+    const bool moved = was_rest && place != PlaceOfRest(before);
+    const bool same = was_rest && !moved && ((rest.flags ^ before.flags) & kEntryRestPlaced) == 0;
+    bool placed = moved || (rest.flags & kEntryRestPlaced) != 0;
+    if (planned.whole && place == middle_line) placed = false;
+    if (same) placed = planned.from.placed;
+    rest.flags = placed ? rest.flags | kEntryRestPlaced : rest.flags & ~kEntryRestPlaced;
   }
 
   // The voices of the layer, each with the entries that are now its own: those that it had, and what follows them.
@@ -233,7 +251,7 @@ class Writer {
     std::size_t at = first;
     plans[first].entries.reserve(after.size());
     for (const EXENTRY& entry : after) {
-      PlannedEntry planned = PlanEntry(patch, entry, after.size() == 1);
+      PlannedEntry planned = PlanEntry(patch, change, entry, after.size() == 1);
       for (std::size_t i = first; i < plans.size(); ++i) {
         if (plans[i].before.Holds(planned.source)) at = i;
       }

@@ -22,7 +22,7 @@ std::string TakeNumber(std::string_view& text) { return Take(text, "0123456789")
 
 std::string NoteText(char kind, std::string_view rest) {
   const std::string duration = Take(rest, "0123456789.-");
-  std::string voice, type, staff, chord, cue, notations, attribute;
+  std::string voice, type, staff, chord, cue, notations, attribute, ties, place;
   while (!rest.empty()) {
     const char what = rest.front();
     rest.remove_prefix(1);
@@ -31,15 +31,23 @@ std::string NoteText(char kind, std::string_view rest) {
     if (what == 'c') chord = "<chord/>";
     if (what == 'u') cue = "<cue/>";
     if (what == 'h') attribute = " print-object=\"no\"";
-    if (what == 'y') notations = "<notations><fermata type=\"upright\"/></notations>";
+    if (what == 'y') notations += "<fermata type=\"upright\"/>";
+    if (what == 'p') place = Element("display-step", "B") + Element("display-octave", "4");
+    for (const auto& [letter, end] : {std::pair{'z', "stop"}, std::pair{'a', "start"}}) {
+      if (what != letter) continue;
+      ties += "<tie type=\"" + std::string(end) + "\"/>";
+      notations += "<tied type=\"" + std::string(end) + "\"/>";
+    }
     if (what == 't') type += Element("type", Take(rest, "abcdefghijklmnopqrstuvwxyz"));
     if (what == '.') type += "<dot/>";
   }
-  const std::string sound = kind == 'r'   ? "<rest/>"
-                            : kind == 'R' ? "<rest measure=\"yes\"/>"
-                                          : "<pitch><step>D</step><octave>4</octave></pitch>";
+  const std::string sound = !place.empty() ? (kind == 'R' ? "<rest measure=\"yes\">" : "<rest>") + place + "</rest>"
+                            : kind == 'r'  ? "<rest/>"
+                            : kind == 'R'  ? "<rest measure=\"yes\"/>"
+                                           : "<pitch><step>D</step><octave>4</octave></pitch>";
   return "<note" + attribute + ">" + (kind == 'g' ? "<grace/>" : "") + cue + chord + sound +
-         (duration.empty() ? "" : Element("duration", duration)) + voice + type + staff + notations + "</note>";
+         (duration.empty() ? "" : Element("duration", duration)) + ties + voice + type + staff +
+         (notations.empty() ? "" : Element("notations", notations)) + "</note>";
 }
 
 std::string ElementText(std::string_view token) {
@@ -111,6 +119,7 @@ int FillMeasures(Score& score) {
     rest.duration = kWholeRestDuration;
     rest.flags = 0x81000800;
     rest.noteCount = 1;
+    rest.notes[0].first = 6;  // the middle line
     std::vector<EXENTRY> entries = document.Entries({slot, measure, 0});
     entries.insert(entries.begin(), rest);
     return document.SetEntries({slot, measure, 0}, std::move(entries)) ? 1 : 0;
@@ -137,7 +146,7 @@ void RandomEdit(Document& document, std::mt19937& random) {
   if (entries.empty()) return;
   EXENTRY& entry = entries[static_cast<std::size_t>(below(static_cast<int>(entries.size())))];
   constexpr unsigned short kValues[] = {256, 512, 768, 1024, 2048, 3072};
-  switch (below(8)) {
+  switch (below(10)) {
     case 0:
       entry.notes[0].first = static_cast<short>(below(20) - 5);
       break;
@@ -157,6 +166,15 @@ void RandomEdit(Document& document, std::mt19937& random) {
     case 5:
       entries.erase(entries.begin() + below(static_cast<int>(entries.size())));
       break;
+    case 6: {  // a rest placed or not, or a note tied to the next one or not
+      entry.flags ^= (entry.flags & kEntryIsNote) == 0 ? kEntryRestPlaced : 0U;
+      EXENTRY* const next = &entry + (&entry == &entries.back() ? 0 : 1);
+      next->notes[0].first = entry.notes[0].first;
+      next->notes[0].second = entry.notes[0].second;
+      entry.notes[0].flags ^= 0x40000000;
+      next->notes[0].flags ^= 0x20000000;
+      break;
+    }
     default: {  // to the other layer, or another measure, whose frame is saved first
       FramePlace other = place;
       if (below(2) == 0) other.measure = static_cast<short>(1 + below(document.MeasureCount()));

@@ -14,7 +14,8 @@ namespace sok {
 // A partwise score in one line of text. Elements are separated by blanks, measures by '|', parts by "||":
 //   n4 note, r4 rest, R4 <rest measure="yes"/>, g grace note, b4 <backup>, f4 <forward>, d <direction>,
 //   e <barline location="right">, @2 divisions, %3/4 time signature, S2 staves.
-// Behind a note: v1 voice, s2 staff, c chord, h not printed, u cue, y fermata, twhole type, . dot.
+// Behind a note: v1 voice, s2 staff, c chord, h not printed, u cue, y fermata, a tied to the next note, z to the one
+// before, p placed at B4, twhole type, . dot.
 std::string ScoreText(std::string_view shorthand);
 
 std::unique_ptr<Score> ReadScoreText(const std::string& text, const ReadOptions& options = {});

@@ -266,6 +266,8 @@ struct EditCase {
   std::function<void(Entries&)> edit;
 };
 
+constexpr unsigned int kTiedOn = 0x40000000, kTiedBack = 0x20000000;
+
 const EditCase kEdits[] = {
     {"n1v1 d n1v1 b2 n2v2 e", "n2v1thalf d n1v1 b3 n2v2 e", [](Entries& e) { e[0].duration = 2048; }},
     {"n1v1 f1 n1v1", "n2v1thalf f1 n1v1", [](Entries& e) { e[0].duration = 2048; }},
@@ -283,6 +285,21 @@ const EditCase kEdits[] = {
      [](Entries& e) {
        e.push_back(NewNote(1024, {{1, 0}}));
      }},
+    // Ties have two ends, and a rest stands where its record says when its flag, or a new place, says so.
+    {"n1v1 n1v1", "n1v1a n1v1z", [](Entries& e) { e[0].notes[0].flags |= kTiedOn, e[1].notes[0].flags |= kTiedBack; }},
+    {"n1v1a n1v1za n1v1z", "n1v1 n1v1a n1v1z", [](Entries& e) { e[0].notes[0].flags &= ~kTiedOn; }},
+    {"n1v1 n1v1z", "n1v1 n1v1", [](Entries& e) { e[1].notes[0].flags &= ~kTiedBack; }},
+    {"n1v1a n1v1z | n1v1", "n1v1 n1v1atquarter n1v1z | n1v1",
+     [](Entries& e) { (*e.insert(e.begin() + 1, EXENTRY(e[0]))).number = 0; }},
+    {"r1v1 n1v1", "r1v1p n1v1", [](Entries& e) { e[0].notes[0].first = 6; }},
+    {"r1v1p n1v1", "r1v1 n1v1", [](Entries& e) { e[0].flags &= ~kEntryRestPlaced; }},
+    {"r2v1p n1v1", "r1v1ptquarter n1v1", [](Entries& e) { e[0].duration = 1024; }},
+    {"n1v1 n1v1", "r1v1p n1v1",
+     [](Entries& e) {
+       e[0].flags = (e[0].flags & ~kEntryIsNote) | kEntryRestPlaced;
+       e[0].notes[0].first = 6;
+     }},
+    {"R4v1p", "R4v1", [](Entries& e) { e[0].flags &= ~kEntryRestPlaced; }},
 };
 
 TEST(Writing, EntriesComeAsTheyWereSaved) {
@@ -319,6 +336,7 @@ TEST(Writing, RefusesWhatItCannotWrite) {
       {[](Entries& e) { e[1].notes[0].first = 100; }, "pitch 100"},
       {[](Entries& e) { e[1].notes[0].second = 5; }, "5 semitones"},
       {[](Entries& e) { e[1].duration = 0; }, "entry 2 has no duration"},
+      {[](Entries& e) { e[0].notes[0].flags |= kTiedOn; }, "entry 1 is tied to no note of its pitch"},
       {[](Entries& e) { e[1].number = 99; }, "entry number 99 was never handed out (staff 1, measure 1, layer 1)"},
       {[](Entries& e) { (e = {NewNote(4096, {})})[0].number = 3; }, "entry number 3 was never"},
   };

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <ostream>
 
 #include "SokExtShared/SokEDK/Source/edk/entries.h"
 #include "host/musicxml/frames.h"
+#include "host/musicxml/tuplets.h"
 
 namespace sok {
 namespace {
@@ -48,12 +50,33 @@ const char* KindOf(const EXENTRY& entry) {
   return entry.duration == kWholeRestDuration ? "whole-measure rest" : "rest";
 }
 
-std::vector<std::string> FlagTexts(const EXENTRY& entry) {
+// "3:2" by number of an entry.
+using Tuplets = std::map<int, std::string>;
+
+void AddTuplets(const Document& document, std::span<const EXENTRY> entries, Tuplets& tuplets) {
+  for (const auto& [number, tuplet] : TupletsIn(document, entries))
+    tuplets[number] = std::to_string(tuplet.notes) + ":" + std::to_string(tuplet.in_time_of);
+}
+
+std::vector<ShownEntry> Shown(const std::vector<EXENTRY>& entries, const Tuplets& tuplets) {
+  std::vector<ShownEntry> shown;
+  for (const EXENTRY& entry : entries) {
+    const auto tuplet = tuplets.find(int{entry.number});
+    shown.push_back({entry, tuplet == tuplets.end() ? std::string() : tuplet->second});
+  }
+  return shown;
+}
+
+std::vector<std::string> FlagTexts(const ShownEntry& shown) {
+  const EXENTRY& entry = shown.entry;
   const auto any = [&](unsigned int flag) {
     return std::ranges::any_of(NotesOf(entry), [flag](const EXNOTE& note) { return (note.flags & flag) != 0; });
   };
   std::vector<std::string> texts = {KindOf(entry)};
+  if (!IsNote(entry) && (entry.flags & kEntryRestPlaced) != 0 && entry.noteCount > 0)
+    texts.push_back("at " + PitchText({entry.notes[0].first, 0, 0, 0}));
   if ((entry.flags & kEntryIsGrace) != 0) texts.emplace_back("grace");
+  if (!shown.tuplet.empty()) texts.push_back("tuplet " + shown.tuplet);
   if (any(kNoteTieStart)) texts.emplace_back("tied to next");
   if (any(kNoteTieStop)) texts.emplace_back("tied to previous");
   if ((entry.flags & kEntryHasArticulations) != 0) texts.emplace_back("articulations");
@@ -62,17 +85,18 @@ std::vector<std::string> FlagTexts(const EXENTRY& entry) {
 }
 
 // One line of a table, without what marks it.
-std::string Row(const FramePlace& place, const EXENTRY& entry) {
+std::string Row(const FramePlace& place, const ShownEntry& shown) {
+  const EXENTRY& entry = shown.entry;
   char line[64];
   std::snprintf(line, sizeof line, "%7d %5d %5d %6d  ", place.measure, place.instrument, place.layer + 1, entry.number);
   std::string text = EntryText(entry);
   text.resize(std::max<std::size_t>(text.size(), 17), ' ');
-  return line + text + " " + Joined(FlagTexts(entry), ", ") + "\n";
+  return line + text + " " + Joined(FlagTexts(shown), ", ") + "\n";
 }
 
-std::vector<std::string> Rows(const FramePlace& place, const std::vector<EXENTRY>& entries) {
+std::vector<std::string> Rows(const FramePlace& place, const std::vector<ShownEntry>& entries) {
   std::vector<std::string> rows;
-  for (const EXENTRY& entry : entries) rows.push_back(Row(place, entry));
+  for (const ShownEntry& entry : entries) rows.push_back(Row(place, entry));
   return rows;
 }
 
@@ -94,13 +118,14 @@ std::string MarkedRows(const FrameChange& change) {
   return text;
 }
 
-Json EntriesJson(const std::vector<EXENTRY>& entries) {
+Json EntriesJson(const std::vector<ShownEntry>& entries) {
   Json list = Json::array();
-  for (const EXENTRY& entry : entries) {
+  for (const ShownEntry& shown : entries) {
+    const EXENTRY& entry = shown.entry;
     list.push_back({{"number", int{entry.number}},
                     {"duration", int{entry.duration}},
                     {"pitches", PitchTexts(entry)},
-                    {"flags", FlagTexts(entry)}});
+                    {"flags", FlagTexts(shown)}});
   }
   return list;
 }
@@ -110,9 +135,12 @@ Json EntriesJson(const std::vector<EXENTRY>& entries) {
 std::vector<FrameChange> FindFrameChanges(const Document& before, const Document& after,
                                           const std::vector<Change>& changes) {
   std::vector<FrameChange> frames;
+  const auto place_of = [](const Change& change) { return FramePlace{change.slot, change.measure, change.layer}; };
+  Tuplets tuplets;
+  for (const Change& change : changes) AddTuplets(before, before.Entries(place_of(change)), tuplets);
   for (const Change& change : changes) {
-    const FramePlace place{change.slot, change.measure, change.layer};
-    frames.push_back({place, before.Entries(place), after.Entries(place)});
+    const FramePlace place = place_of(change);
+    frames.push_back({place, Shown(before.Entries(place), tuplets), Shown(after.Entries(place), tuplets)});
   }
   return frames;
 }
@@ -135,7 +163,10 @@ void PrintFrameTable(std::ostream& out, const Score& score) {
     for (const Staff& staff : score.staves()) {
       for (short layer = 0; layer < kLayers; ++layer) {
         const FramePlace place{staff.instrument, static_cast<short>(measure), layer};
-        for (const EXENTRY& entry : document.Entries(place)) out << Row(place, entry);
+        const std::vector<EXENTRY> entries = document.Entries(place);
+        Tuplets tuplets;
+        AddTuplets(document, entries, tuplets);
+        for (const std::string& row : Rows(place, Shown(entries, tuplets))) out << row;
       }
     }
   }

@@ -12,11 +12,16 @@
 
 namespace sok {
 
+struct ShownEntry {
+  EXENTRY entry{};
+  std::string tuplet;  // that it stood in when the score was read: "3:2"; else empty
+};
+
 // A frame that changed, with its entries before the run and after it.
 struct FrameChange {
   FramePlace place;
-  std::vector<EXENTRY> before;
-  std::vector<EXENTRY> after;
+  std::vector<ShownEntry> before;
+  std::vector<ShownEntry> after;
 };
 
 // By measure, staff and layer, as `changes` are.

@@ -10,6 +10,7 @@
 #include "host/musicxml/frames.h"
 #include "host/musicxml/shapes.h"
 #include "host/musicxml/texts.h"
+#include "host/musicxml/tuplets.h"
 #include "host/runner/report/report.h"
 #include "host/runner/report/text.h"
 
@@ -34,6 +35,7 @@ constexpr KindRow kKinds[] = {
     {record_tags::kCenterShape, kWholeTag, "lines"},
     {record_tags::kSmartShapeMeasureMark, kWholeTag, "lines"},
     {record_tags::kSmartShapeEntryMark, kWholeTag, "lines"},
+    {record_tags::kTuplet, kWholeTag, "tuplets"},
     {record_tags::kArticulation, kWholeTag, "articulations"},
     {record_tags::kArticulationDefinition, kWholeTag, "articulations"},
     {record_tags::kInstrument, kWholeTag, "staves"},

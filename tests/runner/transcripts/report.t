@@ -143,7 +143,7 @@ The entries of what changed, before and after.
   "frames":[{"measure":1,"staff":1,"layer":1,"before":[{"number":1,"duration":3072,"pitches":["C5"],"flags":["note"]}],"after":[{"number":2,"duration":1024,"pitches":[],"flags":["rest"]},{"number":3,"duration":1024,"pitches":[],"flags":["rest"]},{"number":1,"duration":3072,"pitches":["C5"],"flags":["note"]}]}]}],"summary":{"files":1,"changed":1,"unchanged":0,"failed":0,"rests_in":0,"rests_out":0}}
   $ sokrun fill in.xml --check --frames -q
     measure staff layer number  entry             what it is
-  +       2     1     1      2  r:4096            whole-measure rest
+  +       2     1     1      2  r:4096            whole-measure rest, at B4
   [3]
   $ sokrun clear in.xml --check --frames -q
 

@@ -76,10 +76,16 @@ scan, inspect, records, texts and shapes: a score as an extension finds it. Noth
   measure staff layer number  entry             what it is
         1     1     1      1  C5:1024           note
         1     1     1      2  D5:1024           note
-        1     2     1      5  r:4096            whole-measure rest
+        1     2     1      5  r:4096            whole-measure rest, at B4
         2     1     1      3  E6:2048           note
-        3     1     1      4  r:4096            whole-measure rest
+        3     1     1      4  r:4096            whole-measure rest, at B4
         3     2     1      6  r:2048            rest
+  $ ratio='<time-modification><actual-notes>3</actual-notes><normal-notes>2</normal-notes></time-modification>'
+  $ place='<rest><display-step>D</display-step><display-octave>5</display-octave></rest>'
+  $ sed "s|<type>quarter</type>|&$ratio|; s|<rest/>|$place|" small.musicxml | sokrun inspect - frames | grep -E 'tup|at D'
+        1     1     1      1  C5:1024           note, tuplet 3:2
+        1     1     1      2  D5:1024           note, tuplet 3:2
+        3     2     1      6  r:2048            rest, at D5
   $ sokrun inspect small.musicxml nothing
   sokrun: TOPIC: nothing not in {frames,records,texts,shapes}
   Try `sokrun inspect --help`.
