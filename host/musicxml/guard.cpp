@@ -66,10 +66,13 @@ bool IsSaved(const Model& model, const Entry& entry, const EXENTRY& saved, bool 
   return true;
 }
 
-bool IsAsSaved(const Model& again, const VoiceChange& change, const Trace& trace) {
+// `drawn_before` are the staves that the voice was drawn on: it may live on another one of them now, where more of its
+// notes stand.
+bool IsAsSaved(const Model& again, const VoiceChange& change, const Trace& trace, std::uint64_t drawn_before) {
   if (change.entries.empty()) return trace.entries == 1 && trace.full_rest;
   const VoiceCell& voice = again.parts[0].cells[trace.cell];
-  if (voice.entries != change.entries.size() || (change.home != 0 && voice.home != change.home)) return false;
+  const bool at_home = change.home == 0 || voice.home == change.home || (drawn_before & StaffBit(voice.home)) != 0;
+  if (!at_home || voice.entries != change.entries.size()) return false;
   for (std::uint32_t i = 0; i < voice.entries; ++i) {
     if (!IsSaved(again, again.entries[voice.first_entry + i], change.entries[i], voice.entries == 1)) return false;
   }
@@ -78,15 +81,18 @@ bool IsAsSaved(const Model& again, const VoiceChange& change, const Trace& trace
 
 // Takes the voices that were to go out of `before` and those that were to come out of `after`; false when one of them
 // is not there, or is not what was to come.
-bool TakeNamed(const Model& again, const VoiceChange& change, std::vector<Trace>& before, std::vector<Trace>& after) {
+bool TakeNamed(const Part& part, const Model& again, const VoiceChange& change, std::vector<Trace>& before,
+               std::vector<Trace>& after) {
+  std::uint64_t drawn_before = 0;
   if (change.was) {
     const auto at = Find(change, before);
     if (at == before.end()) return false;
+    drawn_before = part.cells[at->cell].drawn_on;
     before.erase(at);
   }
   if (change.is) {
     const auto at = Find(change, after);
-    if (at == after.end() || !IsAsSaved(again, change, *at)) return false;
+    if (at == after.end() || !IsAsSaved(again, change, *at, drawn_before)) return false;
     after.erase(at);
   }
   return true;
@@ -118,7 +124,7 @@ bool Guard::Passes(const Part& part, const Cell& cell, std::string_view patched,
   std::vector<Trace> after = TracesOf(again_, again_.parts[0], is);
   bool relaid = false;  // then what stands among the notes moves with them
   for (const VoiceChange& change : voices) {
-    if (!TakeNamed(again_, change, before, after)) return false;
+    if (!TakeNamed(part, again_, change, before, after)) return false;
     relaid = relaid || change.home != 0;
   }
   const auto same = [](const Trace& a, const Trace& b) {

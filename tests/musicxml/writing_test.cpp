@@ -221,14 +221,15 @@ std::string MusicOf(const EXENTRY& entry) {
   return music;
 }
 
-// What every staff-measure holds. Layers are numbered by what was there before, so their order is not compared; nor is
-// a lone rest's value, which goes by the length of a measure that may be another one now.
+// What every measure holds. Layers are numbered by what was there before, and a voice lives where most of its notes
+// stand, so neither is compared; nor is a lone rest's value, which goes by the length of a measure that may be another
+// one now.
 std::string Music(const Score& score) {
   std::string music;
   const Document& document = score.document();
   for (short measure = 1; measure <= document.MeasureCount(); ++measure) {
+    std::multiset<std::string> layers;
     for (short staff = 1; staff <= document.StaffCount(); ++staff) {
-      std::multiset<std::string> layers;
       for (short layer = 0; layer < kLayers; ++layer) {
         const Entries entries = document.Entries({staff, measure, layer});
         std::string of_layer;
@@ -236,9 +237,9 @@ std::string Music(const Score& score) {
         const bool rest = entries.size() == 1 && (entries[0].flags & kEntryIsNote) == 0;
         if (!entries.empty()) layers.insert(rest ? "rest " : of_layer);
       }
-      for (const std::string& layer : layers) music += layer + "/ ";
-      music += "| ";
     }
+    for (const std::string& layer : layers) music += layer + "/ ";
+    music += "| ";
   }
   return music;
 }
