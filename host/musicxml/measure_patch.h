@@ -41,6 +41,7 @@ struct PlannedEntry {
   int source = 0;                          // number of the entry whose text it takes; 0: none
   WrittenEntry from;                       // of an entry that comes from elsewhere
   bool whole = false;                      // lasts the whole measure
+  Fraction measure;                        // how long that is
   std::vector<std::string> articulations;  // that come to it, as names of elements
 };
 

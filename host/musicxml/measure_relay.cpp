@@ -16,10 +16,10 @@ namespace {
 Fraction Units(int duration) { return {duration, 1024}; }
 
 // How long an entry sounds: a new value keeps the part of it that sounded, as in a tuplet.
-Fraction LengthOf(const WrittenEntry& source, const PlannedEntry& planned, const Fraction& measure) {
+Fraction LengthOf(const WrittenEntry& source, const PlannedEntry& planned) {
   const int value = planned.entry.duration;
   if (source.grace) return {};
-  if (planned.whole) return source.whole ? source.length : measure;
+  if (planned.whole) return source.whole ? source.length : planned.measure;
   if (source.notes.empty() || source.whole || source.entry.duration == 0) return Units(value);
   if (source.entry.duration == value) return source.length;
   const Fraction scaled = source.length * Fraction{value, source.entry.duration};
@@ -199,7 +199,7 @@ EntryTarget MeasurePatch::TargetOf(const VoicePlan& plan, const PlannedEntry& pl
   target.home = plan.home;
   target.moves = planned.source == 0 || !plan.before.Holds(planned.source);
   if (target.moves) target.voice = Escaped(plan.voice);
-  length = LengthOf(planned.from, planned, length_);
+  length = LengthOf(planned.from, planned);
   finer = divisions;
   const bool stays = !target.moves && SameLength(length, planned.from.length);
   if (stays || planned.from.grace) return target;

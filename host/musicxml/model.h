@@ -119,6 +119,7 @@ struct Model {
   std::vector<Staff> staves;
   std::vector<Measure> measures;
   std::vector<Fraction> lengths;  // real lengths, by measure
+  std::vector<Fraction> times;    // what the time signature says, by measure; 0: nothing
   std::vector<Warning> warnings;
   std::size_t first_note = 0;  // offset of the first <note>; 0: none
 

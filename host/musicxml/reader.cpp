@@ -165,7 +165,7 @@ class ScoreReader {
       Measure& added = model_.measures.emplace_back();
       added.number = OneLine(measure.attribute("number").value());
       added.implicit = std::strcmp(measure.attribute("implicit").value(), "yes") == 0;
-      times_.emplace_back();
+      model_.times.emplace_back();
       first_offsets_.push_back(at_);
     }
     if (whole) {
@@ -177,7 +177,7 @@ class ScoreReader {
       if (cell_tree_.first_child().next_sibling()) throw TextError(place.begin, "not well-formed XML");
       cells_.Read(part, state, cell_tree_.document_element(), place.begin, place.end - place.begin);
     }
-    if (times_[position].IsZero()) times_[position] = state.time;
+    if (model_.times[position].IsZero()) model_.times[position] = state.time;
   }
 
   void CheckSize() const {
@@ -198,8 +198,8 @@ class ScoreReader {
     for (std::size_t i = 0; i < model_.measures.size(); ++i) {
       Fraction& length = model_.lengths[i];
       if (length.IsZero()) {
-        const bool timed = !times_[i].IsZero();
-        length = timed ? times_[i] : Fraction{4, 1};
+        const bool timed = !model_.times[i].IsZero();
+        length = timed ? model_.times[i] : Fraction{4, 1};
         model_.measures[i].length_assumed = true;
         model_.warnings.push_back(
             {lines_.LineOf(first_offsets_[i]), MeasureLabel(model_.measures, i + 1) +
@@ -242,7 +242,6 @@ class ScoreReader {
   pugi::xml_document tree_;
   std::string cell_text_;
   pugi::xml_document cell_tree_;
-  std::vector<Fraction> times_;  // by the time signature, by measure
   std::vector<std::size_t> first_offsets_;
 };
 

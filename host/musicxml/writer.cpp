@@ -198,6 +198,9 @@ class Writer {
       planned.source = entry.number;
       planned.from = TextOf(patch, *origin);
     }
+    planned.measure = model_.lengths[static_cast<std::size_t>(change.measure - 1)];
+    const bool shorter = entry.duration < planned.from.entry.duration;
+    if (planned.whole && !planned.from.whole && shorter) planned.measure = LengthWithout(change.measure);
     SettleRest(planned, MiddleLine(model_, change.slot));
     plans_.SettleTies(planned.entry);
     if (((entry.flags ^ planned.from.entry.flags) & ~kKnown) != 0) {
@@ -209,6 +212,43 @@ class Writer {
     if (!signs) throw Error("entry " + std::to_string(entry.number) + " has an articulation without a name");
     planned.articulations = *signs;
     return planned;
+  }
+
+  // How long a measure is without its whole-measure rests: one that was a longer rest has made the measure longer.
+  Fraction LengthWithout(short measure) const {
+    Fraction longest;
+    for (std::size_t part = 0; part < model_.parts.size(); ++part) {
+      if (static_cast<std::size_t>(measure) > model_.parts[part].measures.size()) continue;
+      const OpenMeasure open(model_, text_, static_cast<int>(part), measure);
+      std::map<int, const Item*> heads;
+      for (std::size_t i = 0; i < open.parts.items.size(); ++i) {
+        if (open.entries[i] != 0 && !open.parts.items[i].chord) heads[open.entries[i]] = &open.parts.items[i];
+      }
+      for (short staff = 0; staff < model_.parts[part].staves; ++staff) {
+        for (short layer = 0; layer < kLayers; ++layer) {
+          const short slot = static_cast<short>(model_.parts[part].first_slot + staff);
+          longest = std::max(longest, LengthOf(document_.Entries({slot, measure, layer}), heads));
+        }
+      }
+    }
+    const auto index = static_cast<std::size_t>(measure - 1);
+    if (!longest.IsZero()) return Reduced(longest);
+    return model_.times[index].IsZero() ? model_.lengths[index] : std::min(model_.times[index], model_.lengths[index]);
+  }
+
+  // A lone whole-measure rest is as long as the others make its measure.
+  static Fraction LengthOf(const std::vector<EXENTRY>& entries, const std::map<int, const Item*>& heads) {
+    Fraction length;
+    for (const EXENTRY& entry : entries) {
+      const bool rest = (entry.flags & kEntryIsNote) == 0;
+      if (rest && entry.duration == kWholeRestDuration && entries.size() == 1) return {};
+      const auto at = heads.find(int{entry.number});
+      const int before = at == heads.end() ? 0 : at->second->entry.duration;
+      const bool scaled = before != 0 && (before == entry.duration || !rest);
+      length =
+          length + (scaled ? at->second->length * Fraction{entry.duration, before} : Fraction{entry.duration, 1024});
+    }
+    return length;
   }
 
   // Where a rest stands, in one form: with kEntryRestPlaced at the step of its record, or wherever readers put it. What

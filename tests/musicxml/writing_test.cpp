@@ -286,6 +286,8 @@ const EditCase kEdits[] = {
      [](Entries& e) {
        e.push_back(NewNote(1024, {{1, 0}}));
      }},
+    // What made the measure long goes: the rest of it says how long it is.
+    {"%3/4 r8v1tbreve || n3v1", "%3/4 R3v1 || n3v1", [](Entries& e) { e[0].duration = 4096; }},
     // Ties have two ends, and a rest stands where its record says when its flag, or a new place, says so.
     {"n1v1 n1v1", "n1v1a n1v1z", [](Entries& e) { e[0].notes[0].flags |= kTiedOn, e[1].notes[0].flags |= kTiedBack; }},
     {"n1v1a n1v1za n1v1z", "n1v1 n1v1a n1v1z", [](Entries& e) { e[0].notes[0].flags &= ~kTiedOn; }},
