@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "host/musicxml/markup.h"
-
 namespace sok {
 namespace {
 
@@ -72,17 +70,9 @@ void ElementText::Scan() {
 }
 
 const ElementText::ChildPlace* ElementText::Find(std::string_view name) const {
-  const auto at =
-      std::find_if(children_.begin(), children_.end(), [&](const ChildPlace& child) { return IsNamed(child, name); });
+  const auto at = std::find_if(children_.begin(), children_.end(),
+                               [&](const ChildPlace& child) { return IsNamed(TextOf(child).substr(1), name); });
   return at == children_.end() ? nullptr : &*at;
-}
-
-bool ElementText::IsNamed(const ChildPlace& child, std::string_view name) const {
-  return sok::IsNamed(TextOf(child).substr(1), name);
-}
-
-std::string_view ElementText::TextOf(const ChildPlace& child) const {
-  return std::string_view(text_).substr(child.begin, child.end - child.begin);
 }
 
 std::string ElementText::Child(std::string_view name) const {
@@ -93,7 +83,7 @@ std::string ElementText::Child(std::string_view name) const {
 std::vector<std::string> ElementText::Children(std::string_view name) const {
   std::vector<std::string> all;
   for (const ChildPlace& child : children_) {
-    if (IsNamed(child, name)) all.emplace_back(TextOf(child));
+    if (IsNamed(TextOf(child).substr(1), name)) all.emplace_back(TextOf(child));
   }
   return all;
 }

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "host/musicxml/markup.h"
+
 namespace sok {
 
 // Names of children in the order that the schema gives them.
@@ -39,7 +41,7 @@ class ElementText {
   template <typename Predicate>
   void RemoveIf(std::string_view name, Predicate goes) {
     for (std::size_t i = children_.size(); i-- > 0;) {
-      if (IsNamed(children_[i], name) && goes(TextOf(children_[i]))) Cut(i);
+      if (IsNamed(TextOf(children_[i]).substr(1), name) && goes(TextOf(children_[i]))) Cut(i);
     }
   }
   void Remove(std::string_view name) {
@@ -53,8 +55,9 @@ class ElementText {
     std::size_t end = 0;
   };
   const ChildPlace* Find(std::string_view name) const;
-  std::string_view TextOf(const ChildPlace& child) const;
-  bool IsNamed(const ChildPlace& child, std::string_view name) const;
+  std::string_view TextOf(const ChildPlace& child) const {
+    return std::string_view(text_).substr(child.begin, child.end - child.begin);
+  }
   void Scan();
   void Cut(std::size_t index);
   // Puts text in place of another one; children from `index` on stand behind it.

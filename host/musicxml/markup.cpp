@@ -14,8 +14,6 @@ std::size_t Behind(std::string_view text, std::size_t from, std::string_view end
   return at == std::string_view::npos ? text.size() : at + end.size();
 }
 
-bool EndsName(char c) { return c <= '>' && (c == '>' || c == '/' || IsXmlSpace(c)); }
-
 }  // namespace
 
 std::string_view Trimmed(std::string_view text) {
@@ -51,11 +49,6 @@ std::string_view ElementName(std::string_view text) {
   text.remove_prefix(std::min<std::size_t>(text.starts_with("</") ? 2 : 1, text.size()));
   const auto* const end = std::find_if(text.begin(), text.end(), EndsName);
   return text.substr(0, static_cast<std::size_t>(end - text.begin()));
-}
-
-bool IsNamed(std::string_view text, std::string_view name) {
-  return text.size() > name.size() && text.front() == name.front() && text.starts_with(name) &&
-         EndsName(text[name.size()]);
 }
 
 // Nothing but elements of the same name counts: all others inside end before this one does.

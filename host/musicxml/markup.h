@@ -11,6 +11,8 @@ namespace sok {
 
 inline bool IsXmlSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
+inline bool EndsName(char c) { return c <= '>' && (c == '>' || c == '/' || IsXmlSpace(c)); }
+
 // Without the white space around it.
 std::string_view Trimmed(std::string_view text);
 
@@ -22,7 +24,10 @@ std::size_t MarkupEnd(std::string_view text, std::size_t begin);
 std::string_view ElementName(std::string_view text);
 
 // Whether an element's name, which the text begins with, is this one.
-bool IsNamed(std::string_view text, std::string_view name);
+inline bool IsNamed(std::string_view text, std::string_view name) {
+  return text.size() > name.size() && text.front() == name.front() && text.starts_with(name) &&
+         EndsName(text[name.size()]);
+}
 
 // Behind the end tag of the element whose start tag begins at `begin`; the text's size when it does not end.
 std::size_t ElementEnd(std::string_view text, std::size_t begin);

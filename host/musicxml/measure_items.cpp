@@ -209,8 +209,8 @@ void MeasureItems::ReadNote(Item& item) {
     problems.push_back({item.node, "a note without <duration> lasts as long as its type says"});
     item.length = {written, 1024};
   }
-  const int untyped = grace ? kGraceDuration : std::clamp(ToUnits(item.length), 0, 65535);
-  item.entry.duration = static_cast<std::uint16_t>(written != 0 ? written : untyped);
+  const auto untyped = [&] { return grace ? kGraceDuration : std::clamp(ToUnits(item.length), 0, 65535); };
+  item.entry.duration = static_cast<std::uint16_t>(written != 0 ? written : untyped());
   item.chord = note.chord && has_head_;
   if (item.chord) {
     const Item& head = items[head_index_];

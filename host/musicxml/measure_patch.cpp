@@ -22,6 +22,13 @@ std::string Duration(const Fraction& length, const Fraction& divisions, Fraction
   return "<duration>" + text + "</duration>";
 }
 
+// Where an element ends: behind what stands before the white space in front of the next tag, unless that is a comment.
+std::size_t EndOf(const Item& item, std::string_view text, std::size_t next) {
+  const std::size_t end = SpaceBefore(text, next);
+  const bool is_tag = text[end - 1] == '>' && std::string_view("-?]").find(text[end - 2]) == std::string_view::npos;
+  return is_tag ? end : ElementEnd(text, item.begin);
+}
+
 bool IsRightBarline(const Item* item) {
   return item != nullptr && Is(item->node.name(), "barline") &&
          Is(item->node.attribute("location").as_string("right"), "right");
@@ -41,13 +48,14 @@ MeasurePatch::MeasurePatch(const Model& model, std::string_view text, int part, 
       style_(style),
       content_(MarkupEnd(text, measure_.begin)),
       length_(model.lengths[static_cast<std::size_t>(measure - 1)]) {
-  pieces_.reserve(measure_.parts.items.size());
-  for (std::size_t i = 0; i < measure_.parts.items.size(); ++i) {
-    const Item& item = measure_.parts.items[i];
+  const std::vector<Item>& items = measure_.parts.items;
+  pieces_.reserve(items.size());
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const Item& item = items[i];
     Piece& piece = pieces_.emplace_back();
     piece.kind = item.kind;
     piece.item = &item;
-    piece.end = ElementEnd(text, item.begin);
+    piece.end = EndOf(item, text, i + 1 < items.size() ? items[i + 1].begin : text.rfind("</", measure_.end - 1));
     piece.entry = measure_.entries[i];
     piece.chord = item.chord;
     piece.length = item.chord ? Fraction() : item.length;
