@@ -45,6 +45,7 @@
 #include "SokExtShared/SokEDK/Source/frame_records.h"
 #include "SokExtShared/SokEDK/Source/host_types.h"
 #include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_keys.h"
 #include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/dialog_handlers.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/edit_nesting.h"

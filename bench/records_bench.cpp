@@ -27,7 +27,7 @@ std::vector<Record> RecordsOf(const PreferenceTable& table) {
     for (std::size_t j = 0; j < i; ++j) first = first && !table.rows[j].SameRecord(row);
     if (!first) continue;
     Record record{FourCharacterTag({'o', 't', row.recordChars[0], row.recordChars[1], '\0'}), {}};
-    record.id.other.cmper = row.cmper != 0 ? row.cmper : 65534;
+    record.id.other.cmper = row.cmper != 0 ? row.cmper : EDataID::kDocument;
     record.id.other.subIndex = row.subIndex;
     records.push_back(record);
   }

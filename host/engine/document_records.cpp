@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "SokExtShared/SokEDK/Source/record_formats.h"
+#include "SokExtShared/SokEDK/Source/record_keys.h"
 #include "SokExtShared/SokEDK/Source/record_tags.h"
 
 using record_tags::kEntry;
@@ -64,9 +65,7 @@ bool StepEntry(const Document& document, EDataID& id, int step, void* buffer, in
 bool LoadRecord(const Document& document, unsigned int tag, const EDataID& id, void* buffer, int* size) {
   if (tag == kEntry) return LoadEntry(document, id.entry.entryNum, buffer, size);
   if (tag != kStaffInForce) return document.records.Load(tag, id, buffer, size);
-  EDataID staff = {};
-  staff.other = {id.detail.cmper, 0};
-  return document.records.Load(kInstrument, staff, buffer, size);
+  return document.records.Load(kInstrument, edk::OtherKey{id.detail.cmper}.Id(), buffer, size);
 }
 
 bool SaveRecord(Document& document, unsigned int tag, const EDataID& id, const void* buffer, int size) {

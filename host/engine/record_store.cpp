@@ -32,7 +32,7 @@ struct ChosenField {
 };
 constexpr std::uint64_t kFirstSubIndex = 0x8000;    // 0, biased
 constexpr std::uint64_t kRequestSubIndex = 0x7FFF;  // -1, biased
-constexpr std::uint64_t kLastNumber = 0xFFFD;       // 0xFFFE holds the document's own records, 0xFFFF asks for a choice
+constexpr std::uint64_t kLastNumber = EDataID::kDocument - 1;
 
 constexpr ChosenField NumberAt(int shift) { return {shift, kChosenNumber, 1, kLastNumber}; }
 constexpr ChosenField SubIndexAt(int shift) { return {shift, kRequestSubIndex, kFirstSubIndex, 0xFFFF}; }

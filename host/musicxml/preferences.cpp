@@ -12,7 +12,6 @@ namespace sok {
 namespace {
 
 constexpr unsigned int kPerFieldTag = 0x6F740000;  // 'ot' and two characters
-constexpr unsigned short kPreferenceCmper = 65534;
 constexpr double kUnitsPerMillimeter = 288 / 25.4;
 
 using Words = std::array<unsigned short, 6>;
@@ -41,10 +40,10 @@ void Save(Document& document, std::string_view record, unsigned short cmper, sho
 
 void SaveEmptyRecords(Document& document) {
   for (std::size_t i = 0; i < kSingleRecords.size(); i += 3) {
-    Save(document, kSingleRecords.substr(i, 2), kPreferenceCmper, 0);
+    Save(document, kSingleRecords.substr(i, 2), EDataID::kDocument, 0);
   }
   for (const Several& several : kSeveralRecords) {
-    for (short i = 0; i < several.count; ++i) Save(document, several.record, kPreferenceCmper, i);
+    for (short i = 0; i < several.count; ++i) Save(document, several.record, EDataID::kDocument, i);
   }
   for (const unsigned short cmper : kSmartShapeCmpers) Save(document, "FI", cmper, 0);
   for (short layer = 0; layer < kLayers; ++layer) {
@@ -133,7 +132,9 @@ Words MarginWords(const Margins& margins) {
 }
 
 void SavePageFormat(Document& document, const PageFormat& format) {
-  const auto save = [&](const char* record, const Words& words) { Save(document, record, kPreferenceCmper, 0, words); };
+  const auto save = [&](const char* record, const Words& words) {
+    Save(document, record, EDataID::kDocument, 0, words);
+  };
   save("14", {Word(format.height >> 16), Word(format.height)});
   save("15", {0, 0, Word(format.width >> 16), Word(format.width)});
   save("39", {0, 0, Word(format.percent)});
@@ -146,7 +147,7 @@ void SavePageFormat(Document& document, const PageFormat& format) {
   std::array<Words, sizeof(PageFormat) / sizeof(Words)> parts;
   std::memcpy(parts.data(), &format, sizeof format);
   for (short i = 0; i < static_cast<short>(parts.size()); ++i) {
-    Save(document, "77", kPreferenceCmper, i, parts[static_cast<std::size_t>(i)]);
+    Save(document, "77", EDataID::kDocument, i, parts[static_cast<std::size_t>(i)]);
   }
 }
 

@@ -1,54 +1,26 @@
 // The common form of the record helpers: a key from plain numbers, one record call, its 16-bit result as a bool.
 //
-// For the kit's own sources. Numbers are cut to the width of their key field; fields that a key does not name
-// are zero. Records of a type of their own bring their size along.
+// For the kit's own sources. The keys are those of record_keys.h; records of a type of their own bring their size
+// along.
 #pragma once
 
 #include <type_traits>
 
+#include "SokExtShared/SokEDK/Source/record_keys.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 
 namespace record_calls {
 
-inline EDataID OtherKey(int cmper, int subIndex) {
-  EDataID id{};
-  id.other.cmper = static_cast<unsigned short>(cmper);
-  id.other.subIndex = static_cast<short>(subIndex);
-  return id;
-}
-
+inline EDataID OtherKey(int cmper, int subIndex) { return edk::OtherKey{cmper, subIndex}.Id(); }
 inline EDataID DetailKey(int cmper, int secondCmper, int subIndex) {
-  EDataID id{};
-  id.detail.cmper = static_cast<unsigned short>(cmper);
-  id.detail.secondCmper = static_cast<unsigned short>(secondCmper);
-  id.detail.subIndex = static_cast<short>(subIndex);
-  return id;
+  return edk::DetailKey{cmper, secondCmper, subIndex}.Id();
 }
-
 inline EDataID StaffInForceKey(int cmper, int secondCmper, int extraValue) {
-  EDataID id = DetailKey(cmper, secondCmper, 0);
-  id.detail.extraValue = extraValue;
-  return id;
+  return edk::PointKey{cmper, secondCmper, extraValue}.Id();
 }
-
-inline EDataID EntryDetailKey(int entryNum, int subIndex) {
-  EDataID id{};
-  id.entryDetail.entryNum = entryNum;
-  id.entryDetail.subIndex = static_cast<short>(subIndex);
-  return id;
-}
-
-inline EDataID EntryKey(int entryNum) {
-  EDataID id{};
-  id.entry.entryNum = entryNum;
-  return id;
-}
-
-inline EDataID GlobalKey(int instance) {
-  EDataID id{};
-  id.global.instance = static_cast<short>(instance);
-  return id;
-}
+inline EDataID EntryDetailKey(int entryNum, int subIndex) { return edk::EntryDetailKey{entryNum, subIndex}.Id(); }
+inline EDataID EntryKey(int entryNum) { return edk::EntryKey{entryNum}.Id(); }
+inline EDataID GlobalKey(int instance) { return edk::GlobalKey{instance}.Id(); }
 
 // The size that the host writes back is dropped.
 inline bool Load(unsigned int tag, const EDataID& id, void* buffer, int size,

@@ -49,6 +49,8 @@ constexpr unsigned int FourCharacterTag(const char (&text)[5]) {
 struct EDataID {
   /// In a create: a number that the host finds free. In 16 bits, signed, it is -1.
   static constexpr int kHostChooses = 0xFFFF;
+  /// The `cmper` of the document's own records: nearly all per-field records of preferences.
+  static constexpr unsigned short kDocument = 0xFFFE;
 
   /// A number, and a place among the records under it.
   struct Other {

@@ -8,13 +8,12 @@
 #include <type_traits>
 #include <utility>
 
+#include "SokExtShared/SokEDK/Source/record_keys.h"
 #include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/preference_tables.h"
 #include "SokExtShared/SokEDK/Source/sonkelpdk/record_access.h"
 
 namespace {
-
-constexpr unsigned short kPreferenceCmper = 65534;
 
 struct FieldRecord {
   unsigned short words[6];
@@ -81,10 +80,7 @@ class Saver {
 };
 
 EDataID RecordKey(unsigned short cmper, short subIndex) {
-  EDataID id{};
-  id.other.cmper = cmper != 0 ? cmper : kPreferenceCmper;
-  id.other.subIndex = subIndex;
-  return id;
+  return edk::OtherKey{cmper != 0 ? cmper : EDataID::kDocument, subIndex}.Id();
 }
 
 // Of a 32-bit field, in the order of its row's conversion: 0 where the conversion is not one of two words.
@@ -155,8 +151,8 @@ struct RowsByRecord {
   static constexpr std::size_t kRecords = MeasuresOf(kRows).records;
 
   std::array<std::size_t, kRows.size()> rows{};  // indexes into the table
-  std::array<std::size_t, kRecords + 1>
-      starts{};  // where each record's begin in `rows`; at the end, how many there are
+  // Where each record's begin in `rows`; at the end, how many there are.
+  std::array<std::size_t, kRecords + 1> starts{};
 
   static constexpr RowsByRecord Make() {
     RowsByRecord made;
@@ -257,7 +253,7 @@ struct RecordArray {
   short firstSubIndex;
 
   int Size() const { return count * kRecordSize; }
-  EDataID Key(int index) const { return RecordKey(kPreferenceCmper, static_cast<short>(firstSubIndex + index)); }
+  EDataID Key(int index) const { return RecordKey(EDataID::kDocument, static_cast<short>(firstSubIndex + index)); }
 };
 
 short LoadArray(const RecordArray& array, void* buffer, int* size) {
