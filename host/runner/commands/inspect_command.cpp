@@ -32,9 +32,7 @@ void AddInspectCommand(CLI::App& app, int&) {
       ->check(CLI::IsMember(names));
   command.footer("Examples:\n  sokrun inspect song.mxl\n  sokrun inspect song.mxl frames");
   command.callback([input, wanted] {
-    ReadOptions options;
-    options.document_data = true;
-    const std::unique_ptr<Score> score = ReadScore(*input, options);
+    const std::unique_ptr<Score> score = ReadScore(*input, {.document_data = true});
     for (const Topic& topic : kTopics) {
       if (!wanted->empty() && std::find(wanted->begin(), wanted->end(), topic.name) == wanted->end()) continue;
       if (wanted->size() != 1) std::cout << "== " << topic.name << '\n';

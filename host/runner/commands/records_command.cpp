@@ -54,9 +54,7 @@ void AddRecordsCommand(CLI::App& app, int&) {
       "The key's fields are those that the tag's records use; bytes are in hexadecimal.\n"
       "Examples:\n  sokrun records song.mxl\n  sokrun records song.mxl --tag ot14 --tag pf");
   command.callback([input, tags] {
-    ReadOptions options;
-    options.document_data = true;
-    const std::unique_ptr<Score> score = ReadScore(*input, options);
+    const std::unique_ptr<Score> score = ReadScore(*input, {.document_data = true});
     if (PrintTable(std::cout, score->document(), *tags) == 0)
       std::cerr << ShownText(*input) << ": no records of that tag\n";
   });

@@ -95,11 +95,7 @@ void AddShapesCommand(CLI::App& app, int&) {
   const auto input = std::make_shared<std::string>();
   command.add_option("IN", *input, "A score, or - for stdin")->required();
   command.footer("Examples:\n  sokrun shapes song.mxl");
-  command.callback([input] {
-    ReadOptions options;
-    options.document_data = true;
-    PrintShapes(std::cout, *ReadScore(*input, options));
-  });
+  command.callback([input] { PrintShapes(std::cout, *ReadScore(*input, {.document_data = true})); });
 }
 
 }  // namespace sok

@@ -78,11 +78,7 @@ void AddTextsCommand(CLI::App& app, int&) {
   const auto input = std::make_shared<std::string>();
   command.add_option("IN", *input, "A score, or - for stdin")->required();
   command.footer("Examples:\n  sokrun texts song.mxl");
-  command.callback([input] {
-    ReadOptions options;
-    options.document_data = true;
-    PrintTexts(std::cout, *ReadScore(*input, options));
-  });
+  command.callback([input] { PrintTexts(std::cout, *ReadScore(*input, {.document_data = true})); });
 }
 
 }  // namespace sok

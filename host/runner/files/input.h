@@ -1,4 +1,6 @@
 // Files and streams that scores come from.
+//
+// This folder has what is done with files: found and recognised here, written so that nothing is lost in output_file.h.
 #pragma once
 
 #include <memory>

@@ -1,4 +1,7 @@
 // What a run did to one score, and its forms: lines for people, JSON for programs (docs/sokrun-json.md).
+//
+// This folder has all that is said of runs: explanations, tables, differences, pages with their pictures, and how text
+// from elsewhere is shown.
 #pragma once
 
 #include <map>

@@ -1,4 +1,7 @@
 // One score through the extension: read, invoked, explained, written.
+//
+// This folder has what that takes: what is asked for (options, selection), the bundle at work, the processes that it
+// works in and how they end, traces.
 #pragma once
 
 #include <string>

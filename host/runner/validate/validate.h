@@ -1,4 +1,7 @@
 // Validation of an extension bundle: which checks there are, and running them.
+//
+// This folder has the parts: the checks themselves, the plan of their cases, the process of each case, the host that is
+// watched and made faulty, the score that commands run on.
 #pragma once
 
 #include <optional>
