@@ -19,10 +19,12 @@ say "The score: $name"
 "$sokrun" list
 
 say "Fill empty measures with rests -> $out/filled-$name"
-"$sokrun" fill "$score" -o "$out/filled-$name"
+"$sokrun" fill "$score" -o "$out/filled-$name" --html "$out/${name%.*}.html"
+echo "A page of it, with pictures where scripts/install-verovio.sh was run -> $out/${name%.*}.html"
 
 say "Clear whole-measure rests -> $out/cleared-$name"
 "$sokrun" clear "$score" -o "$out/cleared-$name"
 
 say "What filling changed in the text of the score"
-"$sokrun" fill "$score" --dry-run --quiet | sed -n 1,40p
+difference=$("$sokrun" fill "$score" --dry-run --quiet)
+sed -n 1,40p <<<"${difference:-nothing}"
