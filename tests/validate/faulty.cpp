@@ -98,6 +98,11 @@ const Fault kFaults[] = {
     {"OUTSIDE_AFTER", [](const EREGION& r) { return Change(r, Shorten, r.end.measure - r.start.measure + 1); }},
     {"ANSWER_0", [](const EREGION& r) -> short { return Change(r, Shorten) < 0 ? 1 : 0; }},
     {"ANSWER_1", [](const EREGION&) -> short { return 1; }},
+    {"ANSWER_1_AT_END",
+     [](const EREGION& r) -> short {
+       Change(r, Shorten);
+       return 1;
+     }},
     {"ANSWER_5", [](const EREGION&) -> short { return 5; }},
     {"NOTES_13", [](const EREGION& r) { return Change(r, [](EXTGF2005a& f) { f.entries[0].noteCount = 13; }); }},
     {"VALUE_0", [](const EREGION& r) { return Change(r, [](EXTGF2005a& f) { f.entries[0].duration = 0; }); }},

@@ -101,6 +101,7 @@ const FaultCase kFaultCases[] = {
     {"OUTSIDE_AFTER", {"selection"}, "changes staff 2, measure 4, layer 0; selected are staff 2, measures 2 to 3"},
     {"ANSWER_0", {"answers"}, "answers 0 (nothing was changed) although it changed staff 1, measure 1, layer 0"},
     {"ANSWER_1", {"answers"}, "answers 1 (something was changed) although it changed nothing"},
+    {"ANSWER_1_AT_END", {"answers"}, "answers 1 (something was changed) although it changed nothing"},
     {"ANSWER_5", {"answers"}, "answers 5"},
     {"NOTES_13", {"entries"}, "staff 1, measure 1, layer 0: entry 0 has 13 notes"},
     {"VALUE_0", {"entries"}, "entry 0 lasts 0"},

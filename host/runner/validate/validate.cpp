@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <span>
 
 #include "host/runner/validate/case_runner.h"
 #include "host/runner/validate/validate_plan.h"
@@ -110,8 +111,8 @@ class Validation {
   // Each command has its runs one after the other, that on the whole score first.
   std::vector<SoundCommand> SoundAmong(const std::vector<PlannedCase>& cases, const std::vector<CaseAnswer>& answers) {
     std::vector<SoundCommand> sound;
-    for (std::size_t i = 0; i + 1 < answers.size(); i += std::size(kScopes)) {
-      if (RunsSoundly(answers[i]) && RunsSoundly(answers[i + 1])) {
+    for (std::size_t i = 0; i + std::size(kScopes) <= answers.size(); i += std::size(kScopes)) {
+      if (std::ranges::all_of(std::span(answers).subspan(i, std::size(kScopes)), RunsSoundly)) {
         sound.push_back({cases[i].command, answers[i]});
         continue;
       }

@@ -105,6 +105,7 @@ std::string AlertFault(const std::vector<std::string>& alerts) {
 EREGION RegionOf(const Document& document, Scope scope) {
   const short staves = document.StaffCount(), measures = document.MeasureCount();
   if (scope == Scope::kWholeScore) return {{0, 1, 1, 0}, {0, staves, measures, INT_MAX}};
+  if (scope == Scope::kEnd) return {{0, staves, measures, 0}, {0, staves, measures, INT_MAX}};
   const auto slot = static_cast<short>((staves + 1) / 2), first = static_cast<short>(measures / 3 + 1);
   return {{0, slot, first, 0}, {0, slot, std::max(first, static_cast<short>(2 * measures / 3)), INT_MAX}};
 }

@@ -6,9 +6,9 @@
 namespace sok {
 
 // What a command is run on.
-enum class Scope { kWholeScore, kPart };
+enum class Scope { kWholeScore, kPart, kEnd };
 
-// The region of a scope: a part is the middle staff in the middle measures.
+// The region of a scope: a part is the middle staff in the middle measures, the end the last staff in the last measure.
 EREGION RegionOf(const Document& document, Scope scope);
 
 // "staves 1 to 3, measures 2 to 4".

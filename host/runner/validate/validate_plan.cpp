@@ -58,6 +58,7 @@ std::vector<PlannedCase> RunsOfCommands(int command_count) {
                           answer.findings = RunCommand(host, command, scope);
                         }};
       if (scope == Scope::kPart) check.name += ", part of the score";
+      if (scope == Scope::kEnd) check.name += ", last measure";
       check.command = command;
       cases.push_back(std::move(check));
     }

@@ -16,8 +16,8 @@ std::string CommandName(int command);
 std::vector<PlannedCase> ExtensionCases();
 std::vector<PlannedCase> LanguageCases(const std::string& plugin);
 
-// Runs on a sound host, of every command on the whole score and on a part of it, in this order.
-inline constexpr Scope kScopes[] = {Scope::kWholeScore, Scope::kPart};
+// Runs on a sound host, of every command on the whole score, on a part of it and on its last measure, in this order.
+inline constexpr Scope kScopes[] = {Scope::kWholeScore, Scope::kPart, Scope::kEnd};
 std::vector<PlannedCase> RunsOfCommands(int command_count);
 
 // A command that a sound host finds no fault with, and what its run on the whole score answered.
