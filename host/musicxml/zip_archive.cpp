@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <memory>
 #include <pugixml.hpp>
@@ -24,6 +26,9 @@ struct DiscardArchive {
 struct CloseMember {
   void operator()(zip_file_t* file) const { zip_fclose(file); }
 };
+struct FreeMemory {
+  void operator()(void* memory) const { std::free(memory); }
+};
 struct FreeSource {
   void operator()(zip_source_t* source) const { zip_source_free(source); }
 };
@@ -36,12 +41,18 @@ using Source = std::unique_ptr<zip_source_t, FreeSource>;
   throw Error(message);
 }
 
-// `kept` receives the source when it must outlive the archive.
+// `kept` receives the source when it must outlive the archive. Such a source is to be written, and libzip then frees
+// the bytes that it shares with what it writes, whoever owns them: it gets bytes of its own.
 Archive Open(std::string_view bytes, Source* kept = nullptr) {
   zip_error_t error;
   zip_error_init(&error);
-  Source source(zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error));
+  std::unique_ptr<void, FreeMemory> own(kept != nullptr ? std::malloc(bytes.size()) : nullptr);
+  if (own != nullptr) std::memcpy(own.get(), bytes.data(), bytes.size());
+  if (kept != nullptr && own == nullptr) throw std::bad_alloc();
+  const void* const data = own != nullptr ? own.get() : bytes.data();
+  Source source(zip_source_buffer_create(data, bytes.size(), own != nullptr ? 1 : 0, &error));
   if (source == nullptr) Fail("the zip cannot be read", &error);
+  static_cast<void>(own.release());  // the source's now
   zip_t* archive = zip_open_from_source(source.get(), 0, &error);
   if (archive == nullptr) Fail("the zip cannot be read", &error);
   zip_error_fini(&error);

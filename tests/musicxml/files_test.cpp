@@ -79,7 +79,7 @@ TEST(Files, KeepTheirEncoding) {
 }
 
 TEST(Files, ArchivesKeepAllButTheScore) {
-  const Member picture{"a/picture.bin", std::string("\0\1\2\3", 4), ZIP_CM_STORE};
+  const Member picture{"a/picture.bin", std::string(5000, '\1'), ZIP_CM_STORE};  // stays, and is most of the zip
   const Member extra{"z.xml", "<other/>"};
   for (const zip_int32_t method : {ZIP_CM_STORE, ZIP_CM_DEFLATE}) {
     const std::string bytes = Zip({picture, Container("a/s.xml"), {"a/s.xml", ScoreText("n4v1 |"), method}, extra});
