@@ -69,7 +69,10 @@ verovio.module.calledRun ? read() : verovio.module.onRuntimeInitialized = read;
 def verovio_messages(path):
     """Whether Verovio reads the score, every note of it. Its warnings are of slurs and hairpins that have lost an end."""
     command = ["node", "-e", VEROVIO, DATA / "sokrun/node_modules/verovio"]
-    run = subprocess.run(command, input=text_of(path), capture_output=True, check=False)
+    text = text_of(path)
+    if text[:2] in (b"\xff\xfe", b"\xfe\xff"):
+        text = text.decode("utf-16").encode()
+    run = subprocess.run(command, input=text, capture_output=True, check=False)
     failed = ["cannot be run: " + run.stderr.decode(errors="replace")] if run.returncode else []
     return {"Verovio " + line for line in run.stdout.decode(errors="replace").splitlines() + failed}
 
