@@ -156,7 +156,7 @@ class MeasurePatch {
   bool InRelaidStream(std::size_t index) const;
   bool IsGapOfRelaid(std::size_t index) const;
   const Fraction* PlaceNeeded(std::size_t index) const;
-  void LayMove(std::vector<Piece>& laid, std::size_t owed, const Fraction& from, const Fraction& to);
+  void LayMove(Additions& added, std::size_t at, std::size_t owed, const Fraction& from, const Fraction& to);
   void LayMoves();
   void JoinDivisions();
   int Fifths() const;

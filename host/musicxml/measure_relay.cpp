@@ -430,15 +430,16 @@ const Fraction* MeasurePatch::PlaceNeeded(std::size_t index) const {
 }
 
 // Lays a <backup> or <forward> in place of one that was there, or anew.
-void MeasurePatch::LayMove(std::vector<Piece>& laid, std::size_t owed, const Fraction& from, const Fraction& to) {
+void MeasurePatch::LayMove(Additions& added, std::size_t at, std::size_t owed, const Fraction& from,
+                           const Fraction& to) {
   if (SameLength(from, to)) return;
   const bool back = to < from;
   const Fraction length = back ? from - to : to - from;
   const char* const name = back ? "backup" : "forward";
   const bool anew = owed == kNone;
   Piece fresh;
-  Piece& move = anew ? fresh : laid[owed];
-  const Fraction divisions = anew ? laid.empty() ? measure_.cell.divisions : laid.back().divisions : move.divisions;
+  Piece& move = anew ? fresh : pieces_[owed];
+  const Fraction divisions = anew ? DivisionsAt(at) : move.divisions;
   const Fraction finer = FinerFor(length, divisions);
   const std::string indentation(anew ? IndentationAt(pieces_.size()) : Indentation(text_, move.item->begin));
   std::string text;
@@ -459,14 +460,13 @@ void MeasurePatch::LayMove(std::vector<Piece>& laid, std::size_t owed, const Fra
   move.length = length;
   move.text = text;
   move.divisions = divisions;
-  if (anew) laid.push_back(std::move(fresh));
+  if (anew) added[at].push_back(std::move(fresh));
 }
 
 // Every note and everything that stands where the cursor is comes to its place; moves that lead elsewhere are laid
 // anew.
 void MeasurePatch::LayMoves() {
-  std::vector<Piece> laid;
-  laid.reserve(pieces_.size() + 1);
+  Additions added(pieces_.size() + 1);
   Fraction now;
   std::size_t owed = kNone;  // the first move since then that was taken away
   Fraction owed_to;
@@ -476,7 +476,7 @@ void MeasurePatch::LayMoves() {
     if (!piece.gone && piece.kind != ItemKind::kStanding && !move) {
       const Fraction* place = PlaceNeeded(i);
       if (place != nullptr && (owed != kNone || !InRelaidStream(i) || piece.kind == ItemKind::kNote)) {
-        LayMove(laid, owed, now, *place);
+        LayMove(added, i, owed, now, *place);
         now = *place;
         owed = kNone;
       }
@@ -489,13 +489,12 @@ void MeasurePatch::LayMoves() {
       } else {
         owed_to = piece.item->after;
         piece.gone = true;
-        owed = std::min(owed, laid.size());
+        owed = std::min(owed, i);
       }
     }
-    laid.push_back(std::move(piece));
   }
-  if (owed != kNone && now < owed_to) LayMove(laid, owed, now, owed_to);
-  pieces_ = std::move(laid);
+  if (owed != kNone && now < owed_to) LayMove(added, pieces_.size(), owed, now, owed_to);
+  Merge(std::move(added));
 }
 
 // Divisions that are given up and at once the same again need not be given up.
