@@ -23,6 +23,8 @@ TEST(Diff, SaysWhatPatchUnderstands) {
   EXPECT_EQ(sok::UnifiedDiff("a\nb\n", "a\nb\n", "x", "y"), "");
   EXPECT_EQ(sok::UnifiedDiff("a\nb\nc\nd\ne\nf\n", "a\nb\nc\nd\nE\nf\n", "x", "y"),
             "--- x\n+++ y\n@@ -2,5 +2,5 @@\n b\n c\n d\n-e\n+E\n f\n");
+  EXPECT_EQ(sok::UnifiedDiff("a\nb\nz\n", "c\nd\nz\n", "x", "y"),
+            "--- x\n+++ y\n@@ -1,3 +1,3 @@\n-a\n-b\n+c\n+d\n z\n");
   EXPECT_EQ(sok::UnifiedDiff("", "a", "x", "y"), "--- x\n+++ y\n@@ -0,0 +1 @@\n+a\n\\ No newline at end of file\n");
 }
 

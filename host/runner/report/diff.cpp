@@ -63,6 +63,16 @@ std::vector<std::size_t> Anchors(const Lines& lines) {
   return anchors;
 }
 
+// Of a change, what goes stands before what comes.
+void SortChanges(Script& script) {
+  for (auto at = script.begin(); at != script.end();) {
+    at = std::ranges::find_if_not(at, script.end(), &Step::Stays);
+    const auto end = std::ranges::find_if(at, script.end(), &Step::Stays);
+    std::ranges::partition(at, end, &Step::before);
+    at = end;
+  }
+}
+
 Script MakeScript(const Lines& a, const Lines& b) {
   Script script;
   const std::vector<std::size_t> in_a = Anchors(a), in_b = Anchors(b);
@@ -125,7 +135,8 @@ std::string UnifiedDiff(std::string_view before, std::string_view after, const s
                         const std::string& after_name) {
   if (before == after) return {};
   const Lines a = SplitLines(before), b = SplitLines(after);
-  const Script script = MakeScript(a, b);
+  Script script = MakeScript(a, b);
+  SortChanges(script);
   std::string out = "--- " + before_name + "\n+++ " + after_name + "\n";
   std::size_t a_line = 0, b_line = 0, behind = 0;  // the lines that belong to the step `behind`
   for (const Hunk& hunk : HunksOf(script)) {
