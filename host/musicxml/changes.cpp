@@ -117,7 +117,7 @@ std::vector<Change> FindChanges(const Model& model, const Document& document) {
     change.slot = place.instrument;  // instruments are numbered by slot
     change.measure = place.measure;
     change.layer = place.layer;
-    changes.push_back(std::move(change));
+    changes.push_back(change);
   });
   std::sort(changes.begin(), changes.end(), [](const Change& a, const Change& b) {
     return std::tie(a.measure, a.slot, a.layer) < std::tie(b.measure, b.slot, b.layer);

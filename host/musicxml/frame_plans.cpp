@@ -39,8 +39,9 @@ int FramePlans::Follower(const VoicePlace& at, int step) const {
   const Cell& cell = part.measures[measure];
   for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
     const VoiceCell& voice = part.cells[i];
-    if (voice.voice == part.cells[at.voice].voice)
+    if (voice.voice == part.cells[at.voice].voice) {
       return static_cast<int>(voice.first_entry + (step > 0 ? 1 : voice.entries));
+    }
   }
   return 0;
 }
@@ -83,8 +84,9 @@ void FramePlans::FindCutTies(int number) {
     EXENTRY entry{};
     const EXNOTE* const now = NoteNow(number, note, entry);
     for (const TieEnd end : {kTieStart, kTieStop}) {
-      if (now != nullptr && (ties & end) != 0 && (now->flags & FlagOf(end)) == 0)
+      if (now != nullptr && (ties & end) != 0 && (now->flags & FlagOf(end)) == 0) {
         loose_ends_[number].push_back({note, end});
+      }
     }
   }
 }
@@ -115,7 +117,7 @@ bool FramePlans::HasPartner(int number, const EXNOTE& note, TieEnd end) const {
   const auto spot = document_.FindEntry(number);
   FramePlace place = spot->place;
   std::vector<EXENTRY> entries = document_.Entries(place);
-  for (auto i = std::ptrdiff_t{spot->index} + step;; i += step) {
+  for (std::ptrdiff_t i = spot->index + step;; i += step) {
     if (i < 0 || i >= std::ssize(entries)) {
       if (place.measure != spot->place.measure) return false;
       place.measure = static_cast<short>(place.measure + step);

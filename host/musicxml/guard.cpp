@@ -49,8 +49,9 @@ bool IsSaved(const Model& model, const Entry& entry, const EXENTRY& saved, bool 
   if (rest == ((saved.flags & kEntryIsNote) != 0)) return false;
   const bool whole = rest && lone && saved.duration == kWholeRestDuration;
   if (whole ? (entry.flags & (kBarRest | kUntyped)) == 0 && entry.duration != saved.duration
-            : entry.duration != saved.duration)
+            : entry.duration != saved.duration) {
     return false;
+  }
   if (rest) {
     const bool placed = (entry.flags & kPlaced) != 0;
     return placed == ((saved.flags & kEntryRestPlaced) != 0) &&

@@ -538,8 +538,9 @@ int MeasurePatch::Fifths() const {
   int fifths = measure_.cell.fifths;
   for (const Piece& piece : pieces_) {
     if (piece.item == nullptr || !piece.item->before.IsZero()) continue;
-    if (const pugi::xml_node key = piece.item->node.child("key"))
+    if (const pugi::xml_node key = piece.item->node.child("key")) {
       fifths = std::clamp(SmallNumber(key.child_value("fifths")), -7, 7);
+    }
   }
   return fifths;
 }

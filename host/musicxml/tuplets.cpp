@@ -40,8 +40,9 @@ void AddTuplets(const ReaderContext& context, const OpenMeasure& measure) {
   };
   std::map<std::pair<std::string_view, int>, Open> voices;
   const auto close = [&](Open& open) {
-    if (open.tuplet.notes != 0)
+    if (open.tuplet.notes != 0) {
       context.document.records.Save(record_tags::kTuplet, KeyOf(open.entry), &open.tuplet, sizeof open.tuplet);
+    }
     open = {};
   };
   for (std::size_t i = 0; i < measure.parts.items.size(); ++i) {

@@ -182,8 +182,9 @@ class Writer {
   std::vector<EXENTRY> EntriesOf(const Change& change) const {
     std::vector<EXENTRY> entries = document_.Entries({change.slot, change.measure, change.layer});
     for (const EXENTRY& entry : entries) {
-      if (!document_.WasHandedOut(entry.number))
+      if (!document_.WasHandedOut(entry.number)) {
         throw Error("entry number " + std::to_string(entry.number) + " was never handed out");
+      }
     }
     return entries;
   }

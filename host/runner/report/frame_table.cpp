@@ -54,8 +54,9 @@ const char* KindOf(const EXENTRY& entry) {
 using Tuplets = std::map<int, std::string>;
 
 void AddTuplets(const Document& document, std::span<const EXENTRY> entries, Tuplets& tuplets) {
-  for (const auto& [number, tuplet] : TupletsIn(document, entries))
+  for (const auto& [number, tuplet] : TupletsIn(document, entries)) {
     tuplets[number] = std::to_string(tuplet.notes) + ":" + std::to_string(tuplet.in_time_of);
+  }
 }
 
 std::vector<ShownEntry> Shown(const std::vector<EXENTRY>& entries, const Tuplets& tuplets) {
@@ -73,8 +74,9 @@ std::vector<std::string> FlagTexts(const ShownEntry& shown) {
     return std::ranges::any_of(NotesOf(entry), [flag](const EXNOTE& note) { return (note.flags & flag) != 0; });
   };
   std::vector<std::string> texts = {KindOf(entry)};
-  if (!IsNote(entry) && (entry.flags & kEntryRestPlaced) != 0 && entry.noteCount > 0)
+  if (!IsNote(entry) && (entry.flags & kEntryRestPlaced) != 0 && entry.noteCount > 0) {
     texts.push_back("at " + PitchText({entry.notes[0].first, 0, 0, 0}));
+  }
   if ((entry.flags & kEntryIsGrace) != 0) texts.emplace_back("grace");
   if (!shown.tuplet.empty()) texts.push_back("tuplet " + shown.tuplet);
   if (any(kNoteTieStart)) texts.emplace_back("tied to next");

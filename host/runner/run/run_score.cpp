@@ -59,8 +59,9 @@ void WarnOfLeftOpen(const std::string& command, const Session& session, std::vec
   const std::string subject = "the command \"" + command + "\" did not ";
   if (session.frames_held != 0) warnings.push_back(subject + "free " + Counted(session.frames_held, "frame"));
   for (const std::string& text : session.open_edits) warnings.push_back(subject + "end its edit \"" + text + "\"");
-  if (session.mass_edits_open != 0)
+  if (session.mass_edits_open != 0) {
     warnings.push_back(subject + "end " + Counted(session.mass_edits_open, "mass edit"));
+  }
 }
 
 // The extension, run over all invocations; the command's name.
@@ -78,8 +79,9 @@ std::string Invoke(const RunOptions& options, Score& score, const std::vector<In
                      Counted(count, "command") + (count > 0 ? ", from 0" : ""));
   }
   for (const Invocation& invocation : invocations) {
-    for (short layer = 0; layer < kLayers; ++layer)
+    for (short layer = 0; layer < kLayers; ++layer) {
       session.document->SetLayerShown(layer, invocation.layer_shown[layer]);
+    }
     EREGION region = invocation.Region(*session.document);
     bundle.Invoke(options.command, &region);
   }
