@@ -55,8 +55,9 @@ void AddRecordsCommand(CLI::App& app, int&) {
       "Examples:\n  sokrun records song.mxl\n  sokrun records song.mxl --tag ot14 --tag pf");
   command.callback([input, tags] {
     const std::unique_ptr<Score> score = ReadScore(*input, {.document_data = true});
-    if (PrintTable(std::cout, score->document(), *tags) == 0)
+    if (PrintTable(std::cout, score->document(), *tags) == 0) {
       std::cerr << ShownText(*input) << ": no records of that tag\n";
+    }
   });
 }
 

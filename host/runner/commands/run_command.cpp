@@ -63,8 +63,9 @@ void SetReadOptions(const RawOptions& raw, ReadOptions& read) {
 void SetRunOptions(const RawOptions& raw, RunOptions& options) {
   for (const std::string& hidden : raw.hide_layers) options.selection.hidden_layers.push_back(ParseHiddenLayer(hidden));
   for (const std::string& layers : raw.allow_hidden) {
-    for (const std::string_view layer : Split(layers, ','))
+    for (const std::string_view layer : Split(layers, ',')) {
       options.count_hidden[ParseLayer(layer, "--allow-hidden")] = true;
+    }
   }
   SetReadOptions(raw, options.read);
   options.read.document_data = options.purpose == Purpose::kOther;
@@ -166,8 +167,9 @@ void AddOutputOptions(CLI::App& command, RunOptions& options) {
       command.add_flag("--check", options.check, "Write nothing; exit 3 when something would change")->group(kGroup);
   in_place->excludes(output)->excludes(folder);
   folder->excludes(output);
-  for (CLI::Option* const nothing_written : {dry_run, check})
+  for (CLI::Option* const nothing_written : {dry_run, check}) {
     nothing_written->excludes(output)->excludes(in_place)->excludes(folder);
+  }
   AddJobsOption(command, options.jobs);
   command.get_option("--jobs")->group(kGroup);
 }

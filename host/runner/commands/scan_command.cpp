@@ -150,8 +150,9 @@ long Worse(const Json& file) {
 std::string ScanPage(const ScanOptions& options, const std::string& summary, const Json& files) {
   Json data = {{"title", "What there is to do"}, {"summary", summary}, {"files", Json::array()}};
   for (const FindingText& finding : kTexts) {
-    if (options.Wants(finding.code))
+    if (options.Wants(finding.code)) {
       data["kinds"].push_back({{"code", std::string(finding.noun) + "s"}, {"text", finding.text}});
+    }
   }
   std::vector<Json> sorted(files.begin(), files.end());
   std::ranges::stable_sort(sorted, std::greater(),

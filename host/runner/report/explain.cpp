@@ -84,8 +84,9 @@ Verdict ExplainChange(const std::vector<Change>& changes, const std::vector<Laye
                       const Settings& settings) {
   const Change& first = changes.front();
   const bool shown = settings.layer_shown[first.layer];
-  if (!AreOneKind(changes) || first.kind == ChangeKind::kOther)
+  if (!AreOneKind(changes) || first.kind == ChangeKind::kOther) {
     return {Outcome::kChanged, Reason::kOtherChange, first.layer, shown};
+  }
   if (first.kind == ChangeKind::kCleared) {
     return {Outcome::kCleared, ReasonOf(layers[static_cast<std::size_t>(first.layer)]), first.layer, shown};
   }

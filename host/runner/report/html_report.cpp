@@ -86,8 +86,9 @@ Json Grid(const Score& score, const ScoreReport& report, bool only_changed) {
 
   Json grid = {{"hint", false}};
   if (large) grid["hint"] = "The score is large: the grid shows the measures in which something changed.";
-  if (left > 0)
+  if (left > 0) {
     grid["hint"] = "The score is large: the grid shows the first " + std::to_string(most) + " changed measures.";
+  }
   grid["measures"] = GridHead(score, measures);
   for (const auto& row : by_slot) grid["rows"].push_back(GridRow(score, report, row, measures));
   return grid;

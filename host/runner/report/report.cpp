@@ -32,8 +32,9 @@ std::string KeptText(const ScoreReport& report) {
 
 std::string Summary(const ScoreReport& report, Detail detail) {
   std::string text = Counted(report.changed, "staff-measure") + " changed; ";
-  if (report.purpose != Purpose::kOther)
+  if (report.purpose != Purpose::kOther) {
     text = Counted(report.RestsIn(), "rest") + " in, " + Counted(report.RestsOut(), "rest") + " out; ";
+  }
   const long kept = report.selected - report.changed;
   text += std::to_string(kept) + " of " + Counted(report.selected, "staff-measure") + " kept";
   const std::string reasons = detail == Detail::kChanged ? "" : KeptText(report);

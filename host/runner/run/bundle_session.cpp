@@ -149,8 +149,9 @@ void BundleSession::Enumerate() {
   EMENUCOMMAND record{};
   for (int index = 0; index < kMostCommands && enumerate(&session_, index, &record) != 0; ++index) {
     ExtensionMenuItem item;
-    for (int text = 0; text < 3; ++text)
+    for (int text = 0; text < 3; ++text) {
       item.texts[text] = Utf8FromUtf16(record.text[text], std::size(record.text[text]));
+    }
     commands_.push_back(std::move(item));
     record = {};
   }

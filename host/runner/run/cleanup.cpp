@@ -47,10 +47,11 @@ bool WorkersLeft() {
   bool left = false;
   for (auto& worker : workers) {
     if (worker == 0) continue;
-    if (!HasEnded(worker))
+    if (!HasEnded(worker)) {
       left = true;
-    else if (worker > 0)  // a group may outlive its leader
+    } else if (worker > 0) {  // a group may outlive its leader
       worker = 0;
+    }
   }
   return left;
 }

@@ -225,8 +225,9 @@ std::vector<Invocation> PlanInvocations(const Score& score, const Selection& sel
       }
     }
   }
-  if (invocations.empty())
+  if (invocations.empty()) {
     ThrowNothingSelected({warnings.begin() + static_cast<std::ptrdiff_t>(known), warnings.end()});
+  }
   return invocations;
 }
 
