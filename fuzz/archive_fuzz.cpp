@@ -6,8 +6,8 @@
 #include <string_view>
 
 #include "host/errors.h"
-#include "host/musicxml/archive.h"
 #include "host/musicxml/limits.h"
+#include "host/musicxml/text/archive.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view archive(reinterpret_cast<const char*>(data), size);

@@ -4,14 +4,14 @@
 #include <optional>
 
 #include "host/errors.h"
-#include "host/musicxml/archive.h"
-#include "host/musicxml/changes.h"
-#include "host/musicxml/document_data.h"
-#include "host/musicxml/encoding.h"
 #include "host/musicxml/frames.h"
-#include "host/musicxml/markup.h"
-#include "host/musicxml/reader.h"
-#include "host/musicxml/writer.h"
+#include "host/musicxml/reading/reader.h"
+#include "host/musicxml/records/document_data.h"
+#include "host/musicxml/text/archive.h"
+#include "host/musicxml/text/encoding.h"
+#include "host/musicxml/text/markup.h"
+#include "host/musicxml/writing/changes.h"
+#include "host/musicxml/writing/writer.h"
 
 namespace sok {
 

@@ -4,8 +4,8 @@
 #include <zip.h>
 
 #include "host/errors.h"
-#include "host/musicxml/archive.h"
-#include "host/musicxml/encoding.h"
+#include "host/musicxml/text/archive.h"
+#include "host/musicxml/text/encoding.h"
 #include "tests/musicxml/score_text.h"
 
 namespace sok {

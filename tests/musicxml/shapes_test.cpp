@@ -1,5 +1,5 @@
 // The lines of a score, as the kit's smart shapes find them.
-#include "host/musicxml/shapes.h"
+#include "host/musicxml/records/shapes.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include "SokExtShared/LIB/text/instrument_names.h"
 #include "SokExtShared/LIB/text/measure_texts.h"
 #include "SokExtShared/LIB/text/page_texts.h"
-#include "host/musicxml/texts.h"
+#include "host/musicxml/records/texts.h"
 #include "tests/support/test_host.h"
 #include "tests/text/units.h"
 

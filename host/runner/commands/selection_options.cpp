@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <thread>
 
-#include "host/musicxml/markup.h"
+#include "host/musicxml/text/markup.h"
 #include "host/runner/report/text.h"
 
 namespace sok {

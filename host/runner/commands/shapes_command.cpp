@@ -8,7 +8,7 @@
 
 #include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/document.h"
-#include "host/musicxml/shapes.h"
+#include "host/musicxml/records/shapes.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
 #include "host/runner/report/text.h"

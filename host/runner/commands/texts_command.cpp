@@ -9,7 +9,7 @@
 #include "host/engine/document.h"
 #include "host/engine/host_text.h"
 #include "host/musicxml/frames.h"
-#include "host/musicxml/texts.h"
+#include "host/musicxml/records/texts.h"
 #include "host/runner/commands/commands.h"
 #include "host/runner/files/input.h"
 #include "host/runner/report/shown_text.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/musicxml/archive.h"
+#include "host/musicxml/text/archive.h"
 #include "host/runner/report/text.h"
 
 namespace sok {

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "host/errors.h"
-#include "host/musicxml/archive.h"
+#include "host/musicxml/text/archive.h"
 #include "host/runner/report/text.h"
 
 namespace sok {

@@ -8,7 +8,7 @@
 
 #include "SokExtShared/SokEDK/Source/edk/entries.h"
 #include "host/musicxml/frames.h"
-#include "host/musicxml/tuplets.h"
+#include "host/musicxml/records/tuplets.h"
 
 namespace sok {
 namespace {

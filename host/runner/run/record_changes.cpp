@@ -6,11 +6,11 @@
 
 #include "SokExtShared/SokEDK/Source/record_tags.h"
 #include "host/engine/session.h"
-#include "host/musicxml/articulations.h"
 #include "host/musicxml/frames.h"
-#include "host/musicxml/shapes.h"
-#include "host/musicxml/texts.h"
-#include "host/musicxml/tuplets.h"
+#include "host/musicxml/records/shapes.h"
+#include "host/musicxml/records/texts.h"
+#include "host/musicxml/records/tuplets.h"
+#include "host/musicxml/writing/articulations.h"
 #include "host/runner/report/report.h"
 #include "host/runner/report/text.h"
 

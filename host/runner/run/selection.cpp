@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "host/errors.h"
-#include "host/musicxml/markup.h"
+#include "host/musicxml/text/markup.h"
 #include "host/runner/report/text.h"
 
 namespace sok {

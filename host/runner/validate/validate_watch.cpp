@@ -11,7 +11,7 @@
 #include <unordered_map>
 
 #include "SokExtShared/SokEDK/Source/sonkelpdk/host_entry_points.h"
-#include "host/musicxml/note_text.h"
+#include "host/musicxml/writing/note_text.h"
 #include "host/runner/report/text.h"
 #include "host/runner/run/host_functions.h"
 
