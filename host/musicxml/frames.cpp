@@ -34,17 +34,17 @@ int MiddleLine(const Model& model, short slot) {
 
 short ModelFrames::Count(const FramePlace& place) const {
   std::uint32_t count = 0;
-  model_.ForEachVoice(place.instrument, place.measure, place.layer, [&](const Voice&, const VoiceCell& voice) {
-    if (!model_.IsLeftOut(voice, place.measure)) count += voice.entries;
+  model_.ForEachVoice(place.instrument, place.measure, place.layer, [&](const Voice&, const VoiceMeasure& voice) {
+    if (!model_.IsLeftOut(voice, place.measure)) count += voice.entry_count;
   });
   return static_cast<short>(std::min(count, kMostEntries));
 }
 
 void ModelFrames::Fill(const FramePlace& place, EXENTRY* entries) const {
   std::uint32_t count = 0;
-  model_.ForEachVoice(place.instrument, place.measure, place.layer, [&](const Voice&, const VoiceCell& voice) {
+  model_.ForEachVoice(place.instrument, place.measure, place.layer, [&](const Voice&, const VoiceMeasure& voice) {
     if (model_.IsLeftOut(voice, place.measure)) return;
-    for (std::uint32_t i = 0; i < voice.entries && count < kMostEntries; ++i, ++count) {
+    for (std::uint32_t i = 0; i < voice.entry_count && count < kMostEntries; ++i, ++count) {
       FillOne({&voice, place}, i, entries[count]);
     }
   });
@@ -56,18 +56,20 @@ void ModelFrames::FillOne(const Spot& spot, std::uint32_t index, EXENTRY& entry)
   entry.number = static_cast<int>(spot.voice->first_entry + index + 1);
   entry.duration = whole ? kWholeRestDuration : from.duration;
   entry.flags = kEntryLegal | ((from.flags & kGrace) != 0 ? kEntryIsGrace : 0);
-  entry.noteCount = from.notes;
+  entry.noteCount = from.note_count;
   if ((from.flags & kRest) != 0) {
     const bool placed = (from.flags & kPlaced) != 0;
     entry.flags |= kEntryHasRestNote | (whole || placed ? kEntryRestPlaced : 0);
     if (whole) entry.host12 = kRestHostWord;
-    const int step = placed ? model_.pitches[from.pitch].step : whole ? MiddleLine(model_, spot.place.instrument) : 0;
+    const int step = placed  ? model_.pitches[from.first_pitch].step
+                     : whole ? MiddleLine(model_, spot.place.instrument)
+                             : 0;
     SetNote(entry.notes[0], 1, step, 0);
     return;
   }
   entry.flags |= kEntryIsNote;
-  for (int n = 0; n < from.notes; ++n) {
-    const Pitch& pitch = model_.pitches[from.pitch + static_cast<std::uint32_t>(n)];
+  for (int n = 0; n < from.note_count; ++n) {
+    const Pitch& pitch = model_.pitches[from.first_pitch + static_cast<std::uint32_t>(n)];
     SetNote(entry.notes[n], n + 1, pitch.step, pitch.alter);
     entry.notes[n].flags |= (pitch.ties & kTieStart) != 0 ? kNoteTieStart : 0;
     entry.notes[n].flags |= (pitch.ties & kTieStop) != 0 ? kNoteTieStop : 0;
@@ -77,17 +79,17 @@ void ModelFrames::FillOne(const Spot& spot, std::uint32_t index, EXENTRY& entry)
 ModelFrames::Spot ModelFrames::SpotOf(int number) const {
   if (number < 1 || number > LastNumber()) return {};
   const auto entry = static_cast<std::uint32_t>(number - 1);
-  const auto holds = [entry](const VoiceCell& voice) { return entry - voice.first_entry < voice.entries; };
+  const auto holds = [entry](const VoiceMeasure& voice) { return entry - voice.first_entry < voice.entry_count; };
   if (last_.voice != nullptr && holds(*last_.voice)) return last_;
   const auto hint = last_.voice == nullptr ? 0 : static_cast<std::size_t>(model_.StaffAt(last_.place.instrument).part);
   for (std::size_t i = 0; i < model_.parts.size(); ++i) {
     const Part& part = model_.parts[(hint + i) % model_.parts.size()];
     // Both the voices of a part and its measures stand in the order of their entries.
-    const auto behind = std::ranges::upper_bound(part.cells, entry, {}, &VoiceCell::first_entry);
+    const auto behind = std::ranges::upper_bound(part.cells, entry, {}, &VoiceMeasure::first_entry);
     if (behind == part.cells.begin() || !holds(*(behind - 1))) continue;
-    const VoiceCell& voice = *(behind - 1);
+    const VoiceMeasure& voice = *(behind - 1);
     const auto index = static_cast<std::uint32_t>(&voice - part.cells.data());
-    const auto cell = std::ranges::upper_bound(part.measures, index, {}, &Cell::first_voice) - 1;
+    const auto cell = std::ranges::upper_bound(part.measures, index, {}, &PartMeasure::first_voice) - 1;
     const auto measure = static_cast<short>(cell - part.measures.begin() + 1);
     if (model_.IsLeftOut(voice, measure)) return {};
     return last_ = {&voice, {static_cast<short>(part.first_slot + voice.home - 1), measure, voice.layer}};
@@ -101,9 +103,9 @@ std::optional<EntrySource::Position> ModelFrames::Find(int number) const {
   const auto& [instrument, measure, layer] = spot.place;
   std::uint32_t at = static_cast<std::uint32_t>(number - 1) - spot.voice->first_entry;
   bool before = true;
-  model_.ForEachVoice(instrument, measure, layer, [&](const Voice&, const VoiceCell& other) {
+  model_.ForEachVoice(instrument, measure, layer, [&](const Voice&, const VoiceMeasure& other) {
     before = before && &other != spot.voice;
-    if (before && !model_.IsLeftOut(other, spot.place.measure)) at += other.entries;
+    if (before && !model_.IsLeftOut(other, spot.place.measure)) at += other.entry_count;
   });
   if (at >= kMostEntries) return std::nullopt;
   return Position{spot.place, static_cast<short>(at)};

@@ -44,7 +44,7 @@ class ModelFrames : public EntrySource {
 
  private:
   struct Spot {
-    const VoiceCell* voice = nullptr;  // null: the number is not in use
+    const VoiceMeasure* voice = nullptr;  // null: the number is not in use
     FramePlace place;
   };
   Spot SpotOf(int number) const;

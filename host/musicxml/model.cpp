@@ -16,7 +16,7 @@ namespace {
 using VoiceOrder = std::vector<std::uint16_t>;
 
 // A voice that has no layer on a staff yet joins the order of those that are to have one.
-void Settle(Part& part, const VoiceCell& cell, std::size_t measure, VoiceOrder& order) {
+void Settle(Part& part, const VoiceMeasure& cell, std::size_t measure, VoiceOrder& order) {
   Voice& voice = part.voices[cell.voice];
   if (voice.HomeOn(cell.home) != nullptr) return;
   voice.homes.push_back({cell.home, -1, static_cast<int>(measure), false});
@@ -36,14 +36,14 @@ struct Company {
 
 std::map<std::uint16_t, Company> CompanyOn(const Model& model, const Part& part, int staff) {
   std::map<std::uint16_t, Company> all;
-  std::vector<const VoiceCell*> here;
+  std::vector<const VoiceMeasure*> here;
   for (std::size_t measure = 0; measure < part.measures.size(); ++measure) {
-    const Cell& cell = part.measures[measure];
+    const PartMeasure& cell = part.measures[measure];
     here.clear();
-    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
+    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voice_count; ++i) {
       if (part.cells[i].home == staff) here.push_back(&part.cells[i]);
     }
-    for (const VoiceCell* const voice : here) {
+    for (const VoiceMeasure* const voice : here) {
       Company& company = all[voice->voice];
       company.whole_rests =
           company.whole_rests && here.size() <= 2 && model.IsWholeRest(*voice, static_cast<short>(measure + 1));
@@ -90,24 +90,24 @@ void OrderLayers(const Model& model, Part& part, int staff, VoiceOrder order) {
 void AssignLayers(const Model& model, Part& part) {
   std::vector<VoiceOrder> orders(static_cast<std::size_t>(part.staves));
   for (std::size_t measure = 0; measure < part.measures.size(); ++measure) {
-    const Cell& cell = part.measures[measure];
-    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
+    const PartMeasure& cell = part.measures[measure];
+    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voice_count; ++i) {
       Settle(part, part.cells[i], measure, orders[static_cast<std::size_t>(part.cells[i].home - 1)]);
     }
   }
   for (int staff = 1; staff <= part.staves; ++staff) {
     OrderLayers(model, part, staff, std::move(orders[static_cast<std::size_t>(staff - 1)]));
   }
-  for (VoiceCell& cell : part.cells) {
+  for (VoiceMeasure& cell : part.cells) {
     cell.layer = static_cast<std::uint8_t>(part.voices[cell.voice].HomeOn(cell.home)->layer);
   }
 }
 
-bool IsVisited(const Model& model, const Cell& cell, short slot) {
+bool IsVisited(const Model& model, const PartMeasure& cell, short slot) {
   const Part& part = model.PartOf(slot);
   const int staff = model.StaffOf(slot);
   const auto first = part.cells.begin() + cell.first_voice;
-  return std::any_of(first, first + cell.voices, [&](const VoiceCell& voice) {
+  return std::any_of(first, first + cell.voice_count, [&](const VoiceMeasure& voice) {
     return voice.home != staff && (voice.drawn_on & StaffBit(staff)) != 0;
   });
 }
@@ -125,15 +125,15 @@ bool Model::Holds(short slot, short measure) const {
          static_cast<std::size_t>(measure) <= measures.size();
 }
 
-const Cell* Model::CellOf(short slot, short measure) const {
+const PartMeasure* Model::PartMeasureOf(short slot, short measure) const {
   if (!Holds(slot, measure)) return nullptr;
   const Part& part = PartOf(slot);
   const auto index = static_cast<std::size_t>(measure - 1);
   return index < part.measures.size() ? &part.measures[index] : nullptr;
 }
 
-bool Model::IsWholeRest(const VoiceCell& voice, short measure) const {
-  if (voice.entries != 1) return false;
+bool Model::IsWholeRest(const VoiceMeasure& voice, short measure) const {
+  if (voice.entry_count != 1) return false;
   const Entry& entry = entries[voice.first_entry];
   if ((entry.flags & kRest) == 0 || (entry.flags & kGrace) != 0) return false;
   if ((entry.flags & kBarRest) != 0) return true;
@@ -141,20 +141,20 @@ bool Model::IsWholeRest(const VoiceCell& voice, short measure) const {
   return (entry.flags & kUntyped) != 0 ? SameLength(voice.length, length) : entry.duration == kWholeRestDuration;
 }
 
-bool Model::IsHiddenRest(const VoiceCell& voice, short measure) const {
+bool Model::IsHiddenRest(const VoiceMeasure& voice, short measure) const {
   return (entries[voice.first_entry].flags & kHidden) != 0 && IsWholeRest(voice, measure);
 }
 
-bool Model::IsLeftOut(const VoiceCell& voice, short measure) const {
+bool Model::IsLeftOut(const VoiceMeasure& voice, short measure) const {
   return options.hidden_rests == HiddenRests::kEmpty && IsHiddenRest(voice, measure);
 }
 
 bool Model::HandsOut(short slot, short measure, short layer) const {
-  const Cell* cell = CellOf(slot, measure);
+  const PartMeasure* cell = PartMeasureOf(slot, measure);
   if (cell == nullptr || (options.layers >> layer & 1) == 0) return false;
   bool own = false;
   bool kept = false;
-  ForEachVoice(slot, measure, layer, [&](const Voice&, const VoiceCell& voice) {
+  ForEachVoice(slot, measure, layer, [&](const Voice&, const VoiceMeasure& voice) {
     own = own || !IsLeftOut(voice, measure);
     kept = kept || (options.hidden_rests == HiddenRests::kKeep && IsHiddenRest(voice, measure));
   });
@@ -187,23 +187,23 @@ void AssignLayers(Model& model) {
 LayerFacts FactsOf(const Model& model, short slot, short measure, short layer) {
   LayerFacts facts;
   const int staff = model.Holds(slot, measure) ? model.StaffOf(slot) : 0;
-  const VoiceCell* first = nullptr;
+  const VoiceMeasure* first = nullptr;
   int sharing = 0;
   bool bar_rest = false;
   bool any_cue = false;
   bool no_full_notes = true;
   facts.hidden = true;
-  model.ForEachVoice(slot, measure, layer, [&](const Voice& owner, const VoiceCell& voice) {
+  model.ForEachVoice(slot, measure, layer, [&](const Voice& owner, const VoiceMeasure& voice) {
     ++sharing;
     if (first == nullptr) {
       first = &voice;
       facts.voice = owner.name;
     }
-    if (!model.IsLeftOut(voice, measure)) facts.entry_count += static_cast<int>(voice.entries);
+    if (!model.IsLeftOut(voice, measure)) facts.entry_count += static_cast<int>(voice.entry_count);
     facts.hidden = facts.hidden && voice.all_hidden;
     facts.cross_staff = facts.cross_staff || (voice.drawn_on & ~StaffBit(staff)) != 0;
     no_full_notes = no_full_notes && voice.no_full_notes;
-    for (std::uint32_t i = 0; i < voice.entries; ++i) {
+    for (std::uint32_t i = 0; i < voice.entry_count; ++i) {
       const std::uint8_t flags = model.entries[voice.first_entry + i].flags;
       facts.grace = facts.grace || (flags & kGrace) != 0;
       any_cue = any_cue || (flags & kCue) != 0;
@@ -212,7 +212,7 @@ LayerFacts FactsOf(const Model& model, short slot, short measure, short layer) {
   });
   if (first == nullptr) return {};
   const Entry& entry = model.entries[first->first_entry];
-  const bool lone = sharing == 1 && first->entries == 1 && (entry.flags & kRest) != 0;
+  const bool lone = sharing == 1 && first->entry_count == 1 && (entry.flags & kRest) != 0;
   const bool full = lone && model.IsWholeRest(*first, measure);
   facts.surplus = sharing > 1;
   facts.bar_rest_beside = bar_rest && facts.entry_count > 1;
@@ -234,7 +234,7 @@ Surroundings AroundOf(const Model& model, short slot, short measure) {
     if (range.kind == SignRange::kMeasureRepeat) around.measure_repeat = true;
     if (range.kind == SignRange::kSlash) around.slash = true;
   }
-  const Cell* cell = model.CellOf(slot, measure);
+  const PartMeasure* cell = model.PartMeasureOf(slot, measure);
   around.visited = cell != nullptr && IsVisited(model, *cell, slot);
   return around;
 }

@@ -32,19 +32,19 @@ enum EntryFlag : std::uint8_t {
 };
 
 struct Entry {
-  std::uint16_t duration = 0;  // as written, 1024 a quarter note
-  std::uint8_t notes = 0;      // 1 to 12; 1 for a rest
+  std::uint16_t duration = 0;   // as written, 1024 a quarter note
+  std::uint8_t note_count = 0;  // 1 to 12; 1 for a rest
   std::uint8_t flags = 0;
-  std::uint32_t pitch = 0;  // index of the first of its pitches
+  std::uint32_t first_pitch = 0;  // index in Model::pitches
 };
 
 // A part has 1 to 64 staves.
 constexpr std::uint64_t StaffBit(int staff) { return std::uint64_t{1} << (staff - 1); }
 
 // The entries of one voice in one measure of one part.
-struct VoiceCell {
+struct VoiceMeasure {
   std::uint32_t first_entry = 0;
-  std::uint32_t entries = 0;
+  std::uint32_t entry_count = 0;
   std::uint16_t voice = 0;  // index in Part::voices
   std::uint8_t home = 1;    // the staff of the part whose frames hold its entries in this measure
   std::uint8_t layer = 0;
@@ -56,11 +56,11 @@ struct VoiceCell {
 };
 
 // One measure of one part: the <measure> of a partwise score, the <part> of a timewise one.
-struct Cell {
+struct PartMeasure {
   std::size_t offset = 0;         // of its '<' in the text
   std::uint32_t size = 0;         // of its text
   std::uint32_t first_voice = 0;  // index in Part::cells
-  std::uint32_t voices = 0;
+  std::uint32_t voice_count = 0;
   std::uint64_t fingerprint = 0;  // of what stands beside the notes, and where
   std::uint64_t names = 0;        // the same wherever it stands
   Fraction divisions;             // in force at its start
@@ -103,8 +103,8 @@ struct Part {
   int staves = 1;
   short first_slot = 1;
   std::vector<Voice> voices;
-  std::vector<Cell> measures;
-  std::vector<VoiceCell> cells;
+  std::vector<PartMeasure> measures;
+  std::vector<VoiceMeasure> cells;
   std::vector<SignRange> ranges;
   std::vector<int> clef_middles;  // [staff - 1]: steps of the middle line from middle C, by the staff's first clef
 };
@@ -126,27 +126,27 @@ struct Model {
   const Staff& StaffAt(short slot) const { return staves[static_cast<std::size_t>(slot - 1)]; }
   const Part& PartOf(short slot) const { return parts[static_cast<std::size_t>(StaffAt(slot).part)]; }
   int StaffOf(short slot) const { return StaffAt(slot).staff; }
-  bool Holds(short slot, short measure) const;          // slot and measure exist
-  const Cell* CellOf(short slot, short measure) const;  // null: the part lacks the measure
+  bool Holds(short slot, short measure) const;                        // slot and measure exist
+  const PartMeasure* PartMeasureOf(short slot, short measure) const;  // null: the part lacks the measure
 
-  // Calls visit(const Voice&, const VoiceCell&) for every voice that has entries in a layer of a cell.
+  // Calls visit(const Voice&, const VoiceMeasure&) for every voice that has entries in a layer of a cell.
   template <typename Visitor>
   void ForEachVoice(short slot, short measure, short layer, Visitor&& visit) const {
-    const Cell* cell = CellOf(slot, measure);
+    const PartMeasure* cell = PartMeasureOf(slot, measure);
     if (cell == nullptr) return;
     const Part& part = PartOf(slot);
     const int staff = StaffOf(slot);
-    for (std::uint32_t i = 0; i < cell->voices; ++i) {
-      const VoiceCell& voice = part.cells[cell->first_voice + i];
+    for (std::uint32_t i = 0; i < cell->voice_count; ++i) {
+      const VoiceMeasure& voice = part.cells[cell->first_voice + i];
       if (voice.home == staff && voice.layer == layer) visit(part.voices[voice.voice], voice);
     }
   }
 
   // The only entry of a voice is a full rest: one that lasts 4096 in the host's terms.
-  bool IsWholeRest(const VoiceCell& voice, short measure) const;
-  bool IsHiddenRest(const VoiceCell& voice, short measure) const;  // the same, not printed
+  bool IsWholeRest(const VoiceMeasure& voice, short measure) const;
+  bool IsHiddenRest(const VoiceMeasure& voice, short measure) const;  // the same, not printed
   // The voice's only entry is left out of the frame: a full rest that is not printed, when the options say so.
-  bool IsLeftOut(const VoiceCell& voice, short measure) const;
+  bool IsLeftOut(const VoiceMeasure& voice, short measure) const;
   // Whether a layer of a cell is there for extensions: see ReadOptions for what keeps one back.
   bool HandsOut(short slot, short measure, short layer) const;
   // The voice that the staff's layer 0 has; null when nothing of the part belongs there.

@@ -114,13 +114,13 @@ LayerFacts Score::Facts(short slot, short measure, short layer) const {
 }
 
 Surroundings Score::Around(short slot, short measure) const { return AroundOf(impl_->model, slot, measure); }
-bool Score::Exists(short slot, short measure) const { return impl_->model.CellOf(slot, measure) != nullptr; }
+bool Score::Exists(short slot, short measure) const { return impl_->model.PartMeasureOf(slot, measure) != nullptr; }
 
 bool Score::LayerWhollyHidden(short slot, short layer) const {
   bool any = false;
   bool hidden = true;
   for (std::size_t measure = 1; measure <= impl_->model.measures.size(); ++measure) {
-    impl_->model.ForEachVoice(slot, static_cast<short>(measure), layer, [&](const Voice&, const VoiceCell& voice) {
+    impl_->model.ForEachVoice(slot, static_cast<short>(measure), layer, [&](const Voice&, const VoiceMeasure& voice) {
       any = true;
       hidden = hidden && voice.all_hidden;
     });

@@ -188,7 +188,7 @@ Fraction MeasureItems::LengthOf(pugi::xml_node node, std::string_view count, std
 
 void MeasureItems::ReadNote(Item& item) {
   NoteParts note{item, {}};
-  item.entry.notes = 1;
+  item.entry.note_count = 1;
   for (pugi::xml_node child = item.node.first_child(); child; child = child.next_sibling()) {
     const char* const name = child.name();
     for (const auto& [part, read] : kNoteParts) {

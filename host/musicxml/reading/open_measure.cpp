@@ -5,15 +5,15 @@
 namespace sok {
 namespace {
 
-const Cell& CellAt(const Model& model, int part, short measure) {
+const PartMeasure& PartMeasureAt(const Model& model, int part, short measure) {
   return model.parts[static_cast<std::size_t>(part)].measures[static_cast<std::size_t>(measure - 1)];
 }
 
 // The notes of a voice have its entries' numbers in the order of the text.
-std::vector<int> NumbersOf(const Part& part, const Cell& cell, const std::vector<Item>& items) {
+std::vector<int> NumbersOf(const Part& part, const PartMeasure& cell, const std::vector<Item>& items) {
   std::map<std::pair<std::string_view, int>, std::uint32_t> next;  // by voice
-  for (std::uint32_t i = 0; i < cell.voices; ++i) {
-    const VoiceCell& voice = part.cells[cell.first_voice + i];
+  for (std::uint32_t i = 0; i < cell.voice_count; ++i) {
+    const VoiceMeasure& voice = part.cells[cell.first_voice + i];
     const Voice& owner = part.voices[voice.voice];
     next[{owner.name, owner.key_staff}] = voice.first_entry;
   }
@@ -30,7 +30,7 @@ std::vector<int> NumbersOf(const Part& part, const Cell& cell, const std::vector
 }  // namespace
 
 OpenMeasure::OpenMeasure(const Model& model, std::string_view text, int in_part, short in_measure, unsigned int parse)
-    : cell(CellAt(model, in_part, in_measure)),
+    : cell(PartMeasureAt(model, in_part, in_measure)),
       part(in_part),
       measure(in_measure),
       begin(cell.offset),

@@ -15,7 +15,7 @@ struct OpenMeasure {
   OpenMeasure(const OpenMeasure&) = delete;
   OpenMeasure& operator=(const OpenMeasure&) = delete;
 
-  const Cell& cell;
+  const PartMeasure& cell;
   const int part;       // index
   const short measure;  // from 1
   std::size_t begin;    // of its '<' in the text

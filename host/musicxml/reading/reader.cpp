@@ -6,7 +6,7 @@
 
 #include "host/errors.h"
 #include "host/musicxml/limits.h"
-#include "host/musicxml/reading/cell_reader.h"
+#include "host/musicxml/reading/measure_reader.h"
 #include "host/musicxml/text/markup.h"
 #include "host/musicxml/text/skeleton.h"
 
@@ -234,7 +234,7 @@ class ScoreReader {
   std::string_view text_;
   Model model_;
   LineTable lines_;
-  CellReader cells_;
+  MeasureReader cells_;
   std::size_t at_ = 0;  // where reading is, for messages
   std::string skeleton_;
   std::vector<Skeleton::Range> cell_places_;  // empty: the tree is whole

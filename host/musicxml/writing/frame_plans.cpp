@@ -24,7 +24,7 @@ FramePlans::FramePlans(const Model& model, const Document& document, const std::
     if (change.kind == ChangeKind::kFilled) continue;
     const auto part = static_cast<std::size_t>(model.StaffAt(change.slot).part);
     const Part& owner = model.parts[part];
-    model.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice&, const VoiceCell& voice) {
+    model.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice&, const VoiceMeasure& voice) {
       FindLooseEnds({part, static_cast<std::size_t>(change.measure - 1),
                      static_cast<std::uint32_t>(&voice - owner.cells.data())});
     });
@@ -36,20 +36,20 @@ int FramePlans::Follower(const VoicePlace& at, int step) const {
   const Part& part = model_.parts[at.part];
   const std::size_t measure = at.measure + static_cast<std::size_t>(step);
   if (measure >= part.measures.size()) return 0;
-  const Cell& cell = part.measures[measure];
-  for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
-    const VoiceCell& voice = part.cells[i];
+  const PartMeasure& cell = part.measures[measure];
+  for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voice_count; ++i) {
+    const VoiceMeasure& voice = part.cells[i];
     if (voice.voice == part.cells[at.voice].voice) {
-      return static_cast<int>(voice.first_entry + (step > 0 ? 1 : voice.entries));
+      return static_cast<int>(voice.first_entry + (step > 0 ? 1 : voice.entry_count));
     }
   }
   return 0;
 }
 
 void FramePlans::FindLooseEnds(const VoicePlace& at) {
-  const VoiceCell& voice = model_.parts[at.part].cells[at.voice];
+  const VoiceMeasure& voice = model_.parts[at.part].cells[at.voice];
   const int first = static_cast<int>(voice.first_entry + 1);
-  const int last = first + static_cast<int>(voice.entries) - 1;
+  const int last = first + static_cast<int>(voice.entry_count) - 1;
   if (const int before = Follower(at, -1); before != 0) CheckTie(before, first);
   for (int number = first; number < last; ++number) CheckTie(number, number + 1);
   for (int number = first; number <= last; ++number) FindCutTies(number);
@@ -61,11 +61,11 @@ void FramePlans::CheckTie(int first, int second) {
   const Entry& a = model_.entries[static_cast<std::size_t>(first - 1)];
   const Entry& b = model_.entries[static_cast<std::size_t>(second - 1)];
   if (((a.flags | b.flags) & kRest) != 0) return;
-  for (std::size_t i = 0; i < a.notes; ++i) {
-    const Pitch& start = model_.pitches[a.pitch + i];
+  for (std::size_t i = 0; i < a.note_count; ++i) {
+    const Pitch& start = model_.pitches[a.first_pitch + i];
     if ((start.ties & kTieStart) == 0) continue;
-    for (std::size_t j = 0; j < b.notes; ++j) {
-      const Pitch& stop = model_.pitches[b.pitch + j];
+    for (std::size_t j = 0; j < b.note_count; ++j) {
+      const Pitch& stop = model_.pitches[b.first_pitch + j];
       if ((stop.ties & kTieStop) == 0 || stop.step != start.step || stop.alter != start.alter) continue;
       if (StillTied(first, i, second, j)) continue;
       Loosen(first, i, kTieStart);
@@ -78,8 +78,8 @@ void FramePlans::CheckTie(int first, int second) {
 void FramePlans::FindCutTies(int number) {
   const Entry& read = model_.entries[static_cast<std::size_t>(number - 1)];
   if ((read.flags & kRest) != 0) return;
-  for (std::size_t note = 0; note < read.notes; ++note) {
-    const std::uint8_t ties = model_.pitches[read.pitch + note].ties;
+  for (std::size_t note = 0; note < read.note_count; ++note) {
+    const std::uint8_t ties = model_.pitches[read.first_pitch + note].ties;
     if (ties == 0) continue;
     EXENTRY entry{};
     const EXNOTE* const now = NoteNow(number, note, entry);

@@ -24,15 +24,16 @@ struct Trace {
 
 bool operator<(const Trace& a, const Trace& b) { return std::tie(a.voice, a.staff) < std::tie(b.voice, b.staff); }
 
-std::vector<Trace> TracesOf(const Model& model, const Part& part, const Cell& cell) {
+std::vector<Trace> TracesOf(const Model& model, const Part& part, const PartMeasure& cell) {
   std::vector<Trace> traces;
-  for (std::uint32_t i = 0; i < cell.voices; ++i) {
-    const VoiceCell& voice = part.cells[cell.first_voice + i];
+  for (std::uint32_t i = 0; i < cell.voice_count; ++i) {
+    const VoiceMeasure& voice = part.cells[cell.first_voice + i];
     const Voice& owner = part.voices[voice.voice];
     const Entry& first = model.entries[voice.first_entry];
     const bool marked = (first.flags & (kBarRest | kUntyped)) != 0 || first.duration == kWholeRestDuration;
     const bool full_rest = marked && (first.flags & kRest) != 0;
-    traces.push_back({owner.name, owner.key_staff, voice.fingerprint, voice.entries, full_rest, cell.first_voice + i});
+    traces.push_back(
+        {owner.name, owner.key_staff, voice.fingerprint, voice.entry_count, full_rest, cell.first_voice + i});
   }
   std::sort(traces.begin(), traces.end());
   return traces;
@@ -55,11 +56,11 @@ bool IsSaved(const Model& model, const Entry& entry, const EXENTRY& saved, bool 
   if (rest) {
     const bool placed = (entry.flags & kPlaced) != 0;
     return placed == ((saved.flags & kEntryRestPlaced) != 0) &&
-           (!placed || model.pitches[entry.pitch].step == PlaceOfRest(saved));
+           (!placed || model.pitches[entry.first_pitch].step == PlaceOfRest(saved));
   }
-  if (entry.notes != saved.noteCount) return false;
+  if (entry.note_count != saved.noteCount) return false;
   for (int i = 0; i < saved.noteCount; ++i) {
-    const Pitch& pitch = model.pitches[entry.pitch + static_cast<std::uint32_t>(i)];
+    const Pitch& pitch = model.pitches[entry.first_pitch + static_cast<std::uint32_t>(i)];
     if (pitch.step != saved.notes[i].first || pitch.alter != saved.notes[i].second) return false;
     if (((pitch.ties & kTieStart) != 0) != ((saved.notes[i].flags & kNoteTieStart) != 0)) return false;
     if (((pitch.ties & kTieStop) != 0) != ((saved.notes[i].flags & kNoteTieStop) != 0)) return false;
@@ -71,11 +72,11 @@ bool IsSaved(const Model& model, const Entry& entry, const EXENTRY& saved, bool 
 // notes stand.
 bool IsAsSaved(const Model& again, const VoiceChange& change, const Trace& trace, std::uint64_t drawn_before) {
   if (change.entries.empty()) return trace.entries == 1 && trace.full_rest;
-  const VoiceCell& voice = again.parts[0].cells[trace.cell];
+  const VoiceMeasure& voice = again.parts[0].cells[trace.cell];
   const bool at_home = change.home == 0 || voice.home == change.home || (drawn_before & StaffBit(voice.home)) != 0;
-  if (!at_home || voice.entries != change.entries.size()) return false;
-  for (std::uint32_t i = 0; i < voice.entries; ++i) {
-    if (!IsSaved(again, again.entries[voice.first_entry + i], change.entries[i], voice.entries == 1)) return false;
+  if (!at_home || voice.entry_count != change.entries.size()) return false;
+  for (std::uint32_t i = 0; i < voice.entry_count; ++i) {
+    if (!IsSaved(again, again.entries[voice.first_entry + i], change.entries[i], voice.entry_count == 1)) return false;
   }
   return true;
 }
@@ -113,14 +114,14 @@ void Guard::Read(std::string_view measure, const Fraction& divisions) {
   reader_.Read(0, state, tree_.document_element(), 0, text_.size());
 }
 
-bool Guard::Passes(const Part& part, const Cell& cell, std::string_view patched,
+bool Guard::Passes(const Part& part, const PartMeasure& cell, std::string_view patched,
                    const std::vector<VoiceChange>& voices) {
   try {
     Read(patched, cell.divisions);
   } catch (const Error&) {
     return false;
   }
-  const Cell& is = again_.parts[0].measures[0];
+  const PartMeasure& is = again_.parts[0].measures[0];
   std::vector<Trace> before = TracesOf(model_, part, cell);
   std::vector<Trace> after = TracesOf(again_, again_.parts[0], is);
   bool relaid = false;  // then what stands among the notes moves with them

@@ -8,7 +8,7 @@
 
 #include "SokExtShared/SokEDK/Source/frame_records.h"
 #include "host/musicxml/model.h"
-#include "host/musicxml/reading/cell_reader.h"
+#include "host/musicxml/reading/measure_reader.h"
 
 namespace sok {
 
@@ -28,7 +28,8 @@ class Guard {
 
   // Reads the text of a patched measure again, by its own means: but for the voices named everything in it must be what
   // and where it was, and they what was to come.
-  bool Passes(const Part& part, const Cell& cell, std::string_view patched, const std::vector<VoiceChange>& voices);
+  bool Passes(const Part& part, const PartMeasure& cell, std::string_view patched,
+              const std::vector<VoiceChange>& voices);
 
  private:
   void Read(std::string_view measure, const Fraction& divisions);
@@ -36,7 +37,7 @@ class Guard {
   const Model& model_;
   Model again_;  // of one part with one measure
   LineTable lines_;
-  CellReader reader_;
+  MeasureReader reader_;
   std::string text_;
   pugi::xml_document tree_;
 };

@@ -29,8 +29,8 @@ struct EntryRange {
   int first = 0;
   int end = 0;
 
-  static EntryRange Of(const VoiceCell& voice) {
-    return {static_cast<int>(voice.first_entry + 1), static_cast<int>(voice.first_entry + voice.entries + 1)};
+  static EntryRange Of(const VoiceMeasure& voice) {
+    return {static_cast<int>(voice.first_entry + 1), static_cast<int>(voice.first_entry + voice.entry_count + 1)};
   }
   bool Holds(int entry) const { return entry >= first && entry < end; }
 };

@@ -42,7 +42,7 @@ class Writer {
           std::find_if(first, tasks.end(), [&](const Task& other) { return task.offset != other.offset; });
       result.append(text_, from, task.offset - from);
       Apply(task, {first, last}, result);
-      from = task.offset + CellOf(task).size;
+      from = task.offset + PartMeasureOf(task).size;
       first = last;
     }
     ThrowRefusals();
@@ -59,7 +59,7 @@ class Writer {
     const Change* change = nullptr;
   };
 
-  const Cell& CellOf(const Task& task) const {
+  const PartMeasure& PartMeasureOf(const Task& task) const {
     return model_.parts[static_cast<std::size_t>(task.part)].measures[static_cast<std::size_t>(task.measure - 1)];
   }
 
@@ -68,11 +68,11 @@ class Writer {
     std::vector<Task> tasks;
     tasks.reserve(changes.size());
     for (const Change& change : changes) {
-      tasks.push_back({CellOf(change).offset, model_.StaffAt(change.slot).part, change.measure, &change});
+      tasks.push_back({PartMeasureOf(change).offset, model_.StaffAt(change.slot).part, change.measure, &change});
     }
     for (const auto& [entry, ends] : plans_.LooseEnds()) {
       const FramePlace place = frames_.Find(entry)->place;
-      const Cell& cell = *model_.CellOf(place.instrument, place.measure);
+      const PartMeasure& cell = *model_.PartMeasureOf(place.instrument, place.measure);
       tasks.push_back({cell.offset, model_.StaffAt(place.instrument).part, place.measure, nullptr});
     }
     std::ranges::stable_sort(tasks, {}, &Task::offset);
@@ -108,7 +108,7 @@ class Writer {
 
   void Check(const Task& place, std::string_view patched) {
     const Part& part = model_.parts[static_cast<std::size_t>(place.part)];
-    if (guard_.Passes(part, CellOf(place), patched, voices_)) return;
+    if (guard_.Passes(part, PartMeasureOf(place), patched, voices_)) return;
     throw TextError(place.offset, "part " + part.id + ", " +
                                       MeasureLabel(model_.measures, static_cast<std::size_t>(place.measure)) +
                                       " would come out changed beyond what was asked for; nothing is written");
@@ -122,8 +122,8 @@ class Writer {
     if (!refusals_.empty()) throw TextError(refused_at_, all);
   }
 
-  const Cell& CellOf(const Change& change) const {
-    const Cell* cell = model_.CellOf(change.slot, change.measure);
+  const PartMeasure& PartMeasureOf(const Change& change) const {
+    const PartMeasure* cell = model_.PartMeasureOf(change.slot, change.measure);
     if (cell == nullptr) {
       throw TextError(0, Place(change) + ": the part has no such measure");
     }
@@ -144,7 +144,7 @@ class Writer {
   void Attempt(const Change& change, Work work) try {
     work();
   } catch (const Error& refused) {
-    if (refusals_.empty()) refused_at_ = CellOf(change).offset;
+    if (refusals_.empty()) refused_at_ = PartMeasureOf(change).offset;
     if (++refused_ > kMostRefusals) return;
     std::string& places = refusals_[refused.what()];
     places += (places.empty() ? "" : "; ") + Place(change);
@@ -153,8 +153,8 @@ class Writer {
   // Entries in frames that did not change lose the ends of ties to those that did.
   void Untie(MeasurePatch& patch, int part, short measure) const {
     const Part& owner = model_.parts[static_cast<std::size_t>(part)];
-    const Cell& cell = owner.measures[static_cast<std::size_t>(measure - 1)];
-    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voices; ++i) {
+    const PartMeasure& cell = owner.measures[static_cast<std::size_t>(measure - 1)];
+    for (std::uint32_t i = cell.first_voice; i < cell.first_voice + cell.voice_count; ++i) {
       const EntryRange range = EntryRange::Of(owner.cells[i]);
       const auto& ends = plans_.LooseEnds();
       for (auto at = ends.lower_bound(range.first); at != ends.end() && range.Holds(at->first); ++at) {
@@ -277,7 +277,7 @@ class Writer {
     plan.change = &change;
     plan.home = staff;
     plan.staff = model_.PartOf(change.slot).staves > 1 ? staff : 0;
-    model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
+    model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceMeasure& voice) {
       plan.voice = owner.name;
       plan.key_staff = owner.key_staff;
       plan.before = EntryRange::Of(voice);
@@ -308,7 +308,7 @@ class Writer {
   }
 
   void Clear(MeasurePatch& patch, const Change& change, std::vector<EntryRange>& gone) {
-    model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceCell& voice) {
+    model_.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice& owner, const VoiceMeasure& voice) {
       if (model_.IsLeftOut(voice, change.measure)) return;
       if (options_.keep_fermatas) patch.MoveFermatas(EntryRange::Of(voice));
       gone.push_back(EntryRange::Of(voice));
@@ -325,7 +325,7 @@ class Writer {
     rest.staff = part.staves > 1 ? staff : 0;
     rest.length = model_.lengths[static_cast<std::size_t>(change.measure - 1)];
     model_.ForEachVoice(change.slot, change.measure, change.layer,
-                        [&](const Voice&, const VoiceCell&) { rest.own_voice = true; });
+                        [&](const Voice&, const VoiceMeasure&) { rest.own_voice = true; });
     rest.voice = VoiceFor(change);
     voices_given_.insert(rest.voice);
     patch.Insert(rest);
@@ -336,7 +336,7 @@ class Writer {
   bool ShowHidden(MeasurePatch& patch, const Change& change) {
     bool shown = false;
     for (short layer = 0; layer < kLayers && !shown; ++layer) {
-      model_.ForEachVoice(change.slot, change.measure, layer, [&](const Voice& owner, const VoiceCell& voice) {
+      model_.ForEachVoice(change.slot, change.measure, layer, [&](const Voice& owner, const VoiceMeasure& voice) {
         if (shown || !model_.IsLeftOut(voice, change.measure)) return;
         patch.Show(EntryRange::Of(voice));
         VoiceChange& named = NameVoice(owner.name, owner.key_staff);
@@ -346,11 +346,11 @@ class Writer {
     return shown;
   }
 
-  bool IsUsed(const Cell& cell, const Part& part, const Voice& voice) const {
+  bool IsUsed(const PartMeasure& cell, const Part& part, const Voice& voice) const {
     const auto first = part.cells.begin() + cell.first_voice;
     return (!voice.name.empty() && voices_given_.contains(voice.name)) ||
-           std::any_of(first, first + cell.voices,
-                       [&](const VoiceCell& each) { return &part.voices[each.voice] == &voice; });
+           std::any_of(first, first + cell.voice_count,
+                       [&](const VoiceMeasure& each) { return &part.voices[each.voice] == &voice; });
   }
 
   // A voice for a new rest that has nothing in this measure of the part: the one that the staff's layer 0 has, else
@@ -358,7 +358,7 @@ class Writer {
   // one, would come before it and take its layer.
   std::string VoiceFor(const Change& change) {
     const Part& part = model_.PartOf(change.slot);
-    const Cell& cell = CellOf(change);
+    const PartMeasure& cell = PartMeasureOf(change);
     const Voice* first = model_.FirstVoice(change.slot);
     if (first == nullptr) return Remembered(new_voices_, change.slot);
     const bool itself = first->key_staff == 0 || first->key_staff == model_.StaffOf(change.slot);
@@ -374,7 +374,7 @@ class Writer {
   std::string VoiceForLayer(const Change& change) {
     if (change.layer == 0) return VoiceFor(change);
     const Part& part = model_.PartOf(change.slot);
-    const Cell& cell = CellOf(change);
+    const PartMeasure& cell = PartMeasureOf(change);
     for (const Voice& voice : part.voices) {
       const VoiceHome* home = voice.HomeOn(model_.StaffOf(change.slot));
       const bool its = home != nullptr && home->layer == change.layer && !home->surplus && !voice.name.empty();
@@ -444,7 +444,7 @@ std::vector<std::string> AttachedTo(const Model& model, const Document& document
                                     const Change& change) {
   std::vector<std::string> names;
   std::vector<EntryRange> gone;
-  model.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice&, const VoiceCell& voice) {
+  model.ForEachVoice(change.slot, change.measure, change.layer, [&](const Voice&, const VoiceMeasure& voice) {
     if (model.IsLeftOut(voice, change.measure)) return;
     const EntryRange range = EntryRange::Of(voice);
     for (int number = range.first; number < range.end; ++number) {

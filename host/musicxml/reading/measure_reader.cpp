@@ -1,4 +1,4 @@
-#include "host/musicxml/reading/cell_reader.h"
+#include "host/musicxml/reading/measure_reader.h"
 
 #include <algorithm>
 
@@ -49,7 +49,7 @@ bool SetsDivisionsOnly(pugi::xml_node attributes) {
 
 }  // namespace
 
-void CellReader::Warn(pugi::xml_node node, std::string_view text) {
+void MeasureReader::Warn(pugi::xml_node node, std::string_view text) {
   if (model_.warnings.size() == kMostWarnings) model_.warnings.push_back({0, "there are more warnings than are shown"});
   if (model_.warnings.size() > kMostWarnings) return;
   const std::string place =
@@ -57,7 +57,7 @@ void CellReader::Warn(pugi::xml_node node, std::string_view text) {
   model_.warnings.push_back({lines_.LineOf(OffsetOf(node)), place + std::string(text)});
 }
 
-std::uint16_t CellReader::VoiceNumber(const Item& note) {
+std::uint16_t MeasureReader::VoiceNumber(const Item& note) {
   std::string key(note.voice);
   if (note.key_staff != 0) key += '\n' + std::to_string(note.key_staff);
   const auto [at, is_new] = state_->voices.try_emplace(key, static_cast<std::uint16_t>(part_->voices.size()));
@@ -70,7 +70,7 @@ std::uint16_t CellReader::VoiceNumber(const Item& note) {
   return at->second;
 }
 
-CellReader::OpenVoice& CellReader::VoiceFor(const Item& note) {
+MeasureReader::OpenVoice& MeasureReader::VoiceFor(const Item& note) {
   if (last_ != nullptr) {
     const Voice& voice = part_->voices[last_->cell.voice];
     if (voice.key_staff == note.key_staff && voice.name == note.voice) return *last_;
@@ -90,7 +90,7 @@ CellReader::OpenVoice& CellReader::VoiceFor(const Item& note) {
   return voice;
 }
 
-void CellReader::AddNote(const Item& note) {
+void MeasureReader::AddNote(const Item& note) {
   part_->staves = std::max(part_->staves, note.staff);
   if (model_.first_note == 0) model_.first_note = note.begin;
   if (note.chord) {
@@ -101,23 +101,23 @@ void CellReader::AddNote(const Item& note) {
   last_ = &voice;
   if (voice.entries.empty()) voice.cell.length = note.length;
   voice.entries.push_back(note.entry);
-  voice.entries.back().notes = 0;
-  voice.entries.back().pitch = static_cast<std::uint32_t>(voice.pitches.size());
+  voice.entries.back().note_count = 0;
+  voice.entries.back().first_pitch = static_cast<std::uint32_t>(voice.pitches.size());
   onset_ = note.before;
   AddToEntry(note, onset_, voice);
 }
 
-void CellReader::AddToEntry(const Item& note, const Fraction& onset, OpenVoice& voice) {
-  VoiceCell& cell = voice.cell;
+void MeasureReader::AddToEntry(const Item& note, const Fraction& onset, OpenVoice& voice) {
+  VoiceMeasure& cell = voice.cell;
   Entry& entry = voice.entries.back();
   const std::uint8_t flags = note.entry.flags;
   entry.flags |= static_cast<std::uint8_t>(flags & kFermata);
   if ((entry.flags & kRest) != 0) {
-    if ((entry.flags & kPlaced) != 0 && entry.notes == 0) voice.pitches.push_back(note.pitch);
-    entry.notes = 1;
-  } else if ((flags & kRest) == 0 && entry.notes < EXENTRY::kMostNotes) {
+    if ((entry.flags & kPlaced) != 0 && entry.note_count == 0) voice.pitches.push_back(note.pitch);
+    entry.note_count = 1;
+  } else if ((flags & kRest) == 0 && entry.note_count < EXENTRY::kMostNotes) {
     voice.pitches.push_back(note.pitch);
-    ++entry.notes;
+    ++entry.note_count;
   }
   const bool hidden = (flags & kHidden) != 0;
   cell.all_hidden = cell.all_hidden && hidden;
@@ -136,7 +136,7 @@ void CellReader::AddToEntry(const Item& note, const Fraction& onset, OpenVoice& 
 
 // The staff where most of the voice's notes stand in this measure; of a voice without notes, its rests. Whole-measure
 // rests that come and go elsewhere move nothing. The voice's number decides between staves that have the same.
-int CellReader::HomeOf(const OpenVoice& voice) const {
+int MeasureReader::HomeOf(const OpenVoice& voice) const {
   const std::vector<std::uint32_t>& counts = voice.notes_on.empty() ? voice.rests_on : voice.notes_on;
   const int home = 1 + static_cast<int>(std::max_element(counts.begin(), counts.end()) - counts.begin());
   const int numbered = StaffByNumber(part_->voices[voice.cell.voice].name);
@@ -144,13 +144,13 @@ int CellReader::HomeOf(const OpenVoice& voice) const {
 }
 
 // What stands beside the notes, and where, to compare two readings.
-void CellReader::AddBeside(const Item& item, Cell& cell) const {
+void MeasureReader::AddBeside(const Item& item, PartMeasure& cell) const {
   for (const char* c = item.node.name(); *c != '\0'; ++c) Mix(cell.names, static_cast<unsigned char>(*c));
   Mix(cell.fingerprint, cell.names);
   Mix(cell.fingerprint, Scaled(item.before));
 }
 
-void CellReader::ReadTime(pugi::xml_node time) {
+void MeasureReader::ReadTime(pugi::xml_node time) {
   if (time.attribute("number").as_int(1) > 1) return;
   Fraction total;
   Fraction beats;
@@ -171,7 +171,7 @@ void CellReader::ReadTime(pugi::xml_node time) {
   state_->time = total;  // 0 for <senza-misura>
 }
 
-void CellReader::ReadClef(pugi::xml_node clef) {
+void MeasureReader::ReadClef(pugi::xml_node clef) {
   const int staff = clef.attribute("number").as_int(1);
   if (staff < 1 || staff > 32 || (state_->clefs_known & (1U << (staff - 1))) != 0) return;
   state_->clefs_known |= 1U << (staff - 1);
@@ -187,7 +187,7 @@ void CellReader::ReadClef(pugi::xml_node clef) {
   middles[static_cast<std::size_t>(staff - 1)] = std::clamp(middle, -100, 100);
 }
 
-void CellReader::ReadStyle(pugi::xml_node style) {
+void MeasureReader::ReadStyle(pugi::xml_node style) {
   const int staff = std::max(style.attribute("number").as_int(0), 0);
   const int here = static_cast<int>(part_->measures.size());
   for (const pugi::xml_node child : style.children()) {
@@ -211,7 +211,7 @@ void CellReader::ReadStyle(pugi::xml_node style) {
   }
 }
 
-void CellReader::ReadAttributes(pugi::xml_node node) {
+void MeasureReader::ReadAttributes(pugi::xml_node node) {
   for (const pugi::xml_node child : node.children()) {
     const char* name = child.name();
     if (Is(name, "time")) {
@@ -232,13 +232,13 @@ void CellReader::ReadAttributes(pugi::xml_node node) {
   }
 }
 
-void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size_t base, std::size_t size) {
+void MeasureReader::Read(int part, PartState& state, pugi::xml_node node, std::size_t base, std::size_t size) {
   base_ = base;
   part_ = &model_.parts[static_cast<std::size_t>(part)];
   state_ = &state;
   open_count_ = 0;
   last_ = nullptr;
-  Cell cell;
+  PartMeasure cell;
   cell.offset = OffsetOf(node);
   cell.size = static_cast<std::uint32_t>(size);
   cell.divisions = state.divisions;
@@ -261,9 +261,9 @@ void CellReader::Read(int part, PartState& state, pugi::xml_node node, std::size
   Finish(cell);
 }
 
-void CellReader::Finish(Cell& cell) {
+void MeasureReader::Finish(PartMeasure& cell) {
   cell.first_voice = static_cast<std::uint32_t>(part_->cells.size());
-  cell.voices = static_cast<std::uint32_t>(open_count_);
+  cell.voice_count = static_cast<std::uint32_t>(open_count_);
   for (std::size_t i = 0; i < open_count_; ++i) {
     OpenVoice& voice = open_[i];
     state_->open_voices[voice.cell.voice] = 0;
@@ -271,10 +271,10 @@ void CellReader::Finish(Cell& cell) {
     voice.cell.length = Reduced(voice.cell.length);
     voice.cell.home = static_cast<std::uint8_t>(HomeOf(voice));
     voice.cell.first_entry = static_cast<std::uint32_t>(model_.entries.size());
-    voice.cell.entries = static_cast<std::uint32_t>(voice.entries.size());
+    voice.cell.entry_count = static_cast<std::uint32_t>(voice.entries.size());
     const auto pitch_base = static_cast<std::uint32_t>(model_.pitches.size());
     for (Entry& entry : voice.entries) {
-      entry.pitch += pitch_base;
+      entry.first_pitch += pitch_base;
       model_.entries.push_back(entry);
     }
     model_.pitches.insert(model_.pitches.end(), voice.pitches.begin(), voice.pitches.end());
@@ -286,7 +286,7 @@ void CellReader::Finish(Cell& cell) {
   part_->measures.push_back(cell);
 }
 
-void CellReader::EndPart(int part, PartState& state) {
+void MeasureReader::EndPart(int part, PartState& state) {
   Part& ended = model_.parts[static_cast<std::size_t>(part)];
   for (SignRange& range : state.open) {
     range.last = static_cast<int>(ended.measures.size()) - 1;

@@ -23,9 +23,9 @@ struct PartState {
   std::uint32_t clefs_known = 0;
 };
 
-class CellReader {
+class MeasureReader {
  public:
-  CellReader(Model& model, const LineTable& lines) : model_(model), lines_(lines) {}
+  MeasureReader(Model& model, const LineTable& lines) : model_(model), lines_(lines) {}
 
   // Appends the measure to the part. The part's measures come in order. `base` is where the tree of the cell begins in
   // the text, `size` how long the cell is there.
@@ -35,7 +35,7 @@ class CellReader {
  private:
   // One voice of the measure at hand, before its entries join the model's.
   struct OpenVoice {
-    VoiceCell cell;
+    VoiceMeasure cell;
     std::vector<Entry> entries;
     std::vector<Pitch> pitches;
     std::vector<std::uint32_t> notes_on;  // [staff - 1]: notes that are no rests
@@ -46,7 +46,7 @@ class CellReader {
   void Warn(pugi::xml_node node, std::string_view text);
   void AddNote(const Item& note);
   void AddToEntry(const Item& note, const Fraction& onset, OpenVoice& voice);
-  void AddBeside(const Item& item, Cell& cell) const;
+  void AddBeside(const Item& item, PartMeasure& cell) const;
   std::uint16_t VoiceNumber(const Item& note);
   OpenVoice& VoiceFor(const Item& note);
   int HomeOf(const OpenVoice& voice) const;
@@ -54,7 +54,7 @@ class CellReader {
   void ReadStyle(pugi::xml_node style);
   void ReadClef(pugi::xml_node clef);
   void ReadTime(pugi::xml_node time);
-  void Finish(Cell& cell);
+  void Finish(PartMeasure& cell);
 
   Model& model_;
   const LineTable& lines_;
