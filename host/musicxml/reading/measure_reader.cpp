@@ -62,8 +62,9 @@ std::uint16_t MeasureReader::VoiceNumber(const Item& note) {
   if (note.key_staff != 0) key += '\n' + std::to_string(note.key_staff);
   const auto [at, is_new] = state_->voices.try_emplace(key, static_cast<std::uint16_t>(part_->voices.size()));
   if (is_new) {
-    if (part_->voices.size() == kMostVoices)
+    if (part_->voices.size() == kMostVoices) {
       throw Error("the part has more than " + std::to_string(kMostVoices) + " voices");
+    }
     part_->voices.push_back({std::string(note.voice), note.key_staff, {}});
     state_->open_voices.push_back(0);
   }
@@ -218,10 +219,11 @@ void MeasureReader::ReadAttributes(pugi::xml_node node) {
       ReadTime(child);
     } else if (Is(name, "staves")) {
       const int staves = SmallNumber(child.child_value());
-      if (staves < 1 || staves > kMostStaves)
+      if (staves < 1 || staves > kMostStaves) {
         Warn(child, "<staves> is not heeded: a part has 1 to 64");
-      else
+      } else {
         part_->staves = std::max(part_->staves, staves);
+      }
     } else if (Is(name, "key")) {
       state_->fifths = std::clamp(SmallNumber(child.child_value("fifths")), -7, 7);
     } else if (Is(name, "clef")) {

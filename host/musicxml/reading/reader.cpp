@@ -16,10 +16,11 @@ namespace {
 std::string OneLine(std::string_view text) {
   std::string result;
   for (const char c : text) {
-    if (!IsXmlSpace(c))
+    if (!IsXmlSpace(c)) {
       result += c;
-    else if (!result.empty() && result.back() != ' ')
+    } else if (!result.empty() && result.back() != ' ') {
       result += ' ';
+    }
   }
   while (!result.empty() && result.back() == ' ') result.pop_back();
   return result;
@@ -160,8 +161,9 @@ class ScoreReader {
     const Skeleton::Range place = whole ? Skeleton::Range() : cell_places_[next_cell_++];
     at_ = whole ? static_cast<std::size_t>(cell.offset_debug()) : place.begin;
     if (position == model_.measures.size()) {
-      if (position == kMostMeasures)
+      if (position == kMostMeasures) {
         throw Error("the score has more than " + std::to_string(kMostMeasures) + " measures");
+      }
       Measure& added = model_.measures.emplace_back();
       added.number = OneLine(measure.attribute("number").value());
       added.implicit = std::strcmp(measure.attribute("implicit").value(), "yes") == 0;

@@ -1,4 +1,6 @@
 // From the text of a score to the model.
+//
+// This folder has the way in: the parts of a measure, made once, and the model from them.
 #pragma once
 
 #include <pugixml.hpp>

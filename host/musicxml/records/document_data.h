@@ -1,4 +1,6 @@
 // What a score holds beside its music, as records: layout, words, lines, tuplets.
+//
+// This folder has a reader for each of these kinds.
 #pragma once
 
 #include <string_view>

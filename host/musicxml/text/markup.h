@@ -1,6 +1,8 @@
 // Places in XML text that the parser does not tell: where elements end, where lines begin.
 //
 // The text has been parsed before, so its tags match.
+//
+// This folder has what is done with text that need not be understood as music: zips, encodings, elements.
 #pragma once
 
 #include <cstddef>

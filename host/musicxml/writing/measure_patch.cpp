@@ -22,11 +22,12 @@ std::string Duration(const Fraction& length, const Fraction& divisions, Fraction
   return "<duration>" + text + "</duration>";
 }
 
-// Where an element ends: behind what stands before the white space in front of the next tag, unless that is a comment.
+// Where an element ends: where the white space in front of the next tag begins, when an end tag stands before it.
 std::size_t EndOf(const Item& item, std::string_view text, std::size_t next) {
   const std::size_t end = SpaceBefore(text, next);
-  const bool is_tag = text[end - 1] == '>' && std::string_view("-?]").find(text[end - 2]) == std::string_view::npos;
-  return is_tag ? end : ElementEnd(text, item.begin);
+  const std::size_t tag = text.rfind('<', end - 1);
+  const bool its_own = text.substr(tag).starts_with("</") && text.find('>', tag) + 1 == end;
+  return its_own ? end : ElementEnd(text, item.begin);
 }
 
 bool IsRightBarline(const Item* item) {
@@ -74,10 +75,11 @@ void MeasurePatch::Walk() {
   Fraction cursor;
   for (Piece& piece : pieces_) {
     piece.before = cursor;
-    if (!piece.gone && piece.kind == ItemKind::kBackup)
+    if (!piece.gone && piece.kind == ItemKind::kBackup) {
       cursor = cursor < piece.length ? Fraction() : cursor - piece.length;
-    else if (!piece.gone && piece.MovesCursor())
+    } else if (!piece.gone && piece.MovesCursor()) {
       cursor = cursor + piece.length;
+    }
     piece.after = cursor;
   }
 }

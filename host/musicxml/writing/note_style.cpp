@@ -34,16 +34,17 @@ std::string NoteStyle::Format(std::string_view indentation, const std::string& n
 std::string Escaped(std::string_view text) {
   std::string result;
   for (const char c : text) {
-    if (c == '&')
+    if (c == '&') {
       result += "&amp;";
-    else if (c == '<')
+    } else if (c == '<') {
       result += "&lt;";
-    else if (c == '>')
+    } else if (c == '>') {
       result += "&gt;";
-    else if (c >= '\0' && c < ' ')  // a reader takes a bare one for another, or for none
+    } else if (c >= '\0' && c < ' ') {  // a reader takes a bare one for another, or for none
       result += "&#" + std::to_string(c) + ";";
-    else
+    } else {
       result += c;
+    }
   }
   return result;
 }

@@ -1,4 +1,7 @@
 // From changes of frames to the patched text.
+//
+// This folder has the way out: which frames changed, what that means for each entry, the texts of notes, the measure
+// patched, and a last look at it.
 #pragma once
 
 #include <string>

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <dtl/dtl.hpp>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -66,9 +67,9 @@ std::vector<std::size_t> Anchors(const Lines& lines) {
 // Of a change, what goes stands before what comes.
 void SortChanges(Script& script) {
   for (auto at = script.begin(); at != script.end();) {
-    at = std::ranges::find_if_not(at, script.end(), &Step::Stays);
-    const auto end = std::ranges::find_if(at, script.end(), &Step::Stays);
-    std::ranges::partition(at, end, &Step::before);
+    at = std::find_if_not(at, script.end(), std::mem_fn(&Step::Stays));
+    const auto end = std::find_if(at, script.end(), std::mem_fn(&Step::Stays));
+    std::partition(at, end, std::mem_fn(&Step::before));
     at = end;
   }
 }
