@@ -105,7 +105,11 @@ bool MeasurePatch::RemoveGroup(std::size_t index, Group group) {
   if (rest.chord || rest.length.IsZero() || !SameLength(rest.before, {})) return false;
   const std::size_t previous = Neighbour(index, -1, false);
   const std::size_t next = Neighbour(index, 1, false);
-  const auto is_backup = [&](std::size_t i) { return i != kNone && pieces_[i].kind == ItemKind::kBackup; };
+  // One that would go back beyond the start was not put in with a rest.
+  const auto is_backup = [&](std::size_t i) {
+    return i != kNone && pieces_[i].kind == ItemKind::kBackup && !pieces_[i].length.IsZero() &&
+           SameLength(pieces_[i].before, pieces_[i].after + pieces_[i].length);
+  };
   const bool back_to = is_backup(previous);
   const bool back_from = is_backup(next);
   switch (group) {
