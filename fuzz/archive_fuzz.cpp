@@ -9,7 +9,7 @@
 #include "host/musicxml/limits.h"
 #include "host/musicxml/text/archive.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const std::string_view archive(reinterpret_cast<const char*>(data), size);
   sok::PackedScore score;
   try {

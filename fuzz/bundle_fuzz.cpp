@@ -20,7 +20,7 @@ std::string MakeFolder() {
   return folder;
 }
 
-void Write(const std::string& path, const uint8_t* data, size_t size) {
+void Write(const std::string& path, const uint8_t* data, std::size_t size) {
   std::FILE* const file = std::fopen(path.c_str(), "wb");
   if (file == nullptr || std::fwrite(data, 1, size, file) != size) std::abort();
   std::fclose(file);
@@ -28,7 +28,7 @@ void Write(const std::string& path, const uint8_t* data, size_t size) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   static const std::string folder = MakeFolder();
   static const int registered = std::atexit([] { std::filesystem::remove_all(folder); });
   if (registered != 0) std::abort();

@@ -7,8 +7,8 @@
 #include "SokExtShared/LIB/strings/utf16_strings.h"
 #include "SokExtShared/LIB/text/caret_commands.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const size_t units = size / 2;
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+  const std::size_t units = size / 2;
   const auto text = std::make_unique<unsigned short[]>(units + 1);
   std::copy_n(data, units * 2, reinterpret_cast<uint8_t*>(text.get()));
   text[units] = 0;

@@ -10,7 +10,7 @@
 namespace {
 
 void CheckEncoding(CFStringRef string, CFStringEncoding encoding, CFIndex capacity) {
-  const auto buffer = std::make_unique<UInt8[]>(static_cast<size_t>(capacity));
+  const auto buffer = std::make_unique<UInt8[]>(static_cast<std::size_t>(capacity));
   const CFRange all = CFRangeMake(0, CFStringGetLength(string));
   CFIndex used = 0;
   const CFIndex converted = CFStringGetBytes(string, all, encoding, '?', false, buffer.get(), capacity, &used);
@@ -27,12 +27,12 @@ void CheckRoundTrip(CFStringRef string, CFStringEncoding encoding, const std::st
   CFIndex used = 0;
   CFStringGetBytes(string, CFRangeMake(0, CFStringGetLength(string)), encoding, 0, false,
                    reinterpret_cast<UInt8*>(back.data()), static_cast<CFIndex>(back.size()), &used);
-  if (back != bytes || static_cast<size_t>(used) != bytes.size()) std::abort();
+  if (back != bytes || static_cast<std::size_t>(used) != bytes.size()) std::abort();
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
   const CFStringEncoding encodings[] = {kCFStringEncodingMacRoman, kCFStringEncodingUTF8, kCFStringEncodingASCII};
   const CFStringEncoding encoding = encodings[data[0] % 3];

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
   std::vector<UniChar> units(size / 2);
   std::memcpy(units.data(), data, units.size() * 2);
@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       CFStringCreateWithFormat(kCFAllocatorDefault, nullptr, format, 1L, -2L, 3L, 0L, 5L, 0x12345678L, 1.5, -2e300, 0.0,
                                4L, 5L, 6L, 7L, 8L, 9L, 10L, 11L, 12L, 1e-9, 7.0, 13L, 14L, 15L);
   if (text != nullptr) {
-    std::vector<UniChar> result(static_cast<size_t>(CFStringGetLength(text)));
+    std::vector<UniChar> result(static_cast<std::size_t>(CFStringGetLength(text)));
     CFStringGetCharacters(text, CFRangeMake(0, static_cast<CFIndex>(result.size())), result.data());
     CFRelease(text);
   }

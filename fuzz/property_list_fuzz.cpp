@@ -22,7 +22,7 @@ bool Equal(const sok::Ref<const sok::Dictionary>& left, const sok::Ref<const sok
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   const auto list = sok::ParsePropertyList(bytes);
   if (const auto units = sok::Decode(bytes, kCFStringEncodingUTF8); units && !units->starts_with(u'\0')) {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
 
 namespace {
 
@@ -23,14 +23,14 @@ void Run(const std::string& bytes) {
 
 // Cuts the text, repeats a part of it, or writes over some of its bytes.
 std::string Changed(std::string bytes, std::mt19937& random) {
-  const size_t at = random() % (bytes.size() + 1);
+  const std::size_t at = random() % (bytes.size() + 1);
   switch (random() % 4) {
     case 0:
       return bytes.substr(0, at);
     case 1:
       return bytes.insert(random() % (bytes.size() + 1), bytes.substr(at, random() % 16));
     default:
-      for (size_t i = at; i < std::min(bytes.size(), at + 1 + random() % 3); ++i)
+      for (std::size_t i = at; i < std::min(bytes.size(), at + 1 + random() % 3); ++i)
         bytes[i] = static_cast<char>(random());
       return bytes;
   }

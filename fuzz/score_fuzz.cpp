@@ -48,7 +48,7 @@ void Edit(const std::string& bytes) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   static TestHost host;
   static const ExtensionBundle extension;
   static const int opened = extension.Main();

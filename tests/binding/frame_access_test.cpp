@@ -25,7 +25,7 @@ struct FrameOf : EXTGF2005a {
     count = 1;
     std::memset(entries->notes, 0x5A, sizeof entries->notes);  // stale slots
     entries->noteCount = static_cast<short>(note_list.size());
-    for (size_t i = 0; i < note_list.size() && i < 12; ++i) {
+    for (std::size_t i = 0; i < note_list.size() && i < 12; ++i) {
       entries->notes[i].identifier = static_cast<short>(note_list[i].identifier);
       entries->notes[i].flags = note_list[i].flags;
     }
@@ -65,7 +65,7 @@ TEST(FrameAccess, TidyingGivesUniqueIdentifiers) {
     SX_SaveTGF(&frame, kInterfaceVersion);
     EXPECT_EQ(NotesOf(frame.entries[0]), c.after);
     const EXNOTE zero{};
-    for (size_t i = c.before.size(); i < 12; ++i) {
+    for (std::size_t i = c.before.size(); i < 12; ++i) {
       EXPECT_EQ(std::memcmp(&frame.entries[0].notes[i], &zero, sizeof zero), 0) << "slot " << i;
     }
   }

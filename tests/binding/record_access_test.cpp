@@ -17,7 +17,7 @@ struct FretCase {
   long first_answer, second_answer;  // of the host
   unsigned char written;             // into byte 251, by each host call
   short result;
-  size_t host_calls;
+  std::size_t host_calls;
 };
 
 const FretCase kFretCases[] = {

@@ -23,11 +23,12 @@ struct Probe {
     std::string buffer(300, '\xAA');
     const char* const text = Get<char*(int, char*, short)>("ProbeText8")(number, buffer.data(), capacity);
     EXPECT_EQ(text, capacity != 0 ? buffer.data() : nullptr);
-    EXPECT_EQ(buffer.find_first_not_of('\xAA', static_cast<size_t>(capacity)), std::string::npos) << "beyond capacity";
+    EXPECT_EQ(buffer.find_first_not_of('\xAA', static_cast<std::size_t>(capacity)), std::string::npos)
+        << "beyond capacity";
     if (capacity == 0) return "untouched";
-    const size_t length = std::strlen(text);
-    EXPECT_EQ(buffer.substr(length, static_cast<size_t>(capacity) - length),
-              std::string(static_cast<size_t>(capacity) - length, '\0'))
+    const std::size_t length = std::strlen(text);
+    EXPECT_EQ(buffer.substr(length, static_cast<std::size_t>(capacity) - length),
+              std::string(static_cast<std::size_t>(capacity) - length, '\0'))
         << "zero-filled to its capacity";
     return buffer.substr(0, length);
   }
@@ -36,13 +37,13 @@ struct Probe {
     auto* const units = reinterpret_cast<unsigned short*>(buffer.data());
     const auto* const text = Get<unsigned short*(int, unsigned short*, short)>("ProbeText16")(number, units, capacity);
     EXPECT_EQ(text, capacity != 0 ? units : nullptr);
-    EXPECT_EQ(buffer.find_first_not_of(0xAAAA, static_cast<size_t>(capacity)), std::u16string::npos);
+    EXPECT_EQ(buffer.find_first_not_of(0xAAAA, static_cast<std::size_t>(capacity)), std::u16string::npos);
     if (capacity == 0) return u"untouched";
-    const size_t length = std::char_traits<char16_t>::length(buffer.data());
-    if (length + 2 < static_cast<size_t>(capacity)) {
+    const std::size_t length = std::char_traits<char16_t>::length(buffer.data());
+    if (length + 2 < static_cast<std::size_t>(capacity)) {
       EXPECT_EQ(buffer[length + 1], 0xAAAA) << "only the terminator and the last unit are written";
     }
-    EXPECT_EQ(buffer[static_cast<size_t>(capacity) - 1], 0);
+    EXPECT_EQ(buffer[static_cast<std::size_t>(capacity) - 1], 0);
     return buffer.substr(0, length);
   }
 

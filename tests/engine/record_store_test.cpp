@@ -51,7 +51,7 @@ struct Model {
     const bool has_entry = view == KeyView::kEntryDetail || view == KeyView::kEntry;
     const bool ends_signed = view != KeyView::kDetailExtra;
     Fields chosen = key;
-    for (size_t i = has_entry ? 1 : 0; i < key.size(); ++i) {
+    for (std::size_t i = has_entry ? 1 : 0; i < key.size(); ++i) {
       const bool is_signed = i + 1 == key.size();
       if (is_signed ? !ends_signed || key[i] != -1 : key[i] != 0xFFFF) continue;
       chosen[i] = is_signed ? 0 : 1;

@@ -91,7 +91,7 @@ TEST_F(Commands, WhatTheyChange) {
   for (const CommandCase& c : kCommandCases) {
     SCOPED_TRACE(c.name);
     for (short layer = 0; layer < 4; ++layer) {
-      const auto index = static_cast<size_t>(layer);
+      const auto index = static_cast<std::size_t>(layer);
       host.document.SetEntries({1, 1, layer}, Layer(index < c.before.size() ? c.before[index] : ""));
       const char digit = static_cast<char>('0' + layer);
       host.document.SetLayerShown(layer, std::strchr(c.hidden, digit) == nullptr);
@@ -105,7 +105,7 @@ TEST_F(Commands, WhatTheyChange) {
     EREGION region = Region(1, 1, 1, 1);
     EXPECT_EQ(extension.Invoke(c.command, &region), c.result);
     for (short layer = 0; layer < 4; ++layer) {
-      const auto index = static_cast<size_t>(layer);
+      const auto index = static_cast<std::size_t>(layer);
       EXPECT_EQ(Text(host.document.Entries({1, 1, layer})), index < c.after.size() ? c.after[index] : "")
           << "layer " << layer;
     }

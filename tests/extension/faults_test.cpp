@@ -41,9 +41,9 @@ TEST(Faults, EveryHostCallFailingInTurn) {
   for (int variant = 0; variant < 4; ++variant) {
     for (const int command : {0, 1}) {
       for (const Fault fault : kFaults) {
-        constexpr size_t kMostCalls = 60;  // of either command on these documents
-        size_t most = 0;
-        for (size_t victim = 0; victim < kMostCalls; ++victim) {
+        constexpr std::size_t kMostCalls = 60;  // of either command on these documents
+        std::size_t most = 0;
+        for (std::size_t victim = 0; victim < kMostCalls; ++victim) {
           SCOPED_TRACE(testing::Message() << "variant " << variant << ", command " << command << ", fault "
                                           << static_cast<int>(fault) << ", call " << victim);
           FillDocument(host.document, variant);

@@ -185,14 +185,14 @@ TEST_P(KitFaults, EachHostCallFailingInTurn) {
   host.document.SetStaffList(3, {2, 1});
   SokVersion = 0x19000000;
   for (const Fault fault : kFaults) {
-    size_t total = 2;  // every one of these functions makes at least two calls
-    for (size_t victim = 0; victim <= total; ++victim) {
+    std::size_t total = 2;  // every one of these functions makes at least two calls
+    for (std::size_t victim = 0; victim <= total; ++victim) {
       SCOPED_TRACE(testing::Message() << "fault " << static_cast<int>(fault) << " at call " << victim);
       FillDocument(host.document);
       host.calls.clear();
       const Saboteur saboteur(host, victim, fault);
       GetParam().call();
-      if (victim == 0) total = std::min<size_t>(saboteur.calls() + 20, 120);
+      if (victim == 0) total = std::min<std::size_t>(saboteur.calls() + 20, 120);
       ASSERT_LT(saboteur.calls(), 3000u);
     }
   }

@@ -12,7 +12,7 @@ constexpr Fault kFaults[] = {Fault::kRefused,       Fault::kFailureReported, Fau
 
 class Saboteur {
  public:
-  Saboteur(TestHost& host, size_t victim, Fault fault) {
+  Saboteur(TestHost& host, std::size_t victim, Fault fault) {
     host.refuse = [this, victim, fault](const sok::HostCall&) {
       return calls_++ == victim && fault == Fault::kRefused;
     };
@@ -23,7 +23,7 @@ class Saboteur {
       }
     };
   }
-  size_t calls() const { return calls_; }
+  std::size_t calls() const { return calls_; }
 
  private:
   static void Disturb(sok::HostCall& call, Fault fault) {
@@ -39,6 +39,6 @@ class Saboteur {
     }
   }
 
-  size_t calls_ = 0;
+  std::size_t calls_ = 0;
   bool done_ = false;
 };

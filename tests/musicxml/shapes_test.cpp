@@ -36,7 +36,7 @@ std::unique_ptr<sok::Score> ScoreOf(const std::vector<std::string>& measures) {
   std::string text =
       "<score-partwise><part-list><score-part id=\"P1\"><part-name>Flute</part-name></score-part><score-part id=\"P2\">"
       "<part-name>Piano</part-name></score-part></part-list><part id=\"P1\">";
-  for (size_t i = 0; i < measures.size(); ++i) text += "<measure number=\"1\"/>";
+  for (std::size_t i = 0; i < measures.size(); ++i) text += "<measure number=\"1\"/>";
   text += "</part><part id=\"P2\">";
   for (const std::string& measure : measures) {
     text += "<measure number=\"1\"><attributes><divisions>4</divisions><staves>2</staves></attributes>" + measure +

@@ -33,7 +33,7 @@ struct DefinitionHost : TestHost {
   Words Get(unsigned int tag, int number, int place = 0) const {
     int size = 0;
     document.records.Load(tag, Key(tag, number, place), nullptr, &size);
-    Words words(static_cast<size_t>(size) / 2);
+    Words words(static_cast<std::size_t>(size) / 2);
     document.records.Load(tag, Key(tag, number, place), words.data(), &size);
     return words;
   }
@@ -131,7 +131,7 @@ TEST(ChordSuffixes, AreFoundByTheirElementsAndStoredWhole) {
 template <typename Record>
 std::string Counting(bool (*equal)(Record, Record)) {
   std::string places;
-  for (size_t i = 0; i < sizeof(Record); ++i) {
+  for (std::size_t i = 0; i < sizeof(Record); ++i) {
     Record a{}, b{};
     reinterpret_cast<unsigned char*>(&b)[i] = 1;
     places += equal(a, b) ? '-' : 'x';

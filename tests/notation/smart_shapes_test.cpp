@@ -76,7 +76,7 @@ struct Model {
     for (const auto& [number, shape] : shapes) {
       unsigned short words[46];
       std::memcpy(words, &shape, sizeof words);
-      for (const size_t at : {1u, 5u, 20u}) {
+      for (const std::size_t at : {1u, 5u, 20u}) {
         if (old_order) std::swap(words[at], words[at + 1]);
       }
       store.Save(kShape, {.other = {static_cast<unsigned short>(number), 0}}, words, sizeof words);

@@ -165,13 +165,13 @@ TEST(Bundle, TheBestOfSeveralWithOneIdentifier) {
 
 // First look-ups from many threads find one object, one image, one address; wherever the image's name ends in memory.
 TEST(Bundle, FirstLookUpsFromManyThreads) {
-  for (size_t length = 1; length <= 8; ++length) {
+  for (std::size_t length = 1; length <= 8; ++length) {
     const ImageBundle image(std::string(length, 'i'), "", std::string(length, 'x'));
     const OwnedString identifier = String(std::u16string(length, u'i'));
     constexpr int kThreads = 8;
     std::vector<std::pair<CFBundleRef, void*>> found(kThreads);
     std::vector<std::thread> threads;
-    for (size_t i = 0; i < kThreads; ++i) {
+    for (std::size_t i = 0; i < kThreads; ++i) {
       threads.emplace_back([&, i] {
         const Owned<CFBundleRef> bundle = Bundle(image.path());
         found[i] = {CFBundleGetBundleWithIdentifier(identifier.get()),

@@ -58,9 +58,9 @@ TEST(PropertyList, Xml) {
   });
 }
 
-std::string Wide(std::string_view ascii, size_t width, bool big_endian) {
+std::string Wide(std::string_view ascii, std::size_t width, bool big_endian) {
   std::string bytes(ascii.size() * width, '\0');
-  for (size_t i = 0; i < ascii.size(); ++i) bytes[i * width + (big_endian ? width - 1 : 0)] = ascii[i];
+  for (std::size_t i = 0; i < ascii.size(); ++i) bytes[i * width + (big_endian ? width - 1 : 0)] = ascii[i];
   return bytes;
 }
 

@@ -26,7 +26,7 @@ inline OwnedString String(std::u16string_view text) {
 
 inline std::u16string Units(CFStringRef string) {
   const CFIndex length = CFStringGetLength(string);
-  std::vector<UniChar> units(static_cast<size_t>(length));
+  std::vector<UniChar> units(static_cast<std::size_t>(length));
   CFStringGetCharacters(string, CFRangeMake(0, length), units.data());
   return {units.begin(), units.end()};
 }

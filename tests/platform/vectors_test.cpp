@@ -19,7 +19,7 @@ std::u16string ReadUnits(const Json& list) {
   std::u16string units;
   for (const Json& item : list) {
     const Json& unit = item.is_array() ? item[0] : item;
-    units.append(item.is_array() ? item[1].get<size_t>() : 1, static_cast<char16_t>(unit.get<unsigned>()));
+    units.append(item.is_array() ? item[1].get<std::size_t>() : 1, static_cast<char16_t>(unit.get<unsigned>()));
   }
   return units;
 }
@@ -29,7 +29,7 @@ std::string ReadBytes(const Json& value) {
   for (const Json& piece : value.is_array() ? value : Json::array({value})) {
     const std::string hex = piece.is_array() ? piece[0] : piece;
     std::string once;
-    for (size_t i = 0; i < hex.size(); i += 2) once += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+    for (std::size_t i = 0; i < hex.size(); i += 2) once += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
     for (int times = piece.is_array() ? piece[1].get<int>() : 1; times > 0; --times) bytes += once;
   }
   return bytes;
@@ -42,7 +42,7 @@ class FormatCall {
 
  private:
   template <typename... Taken>
-  OwnedString Call(CFStringRef format, const Json& arguments, size_t index, Taken... taken) {
+  OwnedString Call(CFStringRef format, const Json& arguments, std::size_t index, Taken... taken) {
     if (index == arguments.size()) return OwnedString(CFStringCreateWithFormat(nullptr, nullptr, format, taken...));
     if constexpr (sizeof...(taken) < 3) {
       const auto argument = arguments[index].begin();
@@ -87,7 +87,7 @@ TEST(Vectors, Formats) {
 
 TEST(Vectors, DecodingBytes) {
   const Json& table = kVectors["decode_single_byte"][0];
-  for (size_t byte = 1; byte < 256; ++byte) {
+  for (std::size_t byte = 1; byte < 256; ++byte) {
     const char text[] = {static_cast<char>(byte), 0};
     const OwnedString made(CFStringCreateWithCString(nullptr, text, table["encoding"]));
     EXPECT_EQ(Units(made.get())[0], table["units_for_bytes_1_to_255"][byte - 1].get<unsigned>()) << byte;
@@ -106,8 +106,8 @@ TEST(Decoding, LongTextsAreTheirCharacters) {
   const auto decoded = [](const std::string& bytes, CFStringEncoding encoding) {
     return Units(OwnedString(CFStringCreateWithCString(nullptr, bytes.c_str(), encoding)).get());
   };
-  for (size_t before = 0; before < 20; ++before) {
-    for (size_t between = 0; between < 20; ++between) {
+  for (std::size_t before = 0; before < 20; ++before) {
+    for (std::size_t between = 0; between < 20; ++between) {
       const std::string start = std::string("abcdefghijklmnopqrst").substr(0, before);
       const std::string middle = std::string("ABCDEFGHIJKLMNOPQRST").substr(0, between);
       const std::u16string wide(start.begin(), start.end()), wide_middle(middle.begin(), middle.end());
@@ -129,7 +129,7 @@ TEST(Vectors, PascalStrings) {
     EXPECT_EQ(result != 0, out["ret"].get<bool>()) << row;
     EXPECT_EQ(buffer[0], out["length_byte"]) << row;
     const std::string bytes(std::begin(buffer), std::end(buffer));
-    const size_t touched = bytes.find_last_not_of('\xAA') + 1;
+    const std::size_t touched = bytes.find_last_not_of('\xAA') + 1;
     EXPECT_EQ(static_cast<int>(touched) - 1, out["last_touched"]) << row;
     EXPECT_TRUE(bytes.starts_with(ReadBytes(out["first"]))) << row;
     EXPECT_TRUE(bytes.substr(0, touched).ends_with(ReadBytes(out["last"]))) << row;

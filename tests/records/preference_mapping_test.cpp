@@ -69,7 +69,7 @@ std::vector<std::string> ExpectedLoads(const char* records) {
   std::vector<std::string> calls;
   std::istringstream words(records);
   for (std::string word; words >> word;) {
-    const size_t at = word.find('@'), dot = word.find('.');
+    const std::size_t at = word.find('@'), dot = word.find('.');
     calls.push_back("SX_LoadEData ot" + word.substr(0, 2) + " " +
                     (at == std::string::npos ? "65534" : word.substr(at + 1)) + "," +
                     (dot == std::string::npos ? "0" : word.substr(dot + 1)) + " 12 -> 1");
@@ -92,7 +92,7 @@ TEST(PreferenceTables, LoadEachRecordOnceAndEachFieldFromItsWord) {
   for (const StructureCase& c : kStructures) {
     SCOPED_TRACE(c.tag);
     host.calls.clear();
-    std::string structure(static_cast<size_t>(c.reach) + 2, '\xEE');  // bytes of no field stay as they were
+    std::string structure(static_cast<std::size_t>(c.reach) + 2, '\xEE');  // bytes of no field stay as they were
     int size = 0;
     EXPECT_EQ(LoadStructure(FourCharacterTag(c.tag), structure.data(), &size), 1);
     EXPECT_EQ(size, c.reported);
@@ -108,7 +108,7 @@ TEST(PreferenceTables, SaveTheRecordOfAChangedFieldAlone) {
     for (const PrefMapRow& row : table.rows) {
       std::array<unsigned char, 108> structure{};
       LoadStructure(table.tag, structure.data());
-      unsigned char* const field = &structure[static_cast<size_t>(row.fieldOffset)];
+      unsigned char* const field = &structure[static_cast<std::size_t>(row.fieldOffset)];
       field[0] ^= row.conversion == PrefConversion::kNot ? 1 : 0x81;
       if (row.conversion <= PrefConversion::kHighWordFirst) field[row.fieldSize - 1] ^= 0xC0;
       host.calls.clear();
@@ -129,9 +129,9 @@ TEST(PreferenceTables, SaveTheRecordOfAChangedFieldAlone) {
 // A word as the host has it, the field that it loads as, a field saved over it, and the word then.
 struct ConversionCase {
   const char (&tag)[5];
-  size_t offset;
+  std::size_t offset;
   const char (&record)[5];
-  size_t word;
+  std::size_t word;
   unsigned short stored, loads_as, saved, stored_then;
 };
 constexpr ConversionCase kConversions[] = {
@@ -189,7 +189,7 @@ struct LimitCase {
   bool buffer;
   int size, result;
   std::optional<int> size_then;
-  size_t calls;
+  std::size_t calls;
   std::string first_call = "";
 };
 const LimitCase kLimits[] = {

@@ -45,12 +45,12 @@ void Store(TestHost& host, unsigned short cmper, int subIndex, const Records& ru
 Records Pieces(std::string text) {
   text.resize((text.size() + 11) / 12 * 12);
   Records run;
-  for (size_t i = 0; i < text.size(); i += 12) run.push_back(text.substr(i, 12));
+  for (std::size_t i = 0; i < text.size(); i += 12) run.push_back(text.substr(i, 12));
   return run;
 }
 
 // The text of a run with its terminating zero; "null" when it cannot be loaded.
-std::string LoadText(int cmper, size_t length) {
+std::string LoadText(int cmper, std::size_t length) {
   char* text = nullptr;
   if (!sx_loadotherstring(kText, cmper, 0, text)) return text == nullptr ? "null" : "not null";
   const std::string loaded(text, length + 1);
@@ -61,7 +61,7 @@ std::string LoadText(int cmper, size_t length) {
 TEST(RecordRuns, KeepTextsOfAnyLength) {
   TestHost host;
   std::mt19937 random(7);
-  for (size_t round = 0; round < 200; ++round) {
+  for (std::size_t round = 0; round < 200; ++round) {
     std::string text(round == 100 ? 32767 : random() % 61, '\0');
     for (char& byte : text) byte = static_cast<char>(1 + random() % 255);
     SCOPED_TRACE(text.size());
@@ -122,7 +122,7 @@ TEST(RecordRuns, RefusedRecords) {
   EXPECT_EQ(host.calls.back(), "SX_SaveEData ot99 5,1 12 -> 0");
   // A record that goes between measuring and copying, a full one or the last.
   Store(host, 6, 0, Pieces(text));
-  for (const size_t gone : {3u, 5u}) {
+  for (const std::size_t gone : {3u, 5u}) {
     host.calls.clear();
     host.refuse = [&](const sok::HostCall&) { return host.calls.size() == gone; };
     EXPECT_EQ(LoadText(6, 0), "null");
@@ -151,7 +151,7 @@ TEST(RecordRuns, RefuseWhatDoesNotFit) {
 // Texts with their terminator, and records of odd sizes or without a zero unit; all of them grow after their size was
 // asked for.
 TEST(Utf16Records, NeverOverrunTheBuffer) {
-  for (const size_t size : {0u, 1u, 5u, 6u, 12u}) {
+  for (const std::size_t size : {0u, 1u, 5u, 6u, 12u}) {
     TestHost host;
     const std::string record = std::string("a\0b\0c\0d\0e\0\0\0", 12).substr(0, size);
     Store(host, 5, 0, {record});
@@ -194,7 +194,7 @@ struct PlacementCase {
   int match_second, match_first;
   bool delete_matches;
   int result;
-  size_t left;               // records left
+  std::size_t left;          // records left
   const char* last;          // last host call
   bool first_fails = false;  // the first load fills the record and answers failure
 };
@@ -216,7 +216,7 @@ TEST(SeparatePlacements, AreFoundByBothWords) {
   for (const PlacementCase& c : cases) {
     SCOPED_TRACE(testing::Message() << "case " << &c - cases);
     TestHost host;
-    for (size_t i = 0; i < c.records.size(); ++i) {
+    for (std::size_t i = 0; i < c.records.size(); ++i) {
       const EDTSeparatePlacement placement = {c.records[i].first, c.records[i].second, {}};
       host.document.records.Save(kPlacement, OtherKey(5, static_cast<int>(i)), &placement, sizeof placement);
     }

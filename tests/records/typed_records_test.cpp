@@ -188,7 +188,7 @@ void AddRecords(TestHost& host, unsigned int tag, short count, int size) {
 struct SearchCase {
   bool (*search)(short wanted, short& found);
   short records, wanted, found;
-  size_t loads;
+  std::size_t loads;
   short first_word, second_word;  // of the caller's record then
 };
 
@@ -223,7 +223,7 @@ TEST(RecordSearches, EndAsEachTypeHasIt) {
     AddRecords(host, c.search == Accidental ? kAccidentals : kNotes, c.records, c.search == Tie ? 30 : 20);
     short words[15];
     std::fill(std::begin(words), std::end(words), short{-9});
-    const size_t size = c.search == Tie ? 30 : 20;
+    const std::size_t size = c.search == Tie ? 30 : 20;
     void* const caller = c.search == Notehead     ? &heads
                          : c.search == Accidental ? &accidentals
                                                   : static_cast<void*>(&ties);

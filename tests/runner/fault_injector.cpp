@@ -37,7 +37,7 @@ Function Real(const char* name) {
 }
 
 void Tell() {
-  static const auto real = Real<ssize_t (*)(int, const void*, size_t)>("write");
+  static const auto real = Real<ssize_t (*)(int, const void*, std::size_t)>("write");
   real(STDERR_FILENO, "(fault)\n", 8);
 }
 
@@ -83,8 +83,8 @@ FILE_CALL(int, fchmod, (int file, mode_t mode), (file, mode))
 FILE_CALL(int, ftruncate, (int file, off_t size), (file, size))
 
 // The half of it is written before it goes wrong, unless it goes on: the signal waits.
-ssize_t write(int file, const void* bytes, size_t count) {
-  static const auto real = Real<ssize_t (*)(int, const void*, size_t)>("write");
+ssize_t write(int file, const void* bytes, std::size_t count) {
+  static const auto real = Real<ssize_t (*)(int, const void*, std::size_t)>("write");
   sigset_t waiting;
   sigprocmask(SIG_SETMASK, nullptr, &waiting);
   const bool goes_on = kind[0] == 't' || (fatal_signal != 0 && sigismember(&waiting, fatal_signal) == 1);
@@ -103,11 +103,11 @@ int __libc_start_main(int (*main)(int, char**, char**), int count, char** argume
 }
 
 #ifndef SANITIZED  // sanitizers have an allocator of their own
-void* __libc_malloc(size_t size);
-void* __libc_calloc(size_t count, size_t size);
-void* __libc_realloc(void* block, size_t size);
-void* malloc(size_t size) { return AllocationFault() ? nullptr : __libc_malloc(size); }
-void* calloc(size_t count, size_t size) { return AllocationFault() ? nullptr : __libc_calloc(count, size); }
-void* realloc(void* block, size_t size) { return AllocationFault() ? nullptr : __libc_realloc(block, size); }
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* malloc(std::size_t size) { return AllocationFault() ? nullptr : __libc_malloc(size); }
+void* calloc(std::size_t count, std::size_t size) { return AllocationFault() ? nullptr : __libc_calloc(count, size); }
+void* realloc(void* block, std::size_t size) { return AllocationFault() ? nullptr : __libc_realloc(block, size); }
 #endif
 }

@@ -35,7 +35,7 @@ class TextRecords : public testing::Test {
     host.after = [word](sok::HostCall& call) {
       if (call.arguments.find(word) == std::string::npos) return;
       if (call.buffer != nullptr && call.size != nullptr)
-        std::memset(call.buffer, 'x', static_cast<size_t>(*call.size));
+        std::memset(call.buffer, 'x', static_cast<std::size_t>(*call.size));
       call.result = 0;
     };
   }

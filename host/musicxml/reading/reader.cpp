@@ -171,7 +171,10 @@ class ScoreReader {
       first_offsets_.push_back(at_);
     }
     if (whole) {
-      cells_.Read(part, state, cell, 0, ElementEnd(text_, at_ - 1) - (at_ - 1));
+      const std::string_view text = text_.substr(at_ - 1, ElementEnd(text_, at_ - 1) - (at_ - 1));
+      const bool ends = ElementName(text.substr(text.rfind('<'))) == cell.name();
+      if (!ends) throw TextError(at_, "not well-formed XML: a '<' stands where none may");  // as in an attribute
+      cells_.Read(part, state, cell, 0, text.size());
     } else {
       cell_text_.assign(text_, place.begin, place.end - place.begin);
       Check(cell_tree_.load_buffer_inplace(cell_text_.data(), cell_text_.size(), kMusicOnly, pugi::encoding_utf8),
