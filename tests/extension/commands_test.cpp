@@ -62,6 +62,7 @@ struct CommandCase {
   int layers;           // what the host answers as its layer count
   int result;
   Layers after;
+  const char* unloadable = "no frame";  // slot, measure and layer of one that the host refuses
 };
 
 const CommandCase kCommandCases[] = {
@@ -84,6 +85,7 @@ const CommandCase kCommandCases[] = {
     {"fill: with no layers everything is empty", 1, {"n"}, "", "", 0, 1, {"Wn"}},
     {"fill: with a negative count nothing is", 1, {}, "", "", -1, 0, {}},
     {"fill: a rest is music", 1, {"W"}, "", "", 4, 0, {"W"}},
+    {"fill: nobody knows what a layer without a frame holds", 1, {}, "", "", 4, 0, {}, " 1 1 2 1"},
 };
 
 TEST_F(Commands, WhatTheyChange) {
@@ -101,6 +103,9 @@ TEST_F(Commands, WhatTheyChange) {
       if (std::strcmp(call.name, "SX_GetMaxLayers") == 0) call.result = c.layers;
       const bool asks_layer = std::strcmp(call.name, "SX_GetShowLayer") == 0;
       EXPECT_TRUE(!asks_layer || host.session.frames_held == 1);  // its frame is held meanwhile
+    };
+    host.refuse = [&](const sok::HostCall& call) {
+      return std::strcmp(call.name, "SX_LoadTGF") == 0 && call.arguments.ends_with(c.unloadable);
     };
     EREGION region = Region(1, 1, 1, 1);
     EXPECT_EQ(extension.Invoke(c.command, &region), c.result);

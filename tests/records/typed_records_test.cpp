@@ -153,6 +153,11 @@ const WriteBackCase kWriteBacks[] = {
        n.sub = sub;
        return found; }},
     {"SX_NextEData O\\x08Sx 4,0 92", {4, 0, 0}, {65535, 0, 0}, [] { return sx_nextsmartshape(n.first, record<EDTSmartShape>); }},
+    {"SX_NextEData O\\x08Sx 4,0 92", {4, 0, 0}, {65535, 0, 0}, [] {
+       unsigned short number = 4;
+       const bool found = record<EDTSmartShape>.Next(number);
+       n.first = number;
+       return found; }},
 };
 // clang-format on
 
