@@ -108,7 +108,9 @@ TEST_F(Commands, WhatTheyChange) {
       return std::strcmp(call.name, "SX_LoadTGF") == 0 && call.arguments.ends_with(c.unloadable);
     };
     EREGION region = Region(1, 1, 1, 1);
+    host.calls.clear();
     EXPECT_EQ(extension.Invoke(c.command, &region), c.result);
+    EXPECT_EQ(std::ssize(host.CallsWith("pfLA")), c.command == 1 ? std::max(c.layers, 0) : 0);
     for (short layer = 0; layer < 4; ++layer) {
       const auto index = static_cast<std::size_t>(layer);
       EXPECT_EQ(Text(host.document.Entries({1, 1, layer})), index < c.after.size() ? c.after[index] : "")

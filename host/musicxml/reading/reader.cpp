@@ -63,6 +63,7 @@ class ScoreReader {
       cell_places_.clear();
       model_.head.clear();
     }
+    RefuseTagsInTags();
     Check(tree_.load_buffer(text_.data(), text_.size(), kMusicOnly, pugi::encoding_utf8), 0);
     const pugi::xml_node root = tree_.document_element();
     model_.form = root.name();
@@ -71,6 +72,18 @@ class ScoreReader {
                       "not a MusicXML score: the root element is <" + model_.form + ">");
     }
     return root;
+  }
+
+  // A '<' in an attribute, which the parser lets pass, can hide where an element ends.
+  void RefuseTagsInTags() const {
+    for (std::size_t at = text_.find('<'); at != std::string_view::npos;) {
+      const std::string_view tag = text_.substr(at, MarkupEnd(text_, at) - at);
+      const bool element = !tag.starts_with("<!") && !tag.starts_with("<?");
+      if (element && tag.find('<', 1) != std::string_view::npos) {
+        throw TextError(at, "not well-formed XML: a tag holds a '<'");
+      }
+      at = text_.find('<', at + tag.size());
+    }
   }
 
   static void Check(const pugi::xml_parse_result& result, std::size_t base) {
@@ -171,10 +184,7 @@ class ScoreReader {
       first_offsets_.push_back(at_);
     }
     if (whole) {
-      const std::string_view text = text_.substr(at_ - 1, ElementEnd(text_, at_ - 1) - (at_ - 1));
-      const bool ends = ElementName(text.substr(text.rfind('<'))) == cell.name();
-      if (!ends) throw TextError(at_, "not well-formed XML: a '<' stands where none may");  // as in an attribute
-      cells_.Read(part, state, cell, 0, text.size());
+      cells_.Read(part, state, cell, 0, ElementEnd(text_, at_ - 1) - (at_ - 1));
     } else {
       cell_text_.assign(text_, place.begin, place.end - place.begin);
       Check(cell_tree_.load_buffer_inplace(cell_text_.data(), cell_text_.size(), kMusicOnly, pugi::encoding_utf8),
